@@ -1,0 +1,39 @@
+# What all targets of the project have in common, and how a room is declared.
+
+set(CMAKE_CXX_STANDARD 11)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+# Measured with -O2; -O3 makes the library larger and nothing faster.
+string(REPLACE "-O3" "-O2" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release)
+endif()
+
+add_library(nuv_options INTERFACE)
+target_compile_options(nuv_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+if(NUV_WARNINGS_AS_ERRORS)
+    target_compile_options(nuv_options INTERFACE -Werror)
+endif()
+if(NUV_SANITIZERS)
+    set(nuv_sanitize -fsanitize=${NUV_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(nuv_options INTERFACE ${nuv_sanitize})
+    target_link_options(nuv_options INTERFACE ${nuv_sanitize})
+endif()
+
+# Includes are written from the root; the export header is made by the build.
+target_include_directories(nuv_options INTERFACE
+    "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}/include")
+
+# nuv_add_room(NAME SOURCES ... USES ...): a folder of the library as the object library nuv_NAME.
+# Object libraries hand on no objects of the rooms they use, so whoever links one names those as well.
+function(nuv_add_room name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+    add_library(nuv_${name} OBJECT ${ARG_SOURCES})
+    target_link_libraries(nuv_${name} PRIVATE nuv_options PUBLIC ${ARG_USES})
+endfunction()

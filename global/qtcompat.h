@@ -1,0 +1,140 @@
+#ifndef QTCOMPAT_H
+#define QTCOMPAT_H
+
+// Not part of the public interface, never installed.
+//
+// The one place that knows how Qt 4.8 and Qt 5.15 differ. Everything else in the library is written
+// once, against the names below.
+
+#include <QByteArray>
+#include <QChar>
+#include <QMap>
+#include <QString>
+#include <QVariant>
+
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+#include <QTextCodec>
+#endif
+
+class QScriptEngine;
+class QWebFrame;
+
+namespace QtCompat {
+
+/// The class whose ValueOwnership enumeration QWebFrame::addToJavaScriptWindowObject() takes.
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+typedef QScriptEngine ScriptOwnership;
+#else
+typedef QWebFrame ScriptOwnership;
+#endif
+
+/// The bytes up to the first NUL, one character each. Qt 4 applies the codec that was installed with
+/// QTextCodec::setCodecForCStrings(); Qt 5 no longer has one and reads Latin-1.
+inline QString fromAscii(const QByteArray &bytes)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return QString::fromAscii(bytes.constData());
+#else
+    return QString::fromLatin1(bytes.constData());
+#endif
+}
+
+/// The character for a single byte, with the codec rule of fromAscii().
+inline QChar charFromAscii(char byte)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return QChar::fromAscii(byte);
+#else
+    return QLatin1Char(byte);
+#endif
+}
+
+/// `size` bytes as text, byte by byte: what appending charFromAscii() of each one gives. A codec
+/// sees one byte at a time, so multi-byte sequences are never combined.
+inline QString fromAsciiBytes(const char *bytes, int size)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    if (QTextCodec::codecForCStrings()) {
+        QString text(size, Qt::Uninitialized);
+        for (int i = 0; i < size; ++i)
+            text[i] = charFromAscii(bytes[i]);
+        return text;
+    }
+#endif
+    return QString::fromLatin1(bytes, size);
+}
+
+/// Adds an entry beside those that `map` already holds under `key`, with an invalid value, and
+/// returns that value. The new entry is the first of its key in iteration order.
+inline QVariant &insertMulti(QVariantMap &map, const QString &key)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return map.insertMulti(key, QVariant()).value();
+#else
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED // 5.15 moved it to QMultiMap, which is no QVariantMap
+    return map.insertMulti(key, QVariant()).value();
+    QT_WARNING_POP
+#endif
+}
+
+/// As insertMulti(), for a key that is expected to sort behind every other: cheap where it does,
+/// the same result where it does not. Qt 4 has no hinted insertion.
+inline QVariant &insertMultiLast(QVariantMap &map, const QString &key)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return insertMulti(map, key);
+#else
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    return map.insertMulti(map.constEnd(), key, QVariant()).value();
+    QT_WARNING_POP
+#endif
+}
+
+/// Inserts or replaces, for a key that is expected to sort behind every other: cheap where it does,
+/// the same result where it does not.
+inline void insertLast(QVariantMap &map, const QString &key, const QVariant &value)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    map.insert(key, value);
+#else
+    map.insert(map.constEnd(), key, value);
+#endif
+}
+
+/// Receives every message of the process: its type and its text in the local 8-bit encoding.
+typedef void (*MessageSink)(QtMsgType type, const QByteArray &text);
+
+inline MessageSink &messageSink()
+{
+    static MessageSink sink = nullptr;
+    return sink;
+}
+
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+inline void forwardMessage(QtMsgType type, const char *text)
+{
+    messageSink()(type, QByteArray(text));
+}
+#else
+inline void forwardMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    messageSink()(type, text.toLocal8Bit());
+}
+#endif
+
+/// Makes `sink` the receiver of the process's messages; null gives them back to the toolkit.
+inline void installMessageSink(MessageSink sink)
+{
+    messageSink() = sink;
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    qInstallMsgHandler(sink ? forwardMessage : nullptr);
+#else
+    qInstallMessageHandler(sink ? forwardMessage : nullptr);
+#endif
+}
+
+} // namespace QtCompat
+
+#endif // QTCOMPAT_H

@@ -1,0 +1,76 @@
+#ifndef JSONLEXER_H
+#define JSONLEXER_H
+
+#include "json/jsongrammar.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QVarLengthArray>
+#include <QVariant>
+
+/// Turns JSON text into tokens, one a call. Made anew for every parse; used by one thread.
+///
+/// Text is read byte by byte: each byte of a string is one character (Latin-1; under Qt 4 the codec
+/// of QTextCodec::setCodecForCStrings()), so a UTF-8 sequence arrives as several characters. Text
+/// outside Latin-1 comes in through "\u" escapes only, one UTF-16 code unit each.
+///
+/// Nothing is reported from here: whatever cannot be read becomes T_ERROR, which no state of the
+/// parser accepts.
+class JsonLexer
+{
+public:
+    /// Shares `data`; line() is 1, position() 0 and value() invalid.
+    explicit JsonLexer(const QByteArray &data);
+
+    /// Scans the next token and returns its JsonToken code: T_END_OF_FILE at the end of the input,
+    /// however often it is asked, and T_ERROR for what is no token.
+    int nextToken();
+
+    /// The value of the last token: a QString for T_STRING, an int, qlonglong or double for
+    /// T_NUMBER, invalid for every other token.
+    const QVariant &value() const { return m_value; }
+
+    /// Moves the value of the last token into `slot`. What `slot` held is gone with the next token.
+    void takeValue(QVariant &slot) { slot.swap(m_value); }
+
+    /// The current line, from 1. Only line feeds between tokens count.
+    int line() const { return m_line; }
+
+    /// The index of the next unread byte, from the start of the whole input. After a byte that
+    /// starts no token it is the index of that byte.
+    int position() const { return m_position; }
+
+private:
+    Q_DISABLE_COPY(JsonLexer)
+
+    /// A key that was met before: its bytes in the input, and its text.
+    struct KnownKey {
+        KnownKey() : bytes(nullptr), size(-1) {}
+        const char *bytes;
+        int size;
+        QString text;
+    };
+
+    int scanString();
+    int scanEscapedString(const char *begin, const char *escape);
+    int scanNumber();
+    int scanKeyword();
+    int unterminatedString();
+
+    QString keyText(const char *bytes, int size);
+    void appendText(const char *bytes, const char *end);
+    const char *appendEscape(const char *letter);
+
+    const char *current() const { return m_data.constData() + m_position; }
+    const char *end() const { return m_data.constData() + m_data.size(); }
+    void moveTo(const char *next) { m_position = int(next - m_data.constData()); }
+
+    const QByteArray m_data;
+    int m_line;
+    int m_position;
+    QVariant m_value;
+    QVarLengthArray<ushort, 128> m_text; ///< the string with escapes that is being put together
+    QVarLengthArray<KnownKey, 64> m_knownKeys; ///< empty until the first key
+};
+
+#endif // JSONLEXER_H
