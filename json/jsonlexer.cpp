@@ -74,24 +74,19 @@ int keywordToken(const char *word, int size)
     return T_ERROR;
 }
 
-// Not zero when one of the eight bytes of `word` equals `byte`.
-inline quint64 matches(quint64 word, char byte)
+// The first `byte` in front of `end`, null when there is none.
+inline const char *find(char byte, const char *p, const char *end)
 {
-    const quint64 ones = Q_UINT64_C(0x0101010101010101);
-    const quint64 difference = word ^ (ones * static_cast<uchar>(byte));
-    return (difference - ones) & ~difference & (ones << 7);
+    return static_cast<const char *>(std::memchr(p, byte, size_t(end - p)));
 }
 
-// The first quote or backslash in front of `end`, or `end`. Long strings pass eight bytes at a time.
-const char *findQuoteOrBackslash(const char *p, const char *end)
+// The first byte that is no space in front of `end`, or `end`. Indentation is long, and comes in
+// fours.
+inline const char *skipSpaces(const char *p, const char *end)
 {
-    for (; end - p >= 8; p += 8) {
-        quint64 word;
-        std::memcpy(&word, p, sizeof word);
-        if (matches(word, '"') | matches(word, '\\'))
-            break;
-    }
-    while (p != end && *p != '"' && *p != '\\')
+    while (end - p >= 4 && std::memcmp(p, "    ", 4) == 0)
+        p += 4;
+    while (p != end && *p == ' ')
         ++p;
     return p;
 }
@@ -187,41 +182,111 @@ QVariant floatingValue(const char *begin, const char *end)
     return QByteArray(begin, int(end - begin)).toDouble();
 }
 
-// Which of the buckets, a power of two, a key belongs into. Its size and three of its bytes spread
-// the keys of a configuration well.
-inline int bucketOf(const char *key, int size, int buckets)
+// Which bucket a key belongs into. Its size and three of its bytes spread the keys of a configuration
+// well: 48 of them share no more than three buckets.
+inline uint bucketOf(const char *key, int size, uint buckets)
 {
     if (size == 0)
         return 0;
-    const uint first = static_cast<uchar>(key[0]);
-    const uint middle = static_cast<uchar>(key[size / 2]);
-    const uint last = static_cast<uchar>(key[size - 1]);
-    return int((uint(size) + first * 7 + middle * 31 + last * 3) & uint(buckets - 1));
+    uint hash = uint(size);
+    hash = hash * 31 + static_cast<uchar>(key[size / 4]);
+    hash = hash * 31 + static_cast<uchar>(key[size / 2]);
+    hash = hash * 31 + static_cast<uchar>(key[size - 1]);
+    return hash % buckets;
 }
 
 } // namespace
 
-JsonLexer::JsonLexer(const QByteArray &data) : m_data(data), m_line(1), m_position(0) {}
+JsonLexer::JsonLexer(const QByteArray &data)
+    : m_data(data),
+      m_current(m_data.constData()),
+      m_end(m_current + m_data.size()),
+      m_line(1),
+      m_buckets()
+{
+}
+
+// The keys of a configuration come again in every application, and in one string each.
+inline const QString &JsonLexer::keyText(const char *bytes, int size)
+{
+    quint8 &number = m_buckets[bucketOf(bytes, size, KeyBuckets)];
+    if (number == 0) {
+        const KnownKey key = { bytes, size, QtCompat::fromAsciiBytes(bytes, size) };
+        m_knownKeys.append(key);
+        number = quint8(m_knownKeys.size());
+    }
+    KnownKey &known = m_knownKeys[number - 1];
+    if (known.size != size || std::memcmp(known.bytes, bytes, size_t(size)) != 0) {
+        known.bytes = bytes;
+        known.size = size;
+        known.text = QtCompat::fromAsciiBytes(bytes, size);
+    }
+    return known.text;
+}
+
+int JsonLexer::scanString()
+{
+    const char *const text = m_current + 1;
+    const char *const quote = find('"', text, m_end);
+    if (!quote)
+        return unterminatedString();
+    const char *const backslash = find('\\', text, quote);
+    if (backslash)
+        return scanEscapedString(text, quote, backslash);
+
+    m_current = quote + 1;
+    const int size = int(quote - text);
+    if (m_current != m_end && *m_current == ':')
+        m_value = keyText(text, size);
+    else
+        m_value = QtCompat::fromAsciiBytes(text, size);
+    return T_STRING;
+}
+
+int JsonLexer::scanNumber()
+{
+    const char *const first = m_current;
+    const char *p = first;
+    quint8 classes = 0;
+    while (p != m_end && (byteClass(*p) & NumberPart))
+        classes |= byteClass(*p++);
+    m_value = classes & FloatingPart ? floatingValue(first, p) : integerValue(first, p);
+    m_current = p;
+    return T_NUMBER;
+}
+
+int JsonLexer::scanKeyword()
+{
+    const char *const first = m_current;
+    const char *p = first;
+    while (p != m_end && isLowerCaseLetter(*p))
+        ++p;
+    m_current = p;
+    return keywordToken(first, int(p - first));
+}
 
 int JsonLexer::nextToken()
 {
     if (m_value.isValid())
         m_value.clear();
 
-    const char *p = current();
-    const char *const last = end();
-    for (; p != last; ++p) {
-        const int kind = byteClass(*p) & ClassMask;
-        if (kind == LineFeed)
+    const char *p = m_current;
+    int kind = Blank;
+    while (p != m_end) {
+        kind = byteClass(*p) & ClassMask;
+        if (kind == LineFeed) {
             ++m_line;
-        else if (kind != Blank)
+            p = skipSpaces(p + 1, m_end);
+        } else if (kind == Blank) {
+            ++p;
+        } else {
             break;
+        }
     }
-    moveTo(p);
-    if (p == last)
+    m_current = p;
+    if (p == m_end)
         return T_END_OF_FILE;
 
-    const int kind = byteClass(*p) & ClassMask;
     switch (kind) {
     case Quote:
         return scanString();
@@ -232,69 +297,37 @@ int JsonLexer::nextToken()
     case Other:
         return T_ERROR;
     default:
-        ++m_position;
+        ++m_current;
         return kind;
     }
 }
 
-int JsonLexer::scanString()
-{
-    const char *const text = current() + 1;
-    const char *const stop = findQuoteOrBackslash(text, end());
-    if (stop == end())
-        return unterminatedString();
-    if (*stop == '\\')
-        return scanEscapedString(text, stop);
-
-    const char *const next = stop + 1;
-    const int size = int(stop - text);
-    if (next != end() && *next == ':')
-        m_value = keyText(text, size);
-    else
-        m_value = QtCompat::fromAsciiBytes(text, size);
-    moveTo(next);
-    return T_STRING;
-}
-
-int JsonLexer::scanEscapedString(const char *begin, const char *escape)
+// Goes from backslash to backslash. An escape may take the quote that was found for its own; then the
+// next one is looked for.
+int JsonLexer::scanEscapedString(const char *text, const char *quote, const char *backslash)
 {
     m_text.resize(0);
-    const char *run = begin;
-    const char *stop = escape;
-    while (stop != end() && *stop == '\\') {
-        appendText(run, stop);
-        const char *const letter = stop + 1;
-        if (letter == end())
+    while (backslash) {
+        appendText(text, backslash);
+        if (backslash + 1 == m_end)
             return unterminatedString();
-        run = appendEscape(letter);
-        stop = findQuoteOrBackslash(run, end());
+        text = appendEscape(backslash + 1);
+        if (text > quote)
+            quote = find('"', text, m_end);
+        if (!quote)
+            return unterminatedString();
+        backslash = find('\\', text, quote);
     }
-    if (stop == end())
-        return unterminatedString();
-    appendText(run, stop);
+    appendText(text, quote);
     m_value = QString(reinterpret_cast<const QChar *>(m_text.constData()), m_text.size());
-    moveTo(stop + 1);
+    m_current = quote + 1;
     return T_STRING;
 }
 
 int JsonLexer::unterminatedString()
 {
-    m_position = m_data.size();
+    m_current = m_end;
     return T_ERROR;
-}
-
-// The keys of a configuration come again in every application, and in one string each.
-QString JsonLexer::keyText(const char *bytes, int size)
-{
-    if (m_knownKeys.isEmpty())
-        m_knownKeys.resize(64);
-    KnownKey &known = m_knownKeys[bucketOf(bytes, size, m_knownKeys.size())];
-    if (known.size != size || std::memcmp(known.bytes, bytes, size_t(size)) != 0) {
-        known.text = QtCompat::fromAsciiBytes(bytes, size);
-        known.bytes = bytes;
-        known.size = size;
-    }
-    return known.text;
 }
 
 void JsonLexer::appendText(const char *bytes, const char *end)
@@ -328,7 +361,7 @@ const char *JsonLexer::appendEscape(const char *letter)
         m_text.append('\t');
         return letter + 1;
     case 'u':
-        if (end() - letter > 5) {
+        if (m_end - letter > 5) {
             m_text.append(ushort(hexByte(letter + 1) << 8 | hexByte(letter + 3)));
             return letter + 5;
         }
@@ -336,28 +369,4 @@ const char *JsonLexer::appendEscape(const char *letter)
     }
     m_text.append(QtCompat::charFromAscii(*letter).unicode());
     return letter + 1;
-}
-
-int JsonLexer::scanNumber()
-{
-    const char *const first = current();
-    const char *const last = end();
-    const char *p = first;
-    quint8 classes = 0;
-    while (p != last && (byteClass(*p) & NumberPart))
-        classes |= byteClass(*p++);
-    m_value = classes & FloatingPart ? floatingValue(first, p) : integerValue(first, p);
-    moveTo(p);
-    return T_NUMBER;
-}
-
-int JsonLexer::scanKeyword()
-{
-    const char *const first = current();
-    const char *const last = end();
-    const char *p = first;
-    while (p != last && isLowerCaseLetter(*p))
-        ++p;
-    moveTo(p);
-    return keywordToken(first, int(p - first));
 }

@@ -19,7 +19,7 @@
 class JsonLexer
 {
 public:
-    /// Shares `data`; line() is 1, position() 0 and value() invalid.
+    /// Shares `data`; line() is 1, pos() 0 and value() invalid.
     explicit JsonLexer(const QByteArray &data);
 
     /// Scans the next token and returns its JsonToken code: T_END_OF_FILE at the end of the input,
@@ -38,39 +38,38 @@ public:
 
     /// The index of the next unread byte, from the start of the whole input. After a byte that
     /// starts no token it is the index of that byte.
-    int position() const { return m_position; }
+    int pos() const { return int(m_current - m_data.constData()); }
 
 private:
     Q_DISABLE_COPY(JsonLexer)
 
     /// A key that was met before: its bytes in the input, and its text.
     struct KnownKey {
-        KnownKey() : bytes(nullptr), size(-1) {}
         const char *bytes;
         int size;
         QString text;
     };
 
     int scanString();
-    int scanEscapedString(const char *begin, const char *escape);
+    int scanEscapedString(const char *text, const char *quote, const char *backslash);
     int scanNumber();
     int scanKeyword();
     int unterminatedString();
 
-    QString keyText(const char *bytes, int size);
+    const QString &keyText(const char *bytes, int size);
     void appendText(const char *bytes, const char *end);
     const char *appendEscape(const char *letter);
 
-    const char *current() const { return m_data.constData() + m_position; }
-    const char *end() const { return m_data.constData() + m_data.size(); }
-    void moveTo(const char *next) { m_position = int(next - m_data.constData()); }
-
     const QByteArray m_data;
+    const char *m_current; ///< the next unread byte
+    const char *const m_end; ///< behind the last byte
     int m_line;
-    int m_position;
     QVariant m_value;
     QVarLengthArray<ushort, 128> m_text; ///< the string with escapes that is being put together
-    QVarLengthArray<KnownKey, 64> m_knownKeys; ///< empty until the first key
+
+    enum { KeyBuckets = 128 };
+    QVarLengthArray<KnownKey, KeyBuckets> m_knownKeys;
+    quint8 m_buckets[KeyBuckets]; ///< the number in m_knownKeys of the key last met, from 1; 0 for none
 };
 
 #endif // JSONLEXER_H

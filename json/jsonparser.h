@@ -43,26 +43,24 @@ public:
 
     /// The lexer's line and position at the error; meaningful after one only.
     int errorLine() const { return m_errorLine; }
-    int errorPosition() const { return m_errorPosition; }
+    int errorPos() const { return m_errorPos; }
 
 private:
     Q_DISABLE_COPY(JsonParser)
 
     void reallocateStack();
-    void push();
-    void reduce(int rule);
+    void push(int *tos, int state);
+    void reduce(int rule, QVariant *sym);
     void reportError(const JsonLexer &lexer, int state);
 
-    QVariant &sym(int n) { return m_symbols[m_top + n - 1]; }
-    QVariant &insertMember(QVariantMap &members, QVariant &key);
-
-    int m_top; ///< of both stacks; slot 0 is never used
-    QVector<int> m_stateStack;
+    QVector<int> m_stateStack; ///< slot 0 of both stacks is never used
     QVector<QVariant> m_symStack;
+    int *m_states; ///< the slots of m_stateStack
     QVariant *m_symbols; ///< the slots of m_symStack
+    int m_stackSize; ///< of both
     QString m_errorMessage;
     int m_errorLine;
-    int m_errorPosition;
+    int m_errorPos;
     QVariant m_result;
 };
 
