@@ -53,7 +53,8 @@ const Row rows[] = {
     { "LocalContentCanAccessRemoteUrls", &AppConfig::setLocalContentCanAccessRemoteUrls },
     { "OfflineWebApplicationCacheEnabled", &AppConfig::setOfflineWebApplicationCacheEnabled },
     { "OfflineStorageDatabaseEnabled", &AppConfig::setOfflineStorageDatabaseEnabled },
-    { "GrantBroadcastRelatedSecurityClearance", &AppConfig::setGrantBroadcastRelatedSecurityClearance },
+    { "GrantBroadcastRelatedSecurityClearance",
+      &AppConfig::setGrantBroadcastRelatedSecurityClearance },
     { "ProhibitMainFrameScrolling", &AppConfig::setProhibitMainFrameScrolling },
 };
 

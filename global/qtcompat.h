@@ -73,8 +73,9 @@ inline QVariant &insertMulti(QVariantMap &map, const QString &key)
 #else
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED // 5.15 moved it to QMultiMap, which is no QVariantMap
-    return map.insertMulti(key, QVariant()).value();
+        QVariant &value = map.insertMulti(key, QVariant()).value();
     QT_WARNING_POP
+    return value;
 #endif
 }
 
@@ -87,8 +88,9 @@ inline QVariant &insertMultiLast(QVariantMap &map, const QString &key)
 #else
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
-    return map.insertMulti(map.constEnd(), key, QVariant()).value();
+    QVariant &value = map.insertMulti(map.constEnd(), key, QVariant()).value();
     QT_WARNING_POP
+    return value;
 #endif
 }
 

@@ -36,7 +36,8 @@ void ZarexExtBase::attachObject()
 {
     QWebFrame *const frame = hostFrame();
     if (frame)
-        frame->addToJavaScriptWindowObject(objectName(), this, QtCompat::ScriptOwnership::QtOwnership);
+        frame->addToJavaScriptWindowObject(objectName(), this,
+                                           QtCompat::ScriptOwnership::QtOwnership);
 }
 
 void registerZarexExtFactory(ZarexExtFactory const *factory)

@@ -67,9 +67,10 @@ private:
     QVariant m_value;
     QVarLengthArray<ushort, 128> m_text; ///< the string with escapes that is being put together
 
+    // The number in m_knownKeys, from 1, of the key that was last met in a bucket; 0 for none.
     enum { KeyBuckets = 128 };
     QVarLengthArray<KnownKey, KeyBuckets> m_knownKeys;
-    quint8 m_buckets[KeyBuckets]; ///< the number in m_knownKeys of the key last met, from 1; 0 for none
+    quint8 m_buckets[KeyBuckets];
 };
 
 #endif // JSONLEXER_H

@@ -193,8 +193,8 @@ bool JsonParser::parse(JsonLexer *lexer)
         } else if (action < 0) {
             const int rule = -action - 1;
             tos -= JsonGrammar::rhs[rule];
-            state = JsonGrammar::ntAction(
-                m_states[tos], JsonGrammar::lhs[rule] - JsonGrammar::TERMINAL_COUNT);
+            state = JsonGrammar::ntAction(m_states[tos],
+                                          JsonGrammar::lhs[rule] - JsonGrammar::TERMINAL_COUNT);
             push(&tos, state);
             reduce(rule, m_symbols + tos - 1);
         } else {
@@ -211,7 +211,8 @@ void JsonParser::reportError(const JsonLexer &lexer, int state)
     QStringList expected;
     for (int token = 0; token < JsonGrammar::TERMINAL_COUNT; ++token) {
         if (JsonGrammar::tAction(state, token) > 0)
-            expected += QLatin1Char('\'') + QLatin1String(JsonGrammar::spell[token]) + QLatin1Char('\'');
+            expected +=
+                QLatin1Char('\'') + QLatin1String(JsonGrammar::spell[token]) + QLatin1Char('\'');
     }
     m_errorLine = lexer.line();
     m_errorPos = lexer.pos();

@@ -75,7 +75,10 @@ private:
 
     // An open container and the place in it. One of map and list is in use.
     struct Level {
-        explicit Level(Order elementOrder) : order(elementOrder), isObject(false), index(0), position(1) {}
+        explicit Level(Order elementOrder)
+            : order(elementOrder), isObject(false), index(0), position(1)
+        {
+        }
         Order order;
         bool isObject;
         QVariantMap map;
