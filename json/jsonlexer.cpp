@@ -206,41 +206,51 @@ JsonLexer::JsonLexer(const QByteArray &data)
 {
 }
 
-// The keys of a configuration come again in every application, and in one string each.
-inline const QString &JsonLexer::keyText(const char *bytes, int size)
+inline int JsonLexer::acceptString(const QString &text, const char *quote)
 {
-    quint8 &number = m_buckets[bucketOf(bytes, size, KeyBuckets)];
-    if (number == 0) {
-        const KnownKey key = { bytes, size, QtCompat::fromAsciiBytes(bytes, size) };
-        m_knownKeys.append(key);
-        number = quint8(m_knownKeys.size());
-    }
-    KnownKey &known = m_knownKeys[number - 1];
-    if (known.size != size || std::memcmp(known.bytes, bytes, size_t(size)) != 0) {
-        known.bytes = bytes;
-        known.size = size;
-        known.text = QtCompat::fromAsciiBytes(bytes, size);
-    }
-    return known.text;
+    m_value = text;
+    m_current = quote + 1;
+    return T_STRING;
 }
 
+// The entry for the key in its bucket, which may hold another key, or none yet.
+inline JsonLexer::KnownKey *JsonLexer::knownKey(const char *key, int size)
+{
+    quint8 &number = m_buckets[bucketOf(key, size, KeyBuckets)];
+    if (number == 0) {
+        m_knownKeys.append(KnownKey());
+        number = quint8(m_knownKeys.size());
+    }
+    return &m_knownKeys[number - 1];
+}
+
+// The keys of a configuration come again in every application, and in one string each. A key that is
+// known is plain text, so it is not searched for escapes again.
 int JsonLexer::scanString()
 {
     const char *const text = m_current + 1;
     const char *const quote = find('"', text, m_end);
     if (!quote)
         return unterminatedString();
+    const int size = int(quote - text);
+
+    KnownKey *known = nullptr;
+    if (quote + 1 != m_end && quote[1] == ':') {
+        known = knownKey(text, size);
+        if (known->size == size && std::memcmp(known->bytes, text, size_t(size)) == 0)
+            return acceptString(known->text, quote);
+    }
+
     const char *const backslash = find('\\', text, quote);
     if (backslash)
         return scanEscapedString(text, quote, backslash);
-
-    m_current = quote + 1;
-    const int size = int(quote - text);
-    if (m_current != m_end && *m_current == ':')
-        m_value = keyText(text, size);
-    else
-        m_value = QtCompat::fromAsciiBytes(text, size);
-    return T_STRING;
+    const QString plainText = QtCompat::fromAsciiBytes(text, size);
+    if (known) {
+        known->bytes = text;
+        known->size = size;
+        known->text = plainText;
+    }
+    return acceptString(plainText, quote);
 }
 
 int JsonLexer::scanNumber()
@@ -319,9 +329,8 @@ int JsonLexer::scanEscapedString(const char *text, const char *quote, const char
         backslash = find('\\', text, quote);
     }
     appendText(text, quote);
-    m_value = QString(reinterpret_cast<const QChar *>(m_text.constData()), m_text.size());
-    m_current = quote + 1;
-    return T_STRING;
+    return acceptString(
+        QString(reinterpret_cast<const QChar *>(m_text.constData()), m_text.size()), quote);
 }
 
 int JsonLexer::unterminatedString()

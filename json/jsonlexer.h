@@ -45,6 +45,7 @@ private:
 
     /// A key that was met before: its bytes in the input, and its text.
     struct KnownKey {
+        KnownKey() : bytes(nullptr), size(-1) {}
         const char *bytes;
         int size;
         QString text;
@@ -54,9 +55,10 @@ private:
     int scanEscapedString(const char *text, const char *quote, const char *backslash);
     int scanNumber();
     int scanKeyword();
+    int acceptString(const QString &text, const char *quote);
     int unterminatedString();
 
-    const QString &keyText(const char *bytes, int size);
+    KnownKey *knownKey(const char *key, int size);
     void appendText(const char *bytes, const char *end);
     const char *appendEscape(const char *letter);
 
