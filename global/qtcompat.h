@@ -16,6 +16,11 @@
 #include <QTextCodec>
 #endif
 
+// Qt 4 has no name for this yet.
+#ifndef Q_ALWAYS_INLINE
+#define Q_ALWAYS_INLINE __attribute__((always_inline)) inline
+#endif
+
 class QScriptEngine;
 class QWebFrame;
 

@@ -19,7 +19,7 @@ class QWidget;
 /// {
 ///     Q_OBJECT
 /// public:
-///     TvExtension(QObject *parent, QWebPage *page) : ZarexExtBase(parent, page) {}
+///     TvExtension(QObject *parent, QWebPage *hostPage) : ZarexExtBase(parent, hostPage) {}
 /// public Q_SLOTS:
 ///     QString model() const { return QLatin1String("box-1"); } // scripts call zarexExt.model()
 /// };

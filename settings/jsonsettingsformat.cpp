@@ -75,7 +75,7 @@ private:
 
     // An open container and the place in it. One of map and list is in use.
     struct Level {
-        explicit Level(Order elementOrder)
+        explicit Level(Order elementOrder = Unknown)
             : order(elementOrder), isObject(false), index(0), position(1)
         {
         }

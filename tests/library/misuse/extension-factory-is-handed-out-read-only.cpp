@@ -1,0 +1,8 @@
+// expected: const ZarexExtFactory
+#include <ZarexExtBase>
+
+int main()
+{
+    ZarexExtFactory *factory = getZarexExtFactory();
+    registerZarexExtFactory(factory);
+}

@@ -1,0 +1,7 @@
+// expected: incomplete type
+#include <ZarexExtBase>
+
+int main()
+{
+    const ZarexExtFactory factory;
+}

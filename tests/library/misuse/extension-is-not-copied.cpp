@@ -1,0 +1,8 @@
+// expected: deleted|private
+#include <ZarexExtBase>
+
+int main()
+{
+    const ZarexExtBase extension(nullptr, nullptr);
+    const ZarexExtBase copy(extension);
+}

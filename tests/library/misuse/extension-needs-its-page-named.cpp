@@ -1,0 +1,7 @@
+// expected: no matching (function|constructor)
+#include <ZarexExtBase>
+
+int main()
+{
+    const ZarexExtBase extension(nullptr);
+}

@@ -1,0 +1,7 @@
+// expected: undefined (reference to|symbol).*JsonSettingsFormat
+#include "settings/jsonsettingsformat.h"
+
+int main()
+{
+    return int(JsonSettingsFormat);
+}

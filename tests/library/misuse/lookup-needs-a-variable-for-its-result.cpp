@@ -1,0 +1,8 @@
+// expected: (cannot bind|no matching|lvalue)
+#include <AppConfig>
+#include <WebAppSettings>
+
+int main()
+{
+    getWebAppSettings()->getGlobalConfig(AppConfig());
+}

@@ -1,0 +1,7 @@
+// expected: abstract
+#include <NetworkAccessManagerFactory>
+
+int main()
+{
+    NetworkAccessManagerFactory factory;
+}

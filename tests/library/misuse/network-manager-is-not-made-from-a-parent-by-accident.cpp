@@ -1,0 +1,10 @@
+// expected: QObject ?\*
+#include <NetworkAccessManager>
+
+void use(NetworkAccessManager const &manager);
+
+int main()
+{
+    QObject *parent = nullptr;
+    use(parent);
+}

@@ -1,0 +1,7 @@
+// expected: private
+#include <WebAppSettings>
+
+int main()
+{
+    return getWebAppSettings()->d ? 0 : 1;
+}

@@ -1,0 +1,8 @@
+// expected: const
+#include <AppConfig>
+
+int main()
+{
+    const AppConfig config;
+    config.setUrl(QVariant());
+}

@@ -1,0 +1,7 @@
+// expected: undefined (reference to|symbol).*JsonWriter::serialize
+#include "json/jsonwriter.h"
+
+int main()
+{
+    return JsonWriter::serialize(QVariant(), 4, 0).size();
+}
