@@ -9,39 +9,81 @@
 #include <QVector>
 
 #include <climits>
+#include <cstring>
 
 namespace {
 
 const QLatin1Char Separator('/');
 
-// Arrays below this size have the same order in the text of their positions as in the document.
-const int FirstSizeOutOfOrder = 10;
-
-void pushContainers(const QVariant &value, QVector<const QVariant *> &pending)
+bool isContainer(const QVariant &value)
 {
-    if (VariantTree::isMap(value) || VariantTree::isList(value))
+    return VariantTree::isMap(value) || VariantTree::isList(value);
+}
+
+void pushContainer(const QVariant &value, QVector<const QVariant *> &pending)
+{
+    if (isContainer(value))
         pending.append(&value);
 }
+
+// The two texts in one, in a block of just that size.
+QString joined(const QString &head, const QString &tail)
+{
+    QString text(head.size() + tail.size(), Qt::Uninitialized);
+    QChar *const out = text.data();
+    std::memcpy(out, head.constData(), size_t(head.size()) * sizeof(QChar));
+    std::memcpy(out + head.size(), tail.constData(), size_t(tail.size()) * sizeof(QChar));
+    return text;
+}
+
+// Whether the first `size` characters of the two texts are there and the same.
+bool haveSameStart(const QString &a, const QString &b, int size)
+{
+    return a.size() >= size && b.size() >= size
+        && std::memcmp(a.constData(), b.constData(), size_t(size) * sizeof(QChar)) == 0;
+}
+
+// Finds keys that contain a separator. The keys of a configuration come again and again in the same
+// string, which is not searched a second time.
+class SeparatorSearch
+{
+public:
+    SeparatorSearch() : m_plain() {}
+
+    bool finds(const QString &key)
+    {
+        const QChar *&plain = m_plain[(quintptr(key.constData()) / 16) % PlainKeys];
+        if (plain == key.constData())
+            return false;
+        plain = key.constData();
+        return key.contains(Separator);
+    }
+
+private:
+    enum { PlainKeys = 128 };
+    const QChar *m_plain[PlainKeys];
+};
 
 // Whether a key anywhere inside `root` contains a separator.
 bool hasSeparatorInKeys(const QVariant &root)
 {
+    SeparatorSearch search;
     QVector<const QVariant *> pending;
-    pushContainers(root, pending);
+    pushContainer(root, pending);
     while (!pending.isEmpty()) {
         const QVariant &node = *pending.last();
         pending.pop_back();
         if (VariantTree::isList(node)) {
             const QVariantList &list = VariantTree::list(node);
             for (int i = 0; i < list.size(); ++i)
-                pushContainers(list.at(i), pending);
+                pushContainer(list.at(i), pending);
             continue;
         }
         const QVariantMap &map = VariantTree::map(node);
         for (QVariantMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it) {
-            if (it.key().contains(Separator))
+            if (search.finds(it.key()))
                 return true;
-            pushContainers(it.value(), pending);
+            pushContainer(it.value(), pending);
         }
     }
     return false;
@@ -70,7 +112,7 @@ private:
     // The order in which an array's elements go into the map. Sorted, they always go to its end,
     // which is what makes large documents fast. Where a key contains a separator, the prefix is not
     // restored behind it and the order decides what the later keys are: then it must be the
-    // document's. Unknown is the document's, too, but not looked into yet.
+    // document's. Unknown is outside of all arrays.
     enum Order { Unknown, Document, Sorted };
 
     // An open container and the place in it. One of map and list is in use.
@@ -88,16 +130,16 @@ private:
         int position; ///< of the next element, from 1
     };
 
-    void visit(const QVariant &value);
-    void openObject(const QVariantMap &map);
+    void visitMember(Level &level);
+    void visitElement(Level &level);
+    void visit(const QString &name, const QVariant &value);
+    void open(const QVariant &container);
     void openArray(const QVariant &array);
     void close();
-    const QVariant &enterMember(Level &level);
-    const QVariant &enterElement(Level &level);
     void store(const QString &key, const QVariant &value);
     void storeSize(int size);
     void leaveComponent();
-    Order inheritedOrder() const;
+    Order order() const;
 
     QString &m_prefix;
     QSettings::SettingsMap &m_map;
@@ -106,48 +148,78 @@ private:
 
 void Flattener::flatten(const QVariant &root)
 {
-    visit(root);
+    if (!isContainer(root)) {
+        store(m_prefix.left(m_prefix.size() - 1), root);
+        leaveComponent();
+        return;
+    }
+    open(root);
     while (!m_levels.isEmpty()) {
         Level &level = m_levels.last();
         if (level.isObject && level.member != level.map.constEnd())
-            visit(enterMember(level));
+            visitMember(level);
         else if (!level.isObject && level.index < level.list.size())
-            visit(enterElement(level));
+            visitElement(level);
         else
             close();
     }
 }
 
-void Flattener::visit(const QVariant &value)
+// The walk steps on first: visiting a container opens a level, which may move the others.
+void Flattener::visitMember(Level &level)
 {
-    if (VariantTree::isMap(value)) {
-        openObject(VariantTree::map(value));
-    } else if (VariantTree::isList(value)) {
-        openArray(value);
-    } else {
-        store(m_prefix.left(m_prefix.size() - 1), value);
-        leaveComponent();
-    }
+    const QVariantMap::const_iterator member = level.member++;
+    visit(member.key(), member.value());
 }
 
-void Flattener::openObject(const QVariantMap &map)
+void Flattener::visitElement(Level &level)
 {
-    m_levels.append(Level(inheritedOrder()));
+    const int position = level.position;
+    ++level.index;
+    if (level.order == Sorted)
+        level.position = nextInTextualOrder(position, level.list.size());
+    else
+        level.position = position + 1;
+    visit(QString::number(position), level.list.at(position - 1));
+}
+
+// A scalar is stored without appending its name to the prefix. A name that contains a separator still
+// leaves its first pieces there, as leaveComponent() does for a container.
+void Flattener::visit(const QString &name, const QVariant &value)
+{
+    if (isContainer(value)) {
+        m_prefix += name;
+        m_prefix += Separator;
+        open(value);
+        return;
+    }
+    store(joined(m_prefix, name), value);
+    if (order() != Sorted)
+        m_prefix += name.left(name.lastIndexOf(Separator) + 1);
+}
+
+void Flattener::open(const QVariant &container)
+{
+    if (VariantTree::isList(container)) {
+        openArray(container);
+        return;
+    }
+    m_levels.append(Level(order()));
     Level &level = m_levels.last();
     level.isObject = true;
-    level.map = map;
+    level.map = VariantTree::map(container);
     level.member = level.map.constBegin();
 }
 
 void Flattener::openArray(const QVariant &array)
 {
-    Order order = inheritedOrder();
+    Order elementOrder = order();
     const QVariantList &list = VariantTree::list(array);
-    if (order == Unknown && list.size() >= FirstSizeOutOfOrder)
-        order = hasSeparatorInKeys(array) ? Document : Sorted;
-    if (order != Sorted)
+    if (elementOrder == Unknown)
+        elementOrder = hasSeparatorInKeys(array) ? Document : Sorted;
+    if (elementOrder != Sorted)
         storeSize(list.size());
-    m_levels.append(Level(order));
+    m_levels.append(Level(elementOrder));
     m_levels.last().list = list;
 }
 
@@ -160,27 +232,6 @@ void Flattener::close()
     leaveComponent();
 }
 
-const QVariant &Flattener::enterMember(Level &level)
-{
-    const QVariantMap::const_iterator member = level.member++;
-    m_prefix += member.key();
-    m_prefix += Separator;
-    return member.value();
-}
-
-const QVariant &Flattener::enterElement(Level &level)
-{
-    const int position = level.position;
-    ++level.index;
-    if (level.order == Sorted)
-        level.position = nextInTextualOrder(position, level.list.size());
-    else
-        level.position = position + 1;
-    m_prefix += QString::number(position);
-    m_prefix += Separator;
-    return level.list.at(position - 1);
-}
-
 void Flattener::store(const QString &key, const QVariant &value)
 {
     QtCompat::insertLast(m_map, key, value);
@@ -188,17 +239,17 @@ void Flattener::store(const QString &key, const QVariant &value)
 
 void Flattener::storeSize(int size)
 {
-    store(m_prefix + QLatin1String("size"), size);
+    store(joined(m_prefix, QLatin1String("size")), size);
 }
 
-// The component is found by searching, not by its length: behind a key that contains a separator only
-// the last piece of it is taken away, and the pieces in front of it stay. That has always been so.
+// The component is found by searching, not by its length: of a key that contains a separator only the
+// last piece is taken away, and the pieces in front of it stay. That has always been so.
 void Flattener::leaveComponent()
 {
     m_prefix.truncate(m_prefix.lastIndexOf(Separator, -2) + 1);
 }
 
-Flattener::Order Flattener::inheritedOrder() const
+Flattener::Order Flattener::order() const
 {
     return m_levels.isEmpty() ? Unknown : m_levels.last().order;
 }
@@ -263,7 +314,12 @@ public:
 
     ~TreeBuilder() { VariantTree::dispose(m_root); }
 
-    const QVariant &root() const { return m_root; }
+    QVariant take()
+    {
+        QVariant root;
+        root.swap(m_root);
+        return root;
+    }
 
     void set(const QString &path, const QVariant &value);
 
@@ -276,7 +332,6 @@ private:
         int pathSize;
     };
 
-    void closeBehind(int pathSize);
     void openDownTo(const QString &path);
 
     QVariant m_root;
@@ -286,10 +341,8 @@ private:
 
 void TreeBuilder::set(const QString &path, const QVariant &value)
 {
-    int common = 0;
-    while (common < path.size() && common < m_path.size() && path.at(common) == m_path.at(common))
-        ++common;
-    closeBehind(common);
+    while (!haveSameStart(path, m_path, m_levels.last().pathSize))
+        m_levels.pop_back();
     openDownTo(path);
     m_path = path;
 
@@ -299,12 +352,6 @@ void TreeBuilder::set(const QString &path, const QVariant &value)
         makeArray(node, value.toInt());
     else
         QtCompat::insertLast(makeObject(node), name, value);
-}
-
-void TreeBuilder::closeBehind(int pathSize)
-{
-    while (m_levels.last().pathSize > pathSize)
-        m_levels.pop_back();
 }
 
 void TreeBuilder::openDownTo(const QString &path)
@@ -339,10 +386,9 @@ bool readJsonSettings(QIODevice &device, QSettings::SettingsMap &map)
 
 bool writeJsonSettings(QIODevice &device, const QSettings::SettingsMap &map)
 {
-    TreeBuilder tree((QVariant()));
-    for (QSettings::SettingsMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it)
-        tree.set(it.key(), it.value());
-    device.write(JsonWriter::serialize(tree.root(), 4, 0));
+    QVariant tree = unflattenMap(map);
+    const VariantTree::Disposer disposer(tree);
+    device.write(JsonWriter::serialize(tree, 4, 0));
     return true;
 }
 
@@ -355,5 +401,13 @@ QVariant unflattenVariant(const QVariant &node, const QString &key, const QVaria
 {
     TreeBuilder tree(node);
     tree.set(key, value);
-    return tree.root();
+    return tree.take();
+}
+
+QVariant unflattenMap(const QSettings::SettingsMap &map)
+{
+    TreeBuilder tree((QVariant()));
+    for (QSettings::SettingsMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it)
+        tree.set(it.key(), it.value());
+    return tree.take();
 }

@@ -38,4 +38,8 @@ void flattenVariant(QString &prefix, QSettings::SettingsMap &map, const QVariant
 /// are dropped. Keys must therefore come in ascending order, as a settings map has them.
 QVariant unflattenVariant(const QVariant &node, const QString &key, const QVariant &value);
 
+/// The tree of all entries of `map`: what unflattenVariant() makes of them one by one, from an invalid
+/// node.
+QVariant unflattenMap(const QSettings::SettingsMap &map);
+
 #endif // JSONSETTINGSFORMAT_H
