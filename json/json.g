@@ -8,8 +8,6 @@
 -- one leading comma is accepted and a trailing one is not.
 
 %parser JsonGrammarGenerated
-%decl jsongrammargenerated_p.h
-%impl jsongrammargenerated.cpp
 
 %token T_STRING "string"
 %token T_NUMBER "number"

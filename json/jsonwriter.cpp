@@ -25,11 +25,6 @@ const char shortEscapes[128] = {
 };
 // clang-format on
 
-inline bool isPlain(ushort unit)
-{
-    return unit < 128 && !shortEscapes[unit];
-}
-
 char *writeUnicodeEscape(char *out, ushort unit)
 {
     *out++ = '\\';
@@ -41,13 +36,53 @@ char *writeUnicodeEscape(char *out, ushort unit)
     return out;
 }
 
-char *writeEscape(char *out, ushort unit)
+inline char *writeEscaped(char *out, ushort unit)
 {
     if (unit > 127)
         return writeUnicodeEscape(out, unit);
-    *out++ = '\\';
-    *out++ = shortEscapes[unit];
+    const char letter = shortEscapes[unit];
+    if (letter)
+        *out++ = '\\';
+    *out++ = letter ? letter : char(unit);
     return out;
+}
+
+inline quint64 inAllBytes(uchar byte)
+{
+    return byte * Q_UINT64_C(0x0101010101010101);
+}
+
+// Four code units below 128, one in each 16 bits, moved together into the lower 32 bits.
+inline quint64 narrowed(quint64 units)
+{
+    units = (units | units >> 8) & Q_UINT64_C(0x0000ffff0000ffff);
+    return (units | units >> 16) & Q_UINT64_C(0x00000000ffffffff);
+}
+
+// Writes eight code units as eight bytes if none of them needs an escape, and none is a control
+// character, which might. Most of a configuration goes this way, at half the cost of single steps.
+inline bool writeEightPlain(char *out, const ushort *units)
+{
+    quint64 first;
+    quint64 second;
+    std::memcpy(&first, units, sizeof first);
+    std::memcpy(&second, units + 4, sizeof second);
+    if ((first | second) & Q_UINT64_C(0xff80ff80ff80ff80))
+        return false;
+#if Q_BYTE_ORDER == Q_LITTLE_ENDIAN
+    const quint64 bytes = narrowed(first) | narrowed(second) << 32;
+#else
+    const quint64 bytes = narrowed(first) << 32 | narrowed(second);
+#endif
+    // The bytes are below 128, so that an addition to each carries into its own highest bit: there
+    // where the byte is a space or above, where it is no quote, and where it is no backslash.
+    const quint64 isPlain = (bytes + inAllBytes(0x80 - ' '))
+        & ((bytes ^ inAllBytes('"')) + inAllBytes(0x7f))
+        & ((bytes ^ inAllBytes('\\')) + inAllBytes(0x7f)) & inAllBytes(0x80);
+    if (isPlain != inAllBytes(0x80))
+        return false;
+    std::memcpy(out, &bytes, sizeof bytes);
+    return true;
 }
 
 // A text that grows by half, so that the old block and the new one together never hold more than two
@@ -55,18 +90,33 @@ char *writeEscape(char *out, ushort unit)
 class Text
 {
 public:
-    Text() : m_out(nullptr), m_limit(nullptr) {}
+    Text() : m_out(nullptr), m_limit(nullptr) { grow(SmallestRoom); }
+
+    // Makes room for `count` bytes, which the put functions then fill.
+    void reserve(int count)
+    {
+        if (m_limit - m_out < count)
+            grow(count);
+    }
+
+    void put(char byte) { *m_out++ = byte; }
+
+    void put(const char *bytes, int size)
+    {
+        std::memcpy(m_out, bytes, size_t(size));
+        m_out += size;
+    }
 
     void append(char byte)
     {
-        *reserve(1) = byte;
-        ++m_out;
+        reserve(1);
+        put(byte);
     }
 
     void append(const char *bytes, int size)
     {
-        std::memcpy(reserve(size), bytes, size_t(size));
-        m_out += size;
+        reserve(size);
+        put(bytes, size);
     }
 
     void append(const QByteArray &bytes) { append(bytes.constData(), bytes.size()); }
@@ -75,7 +125,8 @@ public:
     {
         if (count <= 0)
             return;
-        std::memset(reserve(count), ' ', size_t(count));
+        reserve(count);
+        std::memset(m_out, ' ', size_t(count));
         m_out += count;
     }
 
@@ -89,29 +140,23 @@ public:
     }
 
 private:
-    int size() const { return int(m_out - m_bytes.constData()); }
+    Q_DISABLE_COPY(Text)
 
-    // Where the next `count` bytes may be written.
-    char *reserve(int count)
-    {
-        if (m_limit - m_out < count)
-            grow(count);
-        return m_out;
-    }
+    enum { SmallestRoom = 240 };
 
+    int size() const { return m_out ? int(m_out - m_bytes.constData()) : 0; }
     void grow(int count);
 
     QByteArray m_bytes; ///< the text and the room behind it
     char *m_out; ///< the end of the text
     char *m_limit; ///< the end of the room
 };
-
 void Text::grow(int count)
 {
-    const int oldSize = m_out ? size() : 0;
-    const qint64 wanted = qMax<qint64>(qint64(oldSize) + count, qint64(oldSize) + oldSize / 2);
+    const int oldSize = size();
+    const qint64 wanted = qMax(qint64(oldSize) + count, qint64(oldSize) + oldSize / 2);
     m_bytes.resize(oldSize);
-    m_bytes.reserve(int(qBound<qint64>(240, wanted, INT_MAX - 64)));
+    m_bytes.reserve(int(qMin<qint64>(wanted, INT_MAX - 64)));
     m_bytes.resize(m_bytes.capacity());
     m_out = m_bytes.data() + oldSize;
     m_limit = m_bytes.data() + m_bytes.size();
@@ -122,16 +167,19 @@ void Text::appendEscaped(const QString &text)
 {
     const int pieceSize = 64;
     const int longestEscape = 6;
-    const ushort *unit = text.utf16();
+    const ushort *unit = reinterpret_cast<const ushort *>(text.constData());
     const ushort *const last = unit + text.size();
     while (unit != last) {
         const ushort *const pieceEnd = last - unit > pieceSize ? unit + pieceSize : last;
-        char *out = reserve(int(pieceEnd - unit) * longestEscape);
-        for (; unit != pieceEnd; ++unit) {
-            if (isPlain(*unit))
-                *out++ = char(*unit);
-            else
-                out = writeEscape(out, *unit);
+        reserve(int(pieceEnd - unit) * longestEscape);
+        char *out = m_out;
+        while (unit != pieceEnd) {
+            if (pieceEnd - unit >= 8 && writeEightPlain(out, unit)) {
+                unit += 8;
+                out += 8;
+            } else {
+                out = writeEscaped(out, *unit++);
+            }
         }
         m_out = out;
     }
@@ -147,19 +195,10 @@ void Text::appendNumber(qulonglong magnitude, bool isNegative)
         *--first = char('0' + magnitude % 10);
         magnitude /= 10;
     } while (magnitude);
+    reserve(longestNumber + 1);
     if (isNegative)
-        append('-');
-    append(first, int(end - first));
-}
-
-bool isArray(const QVariant &value)
-{
-    return VariantTree::isList(value) || value.userType() == QMetaType::QStringList;
-}
-
-bool isContainer(const QVariant &value)
-{
-    return VariantTree::isMap(value) || isArray(value);
+        put('-');
+    put(first, int(end - first));
 }
 
 enum Layout { Compact, Indented };
@@ -186,20 +225,17 @@ private:
         int index;
     };
 
-    void printValue(const QVariant &value);
-    void printScalar(const QVariant &value);
-    void printInteger(qlonglong value);
-    void printString(const QString &text);
-    void printOther(const QVariant &value);
-    void openObject(const QVariantMap &map);
-    void openArray(const QVariantList &list);
-    void open(char bracket);
-    void close();
     void printMember(Level &level);
     void printElement(Level &level);
-    void printSeparator(bool isFirst);
+    void printValue(int type, const QVariant &value);
+    void printScalar(int type, const QVariant &value);
+    void printOther(int type, const QVariant &value);
+    void printInteger(qlonglong value);
+    void printString(const QString &text);
+    void openObject(const QVariantMap &map);
+    void openArray(const QVariantList &list);
+    void close();
     void printLineFeed();
-    void printIndentation();
 
     const Layout m_layout;
     const int m_indentStep;
@@ -208,9 +244,17 @@ private:
     Text m_text;
 };
 
+bool isContainer(int type)
+{
+    return type == QMetaType::QVariantMap || type == QMetaType::QVariantList
+        || type == QMetaType::QStringList;
+}
+
 QByteArray Printer::print(const QVariant &root)
 {
-    printValue(root);
+    if (isContainer(root.userType()))
+        m_text.appendSpaces(m_indentation);
+    printValue(root.userType(), root);
     while (!m_levels.isEmpty()) {
         Level &level = m_levels.last();
         if (level.isObject && level.member != level.map.constEnd())
@@ -223,19 +267,45 @@ QByteArray Printer::print(const QVariant &root)
     return m_text.take();
 }
 
-void Printer::printValue(const QVariant &value)
+// The walk steps on first: printing a container opens a level, which may move the others.
+void Printer::printMember(Level &level)
 {
-    if (VariantTree::isMap(value))
+    const QVariantMap::const_iterator member = level.member++;
+    if (level.index++ > 0)
+        m_text.append(',');
+    printLineFeed();
+    printString(member.key());
+    m_text.append(':');
+    const int type = member.value().userType();
+    if (isContainer(type))
+        printLineFeed();
+    printValue(type, member.value());
+}
+
+void Printer::printElement(Level &level)
+{
+    const QVariant &element = level.list.at(level.index);
+    if (level.index++ > 0)
+        m_text.append(',');
+    printLineFeed();
+    printValue(element.userType(), element);
+}
+
+void Printer::printValue(int type, const QVariant &value)
+{
+    if (type == QMetaType::QVariantMap)
         openObject(VariantTree::map(value));
-    else if (isArray(value))
+    else if (isContainer(type))
         openArray(value.toList());
     else
-        printScalar(value);
+        printScalar(type, value);
 }
 
 void Printer::openObject(const QVariantMap &map)
 {
-    open('{');
+    m_text.append('{');
+    m_indentation += m_indentStep;
+    m_levels.append(Level());
     Level &level = m_levels.last();
     level.isObject = true;
     level.map = map;
@@ -244,75 +314,36 @@ void Printer::openObject(const QVariantMap &map)
 
 void Printer::openArray(const QVariantList &list)
 {
-    open('[');
+    m_text.append('[');
+    m_indentation += m_indentStep;
+    m_levels.append(Level());
     m_levels.last().list = list;
 }
 
-void Printer::open(char bracket)
-{
-    printIndentation();
-    m_text.append(bracket);
-    printLineFeed();
-    m_indentation += m_indentStep;
-    m_levels.append(Level());
-}
-
+// A container without entries holds an empty line.
 void Printer::close()
 {
-    const char bracket = m_levels.last().isObject ? '}' : ']';
+    const Level &level = m_levels.last();
+    const char bracket = level.isObject ? '}' : ']';
+    if (level.index == 0 && m_layout == Indented)
+        m_text.append('\n');
     m_levels.pop_back();
     m_indentation -= m_indentStep;
     printLineFeed();
-    printIndentation();
     m_text.append(bracket);
-}
-
-// The walk steps on first: printing a container opens a level, which may move the others.
-void Printer::printMember(Level &level)
-{
-    const QVariantMap::const_iterator member = level.member++;
-    printSeparator(member == level.map.constBegin());
-    printIndentation();
-    printString(member.key());
-    m_text.append(':');
-    if (isContainer(member.value()))
-        printLineFeed();
-    printValue(member.value());
-}
-
-void Printer::printElement(Level &level)
-{
-    const int index = level.index++;
-    const QVariant &element = level.list.at(index);
-    printSeparator(index == 0);
-    if (!isContainer(element))
-        printIndentation();
-    printValue(element);
-}
-
-void Printer::printSeparator(bool isFirst)
-{
-    if (isFirst)
-        return;
-    m_text.append(',');
-    printLineFeed();
 }
 
 void Printer::printLineFeed()
 {
-    if (m_layout == Indented)
-        m_text.append('\n');
+    if (m_layout == Compact)
+        return;
+    m_text.append('\n');
+    m_text.appendSpaces(m_indentation);
 }
 
-void Printer::printIndentation()
+void Printer::printScalar(int type, const QVariant &value)
 {
-    if (m_layout == Indented)
-        m_text.appendSpaces(m_indentation);
-}
-
-void Printer::printScalar(const QVariant &value)
-{
-    switch (value.userType()) {
+    switch (type) {
     case QVariant::Invalid:
         m_text.append("null", 4);
         break;
@@ -336,7 +367,7 @@ void Printer::printScalar(const QVariant &value)
         printString(value.toString());
         break;
     default:
-        printOther(value);
+        printOther(type, value);
     }
 }
 
@@ -355,9 +386,9 @@ void Printer::printString(const QString &text)
 }
 
 // The types that no parser makes. A character is written without quotes, as it always has been.
-void Printer::printOther(const QVariant &value)
+void Printer::printOther(int type, const QVariant &value)
 {
-    if (value.userType() == QMetaType::QChar) {
+    if (type == QMetaType::QChar) {
         const ushort unit = value.toChar().unicode();
         char escape[6];
         if (unit > 127)

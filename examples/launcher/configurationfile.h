@@ -1,0 +1,22 @@
+#ifndef CONFIGURATIONFILE_H
+#define CONFIGURATIONFILE_H
+
+#include <QString>
+
+/// The configuration file that the library reads. The library does not tell which one it is, so its
+/// rule is repeated here, for messages and for relative paths.
+namespace ConfigurationFile {
+
+/// The path of the file; empty when there is none.
+QString path();
+
+/// Why path() is empty: the two places that were looked at.
+QString whyMissing();
+
+/// A relative path of the configuration, which is meant from the folder of the file, so that the
+/// launcher can be started anywhere. An absolute one stays as it is.
+QString resolve(const QString &name);
+
+} // namespace ConfigurationFile
+
+#endif // CONFIGURATIONFILE_H

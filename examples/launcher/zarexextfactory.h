@@ -1,0 +1,19 @@
+#ifndef ZAREXEXTFACTORY_H
+#define ZAREXEXTFACTORY_H
+
+class QObject;
+class QWebPage;
+class ZarexExtBase;
+
+/// Makes the extension objects of pages. The library hands a registered factory on and leaves its
+/// members to the launcher: these are ours.
+class ZarexExtFactory
+{
+public:
+    virtual ~ZarexExtFactory() {}
+
+    /// A new extension object for `page`, which belongs to `parent`.
+    virtual ZarexExtBase *create(QObject *parent, QWebPage *page) const = 0;
+};
+
+#endif // ZAREXEXTFACTORY_H
