@@ -329,8 +329,8 @@ int JsonLexer::scanEscapedString(const char *text, const char *quote, const char
         backslash = find('\\', text, quote);
     }
     appendText(text, quote);
-    return acceptString(
-        QString(reinterpret_cast<const QChar *>(m_text.constData()), m_text.size()), quote);
+    return acceptString(QString(reinterpret_cast<const QChar *>(m_text.constData()), m_text.size()),
+                        quote);
 }
 
 int JsonLexer::unterminatedString()

@@ -1,4 +1,4 @@
-// A web application launcher in a few hundred lines: it shows the applications of a configuration
+// A web application launcher in a dozen small files: it shows the applications of a configuration
 // file in views of QtWebKit, with what libnuvlaunchersupport gives it.
 //
 //   options            what the command line asks for

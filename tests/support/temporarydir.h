@@ -40,8 +40,8 @@ private:
     static void remove(const QString &path)
     {
         QDir dir(path);
-        const QFileInfoList entries = dir.entryInfoList(
-            QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+        const QFileInfoList entries = dir.entryInfoList(QDir::AllEntries | QDir::Hidden
+                                                        | QDir::System | QDir::NoDotAndDotDot);
         for (int i = 0; i < entries.size(); ++i) {
             const QFileInfo &entry = entries.at(i);
             if (entry.isDir() && !entry.isSymLink())
