@@ -7,11 +7,16 @@
 #include <QVector>
 
 #include <climits>
+#include <cmath>
 #include <cstring>
 
 namespace {
 
 const char hexDigits[] = "0123456789abcdef";
+
+const char digitPairs[] = "00010203040506070809101112131415161718192021222324252627282930313233"
+                          "34353637383940414243444546474849505152535455565758596061626364656667"
+                          "6869707172737475767778798081828384858687888990919293949596979899";
 
 // The letter behind the backslash for a character with a short escape, 0 for every other.
 // clang-format off
@@ -36,14 +41,20 @@ char *writeUnicodeEscape(char *out, ushort unit)
     return out;
 }
 
-inline char *writeEscaped(char *out, ushort unit)
+char *writeEscape(char *out, ushort unit)
 {
     if (unit > 127)
         return writeUnicodeEscape(out, unit);
-    const char letter = shortEscapes[unit];
-    if (letter)
-        *out++ = '\\';
-    *out++ = letter ? letter : char(unit);
+    *out++ = '\\';
+    *out++ = shortEscapes[unit];
+    return out;
+}
+
+inline char *writeUnit(char *out, ushort unit)
+{
+    if (unit > 127 || shortEscapes[unit])
+        return writeEscape(out, unit);
+    *out++ = char(unit);
     return out;
 }
 
@@ -92,46 +103,36 @@ class Text
 public:
     Text() : m_out(nullptr), m_limit(nullptr) { grow(SmallestRoom); }
 
-    // Makes room for `count` bytes, which the put functions then fill.
-    void reserve(int count)
-    {
-        if (m_limit - m_out < count)
-            grow(count);
-    }
-
-    void put(char byte) { *m_out++ = byte; }
-
-    void put(const char *bytes, int size)
-    {
-        std::memcpy(m_out, bytes, size_t(size));
-        m_out += size;
-    }
-
     void append(char byte)
     {
         reserve(1);
-        put(byte);
+        *m_out++ = byte;
     }
 
     void append(const char *bytes, int size)
     {
         reserve(size);
-        put(bytes, size);
+        std::memcpy(m_out, bytes, size_t(size));
+        m_out += size;
     }
 
     void append(const QByteArray &bytes) { append(bytes.constData(), bytes.size()); }
 
+    // Eight spaces at a time; what is too many is written over.
     void appendSpaces(int count)
     {
         if (count <= 0)
             return;
-        reserve(count);
-        std::memset(m_out, ' ', size_t(count));
-        m_out += count;
+        reserve(count + 8);
+        char *const end = m_out + count;
+        for (char *out = m_out; out < end; out += 8)
+            std::memcpy(out, "        ", 8);
+        m_out = end;
     }
 
     void appendEscaped(const QString &text);
     void appendNumber(qulonglong magnitude, bool isNegative);
+    void appendNumber(double value);
 
     QByteArray take()
     {
@@ -145,60 +146,101 @@ private:
     enum { SmallestRoom = 240 };
 
     int size() const { return m_out ? int(m_out - m_bytes.constData()) : 0; }
+
+    void reserve(int count)
+    {
+        if (m_limit - m_out < count)
+            grow(count);
+    }
+
     void grow(int count);
 
     QByteArray m_bytes; ///< the text and the room behind it
     char *m_out; ///< the end of the text
     char *m_limit; ///< the end of the room
 };
+
 void Text::grow(int count)
 {
+    const qint64 largest = INT_MAX - 64;
     const int oldSize = size();
-    const qint64 wanted = qMax(qint64(oldSize) + count, qint64(oldSize) + oldSize / 2);
+    const qint64 needed = qint64(oldSize) + count;
+    if (needed > largest)
+        qBadAlloc();
     m_bytes.resize(oldSize);
-    m_bytes.reserve(int(qMin<qint64>(wanted, INT_MAX - 64)));
+    m_bytes.reserve(int(qMin(qMax(needed, qint64(oldSize) + oldSize / 2), largest)));
     m_bytes.resize(m_bytes.capacity());
     m_out = m_bytes.data() + oldSize;
     m_limit = m_bytes.data() + m_bytes.size();
 }
 
-// In pieces, so that the room for the longest escapes is never six times a long string.
+// In pieces of eight, and with room for no more than eight pieces of the longest escapes at a time,
+// which would be six times a long string.
 void Text::appendEscaped(const QString &text)
 {
-    const int pieceSize = 64;
+    const int pieceSize = 8;
     const int longestEscape = 6;
     const ushort *unit = reinterpret_cast<const ushort *>(text.constData());
     const ushort *const last = unit + text.size();
     while (unit != last) {
+        reserve(pieceSize * longestEscape);
         const ushort *const pieceEnd = last - unit > pieceSize ? unit + pieceSize : last;
-        reserve(int(pieceEnd - unit) * longestEscape);
-        char *out = m_out;
-        while (unit != pieceEnd) {
-            if (pieceEnd - unit >= 8 && writeEightPlain(out, unit)) {
-                unit += 8;
-                out += 8;
-            } else {
-                out = writeEscaped(out, *unit++);
-            }
+        if (pieceEnd - unit == pieceSize && writeEightPlain(m_out, unit)) {
+            unit = pieceEnd;
+            m_out += pieceSize;
+            continue;
         }
-        m_out = out;
+        for (; unit != pieceEnd; ++unit)
+            m_out = writeUnit(m_out, *unit);
     }
 }
 
+// The digits are written from the last one, two at a time, and copied with what stands behind them:
+// a copy of a fixed size costs a third.
 void Text::appendNumber(qulonglong magnitude, bool isNegative)
 {
-    const int longestNumber = 20;
-    char digits[longestNumber];
+    const int longestNumber = 21;
+    char digits[2 * longestNumber];
     char *const end = digits + longestNumber;
     char *first = end;
-    do {
-        *--first = char('0' + magnitude % 10);
-        magnitude /= 10;
-    } while (magnitude);
-    reserve(longestNumber + 1);
+    for (; magnitude >= 100; magnitude /= 100) {
+        first -= 2;
+        std::memcpy(first, digitPairs + magnitude % 100 * 2, 2);
+    }
+    *--first = char('0' + magnitude % 10);
+    if (magnitude >= 10)
+        *--first = char('0' + magnitude / 10);
     if (isNegative)
-        put('-');
-    put(first, int(end - first));
+        *--first = '-';
+    reserve(longestNumber);
+    std::memcpy(m_out, first, longestNumber);
+    m_out += end - first;
+}
+
+// Up to three decimals, which is what people write, are put out by integer arithmetic. Where the
+// thousandths give back the very value, they are its 15 significant digits, too.
+void Text::appendNumber(double value)
+{
+    const qint64 thousandths = std::fabs(value) < 1e12 ? qRound64(value * 1000) : 0;
+    if (thousandths == 0 || double(thousandths) / 1000 != value) {
+        append(QString::number(value, 'g', 15).toUtf8());
+        return;
+    }
+    const qulonglong magnitude = qulonglong(qAbs(thousandths));
+    appendNumber(magnitude / 1000, thousandths < 0);
+    int decimals = int(magnitude % 1000);
+    if (decimals == 0)
+        return;
+    append('.');
+    for (; decimals != 0; decimals = decimals % 100 * 10)
+        append(char('0' + decimals / 100));
+}
+
+// The value of a variant whose type is known, without a conversion.
+template<typename T>
+const T &valueOf(const QVariant &variant)
+{
+    return *static_cast<const T *>(variant.constData());
 }
 
 enum Layout { Compact, Indented };
@@ -228,7 +270,6 @@ private:
     void printMember(Level &level);
     void printElement(Level &level);
     void printValue(int type, const QVariant &value);
-    void printScalar(int type, const QVariant &value);
     void printOther(int type, const QVariant &value);
     void printInteger(qlonglong value);
     void printString(const QString &text);
@@ -293,12 +334,45 @@ void Printer::printElement(Level &level)
 
 void Printer::printValue(int type, const QVariant &value)
 {
-    if (type == QMetaType::QVariantMap)
+    switch (type) {
+    case QVariant::Invalid:
+        m_text.append("null", 4);
+        break;
+    case QMetaType::Bool:
+        valueOf<bool>(value) ? m_text.append("true", 4) : m_text.append("false", 5);
+        break;
+    case QMetaType::Int:
+        printInteger(valueOf<int>(value));
+        break;
+    case QMetaType::LongLong:
+        printInteger(valueOf<qlonglong>(value));
+        break;
+    case QMetaType::UInt:
+        m_text.appendNumber(valueOf<uint>(value), false);
+        break;
+    case QMetaType::ULongLong:
+        m_text.appendNumber(valueOf<qulonglong>(value), false);
+        break;
+    case QMetaType::Double:
+    case QMetaType::Float:
+        m_text.appendNumber(value.toDouble());
+        break;
+    case QMetaType::QString:
+        printString(valueOf<QString>(value));
+        break;
+    case QMetaType::QByteArray:
+        printString(value.toString());
+        break;
+    case QMetaType::QVariantMap:
         openObject(VariantTree::map(value));
-    else if (isContainer(type))
+        break;
+    case QMetaType::QVariantList:
+    case QMetaType::QStringList:
         openArray(value.toList());
-    else
-        printScalar(type, value);
+        break;
+    default:
+        printOther(type, value);
+    }
 }
 
 void Printer::openObject(const QVariantMap &map)
@@ -339,36 +413,6 @@ void Printer::printLineFeed()
         return;
     m_text.append('\n');
     m_text.appendSpaces(m_indentation);
-}
-
-void Printer::printScalar(int type, const QVariant &value)
-{
-    switch (type) {
-    case QVariant::Invalid:
-        m_text.append("null", 4);
-        break;
-    case QMetaType::Bool:
-        value.toBool() ? m_text.append("true", 4) : m_text.append("false", 5);
-        break;
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-        printInteger(value.toLongLong());
-        break;
-    case QMetaType::UInt:
-    case QMetaType::ULongLong:
-        m_text.appendNumber(value.toULongLong(), false);
-        break;
-    case QMetaType::Double:
-    case QMetaType::Float:
-        m_text.append(QString::number(value.toDouble(), 'g', 15).toUtf8());
-        break;
-    case QMetaType::QString:
-    case QMetaType::QByteArray:
-        printString(value.toString());
-        break;
-    default:
-        printOther(type, value);
-    }
 }
 
 void Printer::printInteger(qlonglong value)
