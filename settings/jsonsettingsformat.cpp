@@ -17,7 +17,8 @@ const QLatin1Char Separator('/');
 
 bool isContainer(const QVariant &value)
 {
-    return VariantTree::isMap(value) || VariantTree::isList(value);
+    const int type = value.userType();
+    return type == QMetaType::QVariantMap || type == QMetaType::QVariantList;
 }
 
 void pushContainer(const QVariant &value, QVector<const QVariant *> &pending)
@@ -52,7 +53,7 @@ public:
 
     bool finds(const QString &key)
     {
-        const QChar *&plain = m_plain[(quintptr(key.constData()) / 16) % PlainKeys];
+        const QChar *&plain = m_plain[quintptr(key.constData()) / 16 % PlainKeys];
         if (plain == key.constData())
             return false;
         plain = key.constData();
@@ -60,7 +61,7 @@ public:
     }
 
 private:
-    enum { PlainKeys = 128 };
+    enum { PlainKeys = 256 };
     const QChar *m_plain[PlainKeys];
 };
 
