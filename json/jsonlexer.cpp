@@ -63,7 +63,7 @@ inline bool isLowerCaseLetter(char byte)
 }
 
 // The token of a lower-case word, T_ERROR for one without a meaning.
-int keywordToken(const char *word, int size)
+int keywordToken(const char *word, qptrdiff size)
 {
     if (size == 4 && std::memcmp(word, "true", 4) == 0)
         return T_TRUE;
@@ -80,8 +80,8 @@ inline const char *find(char byte, const char *p, const char *end)
     return static_cast<const char *>(std::memchr(p, byte, size_t(end - p)));
 }
 
-// The first byte that is no space in front of `end`, or `end`. Indentation is long, and comes in
-// fours.
+// The first byte that is no space in front of `end`, or `end`. Indentation is long, and often
+// comes in fours.
 inline const char *skipSpaces(const char *p, const char *end)
 {
     while (end - p >= 4 && std::memcmp(p, "    ", 4) == 0)
@@ -91,41 +91,41 @@ inline const char *skipSpaces(const char *p, const char *end)
     return p;
 }
 
-int hexDigit(char byte)
+inline int hexDigit(char byte)
 {
     if (isDigit(byte))
         return byte - '0';
-    const char letter = char(byte | 0x20);
-    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
+    const int letter = (byte | 0x20) - 'a';
+    return letter >= 0 && letter < 6 ? letter + 10 : -1;
 }
 
 // The low byte of two characters read as a base 16 number. Whatever is not two hexadecimal digits is
 // the toolkit's to judge: it takes a sign or a blank for part of a number.
-uint hexByte(const char *pair)
+inline uint hexByte(const char *pair)
 {
     const int high = hexDigit(pair[0]);
     const int low = hexDigit(pair[1]);
-    if (high >= 0 && low >= 0)
+    if ((high | low) >= 0)
         return uint(high * 16 + low);
     return uint(QByteArray(pair, 2).toInt(nullptr, 16)) & 0xffu;
 }
 
-// Up to nine digits behind at most one minus sign, which always fit; false for anything else.
-bool readShortInteger(const char *p, const char *end, int *value)
+// Reads up to nine digits behind at most one minus sign, which always fit. Returns the byte behind
+// them, null when the number is anything else or goes on.
+inline const char *readShortInteger(const char *p, const char *end, int *value)
 {
     const bool isNegative = *p == '-';
     if (isNegative)
         ++p;
-    if (p == end || end - p > 9)
-        return false;
+    const char *const limit = p + qMin<qptrdiff>(end - p, 9);
+    const char *const first = p;
     int magnitude = 0;
-    for (; p != end; ++p) {
-        if (!isDigit(*p))
-            return false;
+    for (; p != limit && isDigit(*p); ++p)
         magnitude = magnitude * 10 + (*p - '0');
-    }
+    if (p == first || (p != end && (byteClass(*p) & NumberPart)))
+        return nullptr;
     *value = isNegative ? -magnitude : magnitude;
-    return true;
+    return p;
 }
 
 // A decimal fraction of up to 15 digits without exponent. Its digits and its power of ten are exact
@@ -160,12 +160,9 @@ bool readShortDecimal(const char *p, const char *end, double *value)
 // The text is copied: the toolkit's conversions want it to end with a NUL.
 QVariant integerValue(const char *begin, const char *end)
 {
-    int value;
-    if (readShortInteger(begin, end, &value))
-        return value;
     const QByteArray text(begin, int(end - begin));
     bool ok = false;
-    value = text.toInt(&ok);
+    const int value = text.toInt(&ok);
     if (ok)
         return value;
     const qlonglong longValue = text.toLongLong(&ok);
@@ -182,13 +179,13 @@ QVariant floatingValue(const char *begin, const char *end)
     return QByteArray(begin, int(end - begin)).toDouble();
 }
 
-// Which bucket a key belongs into. Its size and three of its bytes spread the keys of a configuration
-// well: 48 of them share no more than three buckets.
-inline uint bucketOf(const char *key, int size, uint buckets)
+// Which bucket a key belongs into. Its size and three of its bytes, which are together enough to tell
+// 45 of the 48 keys of a configuration apart.
+inline uint bucketOf(const char *key, uint size, uint buckets)
 {
     if (size == 0)
         return 0;
-    uint hash = uint(size);
+    uint hash = size;
     hash = hash * 31 + static_cast<uchar>(key[size / 4]);
     hash = hash * 31 + static_cast<uchar>(key[size / 2]);
     hash = hash * 31 + static_cast<uchar>(key[size - 1]);
@@ -202,21 +199,22 @@ JsonLexer::JsonLexer(const QByteArray &data)
       m_current(m_data.constData()),
       m_end(m_current + m_data.size()),
       m_line(1),
+      m_token(T_ERROR),
       m_buckets()
 {
 }
 
-inline int JsonLexer::acceptString(const QString &text, const char *quote)
+QVariant JsonLexer::value() const
 {
-    m_value = text;
-    m_current = quote + 1;
-    return T_STRING;
+    if (m_token == T_STRING)
+        return m_text;
+    return m_token == T_NUMBER ? m_number : QVariant();
 }
 
 // The entry for the key in its bucket, which may hold another key, or none yet.
 inline JsonLexer::KnownKey *JsonLexer::knownKey(const char *key, int size)
 {
-    quint8 &number = m_buckets[bucketOf(key, size, KeyBuckets)];
+    quint8 &number = m_buckets[bucketOf(key, uint(size), KeyBuckets)];
     if (number == 0) {
         m_knownKeys.append(KnownKey());
         number = quint8(m_knownKeys.size());
@@ -233,34 +231,43 @@ int JsonLexer::scanString()
     if (!quote)
         return unterminatedString();
     const int size = int(quote - text);
+    m_current = quote + 1;
 
     KnownKey *known = nullptr;
-    if (quote + 1 != m_end && quote[1] == ':') {
+    if (m_current != m_end && *m_current == ':') {
         known = knownKey(text, size);
-        if (known->size == size && std::memcmp(known->bytes, text, size_t(size)) == 0)
-            return acceptString(known->text, quote);
+        if (known->size == size && std::memcmp(known->bytes, text, size_t(size)) == 0) {
+            m_text = known->text;
+            return T_STRING;
+        }
     }
 
-    const char *const backslash = find('\\', text, quote);
-    if (backslash)
-        return scanEscapedString(text, quote, backslash);
-    const QString plainText = QtCompat::fromAsciiBytes(text, size);
+    if (find('\\', text, quote))
+        return scanEscapedString(text, quote);
+    m_text = QtCompat::fromAsciiBytes(text, size);
     if (known) {
         known->bytes = text;
         known->size = size;
-        known->text = plainText;
+        known->text = m_text;
     }
-    return acceptString(plainText, quote);
+    return T_STRING;
 }
 
 int JsonLexer::scanNumber()
 {
     const char *const first = m_current;
-    const char *p = first;
+    int shortInteger;
+    const char *p = readShortInteger(first, m_end, &shortInteger);
+    if (p) {
+        m_number = shortInteger;
+        m_current = p;
+        return T_NUMBER;
+    }
+    p = first;
     quint8 classes = 0;
     while (p != m_end && (byteClass(*p) & NumberPart))
         classes |= byteClass(*p++);
-    m_value = classes & FloatingPart ? floatingValue(first, p) : integerValue(first, p);
+    m_number = classes & FloatingPart ? floatingValue(first, p) : integerValue(first, p);
     m_current = p;
     return T_NUMBER;
 }
@@ -272,14 +279,11 @@ int JsonLexer::scanKeyword()
     while (p != m_end && isLowerCaseLetter(*p))
         ++p;
     m_current = p;
-    return keywordToken(first, int(p - first));
+    return keywordToken(first, p - first);
 }
 
-int JsonLexer::nextToken()
+int JsonLexer::scanToken()
 {
-    if (m_value.isValid())
-        m_value.clear();
-
     const char *p = m_current;
     int kind = Blank;
     while (p != m_end) {
@@ -312,25 +316,45 @@ int JsonLexer::nextToken()
     }
 }
 
-// Goes from backslash to backslash. An escape may take the quote that was found for its own; then the
-// next one is looked for.
-int JsonLexer::scanEscapedString(const char *text, const char *quote, const char *backslash)
+// Reads up to `quote`, the first one in the input, or, where an escape takes that for its own, to the
+// next.
+int JsonLexer::scanEscapedString(const char *text, const char *quote)
 {
-    m_text.resize(0);
-    while (backslash) {
-        appendText(text, backslash);
-        if (backslash + 1 == m_end)
-            return unterminatedString();
-        text = appendEscape(backslash + 1);
-        if (text > quote)
-            quote = find('"', text, m_end);
+    ushort *out = roomBehind(0, quote - text);
+    for (;;) {
+        // Where there is one escape, the next is often near; else it is worth a search.
+        const char *const near = text + qMin<qptrdiff>(quote - text, 16);
+        while (text != near && *text != '\\')
+            *out++ = QtCompat::charFromAscii(*text++).unicode();
+        if (text == quote)
+            break;
+        const char *const backslash = *text == '\\' ? text : find('\\', text, quote);
+        const char *const stop = backslash ? backslash : quote;
+        while (text != stop)
+            *out++ = QtCompat::charFromAscii(*text++).unicode();
+        if (text == quote)
+            break;
+        text = readEscape(text + 1, out++);
+        if (text <= quote)
+            continue;
+        quote = find('"', text, m_end);
         if (!quote)
             return unterminatedString();
-        backslash = find('\\', text, quote);
+        out = roomBehind(out - m_unescaped.constData(), quote - text);
     }
-    appendText(text, quote);
-    return acceptString(QString(reinterpret_cast<const QChar *>(m_text.constData()), m_text.size()),
-                        quote);
+    m_text = QString(reinterpret_cast<const QChar *>(m_unescaped.constData()),
+                     int(out - m_unescaped.constData()));
+    m_current = quote + 1;
+    return T_STRING;
+}
+
+// Where the unit behind the first `used` ones goes, with room for as many more as there are bytes: none
+// of them gives more than one.
+ushort *JsonLexer::roomBehind(qptrdiff used, qptrdiff bytes)
+{
+    if (used + bytes > m_unescaped.size())
+        m_unescaped.resize(int(used + bytes));
+    return m_unescaped.data() + used;
 }
 
 int JsonLexer::unterminatedString()
@@ -339,43 +363,33 @@ int JsonLexer::unterminatedString()
     return T_ERROR;
 }
 
-void JsonLexer::appendText(const char *bytes, const char *end)
+// Stores what the escape stands for and returns the byte behind it. Four bytes behind a "u" are taken
+// for its digits whatever they are; a "u" too near the end of the input stands for itself, as every
+// letter without a meaning does.
+const char *JsonLexer::readEscape(const char *letter, ushort *unit) const
 {
-    const int oldSize = m_text.size();
-    m_text.resize(oldSize + int(end - bytes));
-    ushort *out = m_text.data() + oldSize;
-    for (; bytes != end; ++bytes)
-        *out++ = QtCompat::charFromAscii(*bytes).unicode();
-}
-
-// Appends what the escape stands for and returns the byte behind it. Four bytes behind a "u" are
-// taken for its digits whatever they are; a "u" too near the end of the input stands for itself, as
-// every letter without a meaning does.
-const char *JsonLexer::appendEscape(const char *letter)
-{
+    if (*letter == 'u' && m_end - letter > 5) {
+        *unit = ushort(hexByte(letter + 1) << 8 | hexByte(letter + 3));
+        return letter + 5;
+    }
     switch (*letter) {
     case 'b':
-        m_text.append('\b');
-        return letter + 1;
-    case 'f':
-        m_text.append('\f');
-        return letter + 1;
-    case 'n':
-        m_text.append('\n');
-        return letter + 1;
-    case 'r':
-        m_text.append('\r');
-        return letter + 1;
-    case 't':
-        m_text.append('\t');
-        return letter + 1;
-    case 'u':
-        if (m_end - letter > 5) {
-            m_text.append(ushort(hexByte(letter + 1) << 8 | hexByte(letter + 3)));
-            return letter + 5;
-        }
+        *unit = '\b';
         break;
+    case 'f':
+        *unit = '\f';
+        break;
+    case 'n':
+        *unit = '\n';
+        break;
+    case 'r':
+        *unit = '\r';
+        break;
+    case 't':
+        *unit = '\t';
+        break;
+    default:
+        *unit = QtCompat::charFromAscii(*letter).unicode();
     }
-    m_text.append(QtCompat::charFromAscii(*letter).unicode());
     return letter + 1;
 }

@@ -11,35 +11,30 @@ namespace {
 
 const int NoToken = -1;
 
-// Enough for a flat document. A configuration needs about twenty slots, so that its stacks stay in the
-// allocator's cache of small blocks.
-const int InitialStackSize = 8;
-
-// The string in its variant, without a copy.
-const QString &text(const QVariant &value)
-{
-    return *static_cast<const QString *>(value.constData());
-}
+// Enough for a flat document. A configuration needs 22 slots, so it doubles this once and stays in the
+// allocator's cache of blocks, which ends at 1,024 bytes.
+const int InitialStackSize = 12;
 
 // Adds a member to an object and moves its value into the map. While the keys come in ascending order,
-// `lastKey` holds the last of them, and the next one goes straight to the end of the map.
-void insertMember(QVariantMap &members, QVariant &lastKey, QVariant &key, QVariant &value)
+// `lastKey` holds the last of them, and the next one goes straight to the end of the map; it is null
+// from the first that does not.
+void insertMember(QVariantMap &members, QString &lastKey, QString &key, QVariant &value)
 {
-    const QString &name = text(key);
-    if (members.isEmpty() || (lastKey.isValid() && !(name < text(lastKey)))) {
-        QtCompat::insertMultiLast(members, name).swap(value);
-        lastKey.swap(key);
+    if (members.isEmpty() || (!lastKey.isNull() && !qMapLessThanKey(key, lastKey))) {
+        QtCompat::insertMultiLast(members, key).swap(value);
+        qSwap(lastKey, key);
     } else {
-        QtCompat::insertMulti(members, name).swap(value);
-        lastKey.clear();
+        QtCompat::insertMulti(members, key).swap(value);
+        lastKey = QString();
     }
-    key.clear();
+    key = QString();
 }
 
 // Appends an element to an array and moves its value into the list.
-void appendElement(QVariantList &values, QVariant &value)
+Q_ALWAYS_INLINE void appendElement(QVariantList &values, QVariant &value)
 {
-    values.append(QVariant());
+    static const QVariant invalid;
+    values.append(invalid);
     values.last().swap(value);
 }
 
@@ -58,16 +53,13 @@ QVariant parseJson(const QByteArray &json, QString *errorMessage)
     return parser.takeResult();
 }
 
-JsonParser::JsonParser()
-    : m_states(nullptr), m_symbols(nullptr), m_stackSize(0), m_errorLine(0), m_errorPos(0)
-{
-}
+JsonParser::JsonParser() : m_limit(nullptr), m_errorLine(0), m_errorPos(0) {}
 
 // A tree that a syntax error or an exception left behind may be as deep as the document.
 JsonParser::~JsonParser()
 {
-    for (int i = 0; i < m_stackSize; ++i)
-        VariantTree::dispose(m_symbols[i]);
+    for (int i = 0; i < m_stack.size(); ++i)
+        VariantTree::dispose(m_stack[i].value);
     VariantTree::dispose(m_result);
 }
 
@@ -78,68 +70,69 @@ QVariant JsonParser::takeResult()
     return result;
 }
 
-void JsonParser::reallocateStack()
+// Doubles the stack and returns where its first new slot is.
+JsonParser::Slot *JsonParser::grow()
 {
-    const int size = m_stackSize == 0 ? InitialStackSize : m_stackSize * 2;
-    m_stateStack.resize(size);
-    m_symStack.resize(size);
-    m_states = m_stateStack.data();
-    m_symbols = m_symStack.data();
-    m_stackSize = size;
+    const int oldSize = m_stack.size();
+    m_stack.resize(qMax(InitialStackSize, oldSize * 2));
+    m_limit = m_stack.data() + m_stack.size();
+    return m_stack.data() + oldSize;
 }
 
-// An empty rule moves the top up as well as a shift, hence the check here.
-inline void JsonParser::push(int *tos, int state)
+// Moves the top up by one slot and returns it. An empty rule does so as well as a shift, hence the
+// check here.
+inline JsonParser::Slot *JsonParser::push(Slot *top, int state)
 {
-    ++*tos;
-    if (*tos == m_stackSize)
-        reallocateStack();
-    m_states[*tos] = state;
+    ++top;
+    if (top == m_limit)
+        top = grow();
+    top->state = state;
+    return top;
 }
 
-// sym[n] is the value of the n-th symbol of the rule, and sym[1] becomes that of its result. The slots
-// above that are left invalid, as all slots above the top are.
+// sym[n] is the slot of the n-th symbol of the rule, and sym[1] becomes that of its result. The slots
+// above that are left without a value, as all slots above the top are.
 //
 // A member is not made into a value of its own: its key and its value stay in their slots, as sym[1]
-// and sym[3] of its rule, until the rule that follows at once moves them into the map. The slot of the
-// "{", sym[0] there, is free to hold the last key of the object.
-Q_ALWAYS_INLINE void JsonParser::reduce(int rule, QVariant *sym)
+// and sym[3] of its rule, until the rule that follows at once moves them into the map. The key of the
+// slot of the "{", sym[0] there, is free to hold the last key of the object.
+Q_ALWAYS_INLINE void JsonParser::reduce(int rule, Slot *sym)
 {
     switch (rule) {
     case 0: // Root ::= Value
-        m_result.swap(sym[1]);
+        m_result.swap(sym[1].value);
         break;
 
     case 1: // Object ::= "{" Members "}"
     case 13: // Array ::= "[" Values "]"
-        sym[1].swap(sym[2]);
-        sym[2].clear();
+        sym[1].value.swap(sym[2].value);
+        sym[1].key = QString();
         break;
 
     case 2: { // Members ::= Member
         QVariant members = QVariantMap();
-        insertMember(VariantTree::map(members), sym[0], sym[1], sym[3]);
-        sym[1].swap(members);
+        insertMember(VariantTree::map(members), sym[0].key, sym[1].key, sym[3].value);
+        sym[1].value.swap(members);
         break;
     }
 
     case 3: // Members ::= Members "," Member
-        insertMember(VariantTree::map(sym[1]), sym[0], sym[3], sym[5]);
+        insertMember(VariantTree::map(sym[1].value), sym[0].key, sym[3].key, sym[5].value);
         break;
 
     case 4: // Members ::= (empty)
-        sym[1] = QVariantMap();
+        sym[1].value = QVariantMap();
         break;
 
     case 5: // Member ::= "string" ":" Value
         break;
 
     case 6: // Value ::= "false"
-        sym[1] = false;
+        sym[1].value = false;
         break;
 
     case 7: // Value ::= "true"
-        sym[1] = true;
+        sym[1].value = true;
         break;
 
     case 8: // Value ::= "null"
@@ -151,52 +144,57 @@ Q_ALWAYS_INLINE void JsonParser::reduce(int rule, QVariant *sym)
 
     case 14: { // Values ::= Value
         QVariant values = QVariantList();
-        appendElement(VariantTree::list(values), sym[1]);
-        sym[1].swap(values);
+        appendElement(VariantTree::list(values), sym[1].value);
+        sym[1].value.swap(values);
         break;
     }
 
     case 15: // Values ::= Values "," Value
-        appendElement(VariantTree::list(sym[1]), sym[3]);
+        appendElement(VariantTree::list(sym[1].value), sym[3].value);
         break;
 
     case 16: // Values ::= (empty)
-        sym[1] = QVariantList();
+        sym[1].value = QVariantList();
         break;
     }
 }
 
+// Moves the value of a string or a number into its slot.
+inline void JsonParser::takeValue(JsonLexer *lexer, Slot *slot)
+{
+    if (slot->state == JsonGrammar::KEY_STATE)
+        lexer->takeText(slot->key);
+    else
+        lexer->takeValue(slot->value);
+}
+
 bool JsonParser::parse(JsonLexer *lexer)
 {
-    reallocateStack();
-    int tos = 0;
     int state = 0;
-    push(&tos, state);
     int token = NoToken;
+    Slot *top = push(grow(), state);
 
     for (;;) {
-        int action = -JsonGrammar::action_default[state];
-        if (!JsonGrammar::isDefaultOnly(state)) {
-            if (token == NoToken)
-                token = lexer->nextToken();
-            action = JsonGrammar::tAction(state, token);
-        }
+        // A state that has nothing but its default action does not wait for a token.
+        if (token == NoToken && !JsonGrammar::isDefaultOnly(state))
+            token = lexer->nextToken();
+        const int action = JsonGrammar::tAction(state, token);
 
         if (action > 0) {
             if (action == JsonGrammar::ACCEPT_STATE)
                 return true;
             state = action;
-            push(&tos, state);
+            top = push(top, state);
             if (token <= T_NUMBER)
-                lexer->takeValue(m_symbols[tos]);
+                takeValue(lexer, top);
             token = NoToken;
         } else if (action < 0) {
             const int rule = -action - 1;
-            tos -= JsonGrammar::rhs[rule];
-            state = JsonGrammar::ntAction(m_states[tos],
+            top -= JsonGrammar::rhs[rule];
+            state = JsonGrammar::ntAction(top->state,
                                           JsonGrammar::lhs[rule] - JsonGrammar::TERMINAL_COUNT);
-            push(&tos, state);
-            reduce(rule, m_symbols + tos - 1);
+            top = push(top, state);
+            reduce(rule, top - 1);
         } else {
             reportError(*lexer, state);
             return false;

@@ -48,16 +48,22 @@ public:
 private:
     Q_DISABLE_COPY(JsonParser)
 
-    void reallocateStack();
-    void push(int *tos, int state);
-    void reduce(int rule, QVariant *sym);
+    // The state stack and the stack of the symbols' values in one. The key of a member is held as
+    // what it is.
+    struct Slot {
+        int state;
+        QString key;
+        QVariant value;
+    };
+
+    Slot *push(Slot *top, int state);
+    Slot *grow();
+    static void takeValue(JsonLexer *lexer, Slot *slot);
+    void reduce(int rule, Slot *sym);
     void reportError(const JsonLexer &lexer, int state);
 
-    QVector<int> m_stateStack; ///< slot 0 of both stacks is never used
-    QVector<QVariant> m_symStack;
-    int *m_states; ///< the slots of m_stateStack
-    QVariant *m_symbols; ///< the slots of m_symStack
-    int m_stackSize; ///< of both
+    QVector<Slot> m_stack; ///< slot 0 is never used
+    Slot *m_limit; ///< behind the last slot
     QString m_errorMessage;
     int m_errorLine;
     int m_errorPos;

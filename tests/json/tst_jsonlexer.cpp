@@ -42,12 +42,6 @@ void row(const char *name, const QByteArray &text, const char *tokens, int posit
     QTest::newRow(name) << text << json(tokens) << position;
 }
 
-// To Qt 4 a number beyond the range of double is none.
-double numberThatIsTooLarge()
-{
-    return ToolkitDifferences::isQt4() ? 0.0 : std::numeric_limits<double>::infinity();
-}
-
 // The conversion of a number's text as it is documented, without any shortcut.
 QVariant numberValue(const QByteArray &text)
 {
@@ -209,6 +203,9 @@ private Q_SLOTS:
     void stringsEqualThePlainReading_data();
     void stringsEqualThePlainReading();
     void stringsOfEveryLengthEndAtTheirQuote();
+    void theCodecForCStringsReadsTheBytes_data();
+    void theCodecForCStringsReadsTheBytes();
+    void theCodecForCStringsSeesOneByteAtATime();
     void keysThatLookAlikeStayApart();
 
     void aValueIsGoneWithTheNextToken();
@@ -335,7 +332,18 @@ void tst_JsonLexer::numbersGetTheseValues_data()
     QTest::newRow("1e2 stays a double") << QByteArray("1e2") << QVariant(100.0);
     QTest::newRow("1e+2") << QByteArray("1e+2") << QVariant(100.0);
     QTest::newRow("25e-2") << QByteArray("25e-2") << QVariant(0.25);
-    QTest::newRow("1e400") << QByteArray("1e400") << QVariant(numberThatIsTooLarge());
+    QTest::newRow("1e400") << QByteArray("1e400")
+                           << QVariant(ToolkitDifferences::overflownNumber());
+    QTest::newRow("-1e400") << QByteArray("-1e400")
+                            << QVariant(ToolkitDifferences::either(
+                                   0.0, -std::numeric_limits<double>::infinity()));
+    QTest::newRow("largest double")
+        << QByteArray("1.7976931348623157e308") << QVariant(std::numeric_limits<double>::max());
+    QTest::newRow("above the largest double")
+        << QByteArray("1.7976931348623159e308") << QVariant(ToolkitDifferences::overflownNumber());
+    QTest::newRow("smallest double")
+        << QByteArray("4.9e-324") << QVariant(std::numeric_limits<double>::denorm_min());
+    QTest::newRow("1e-400") << QByteArray("1e-400") << QVariant(0.0);
     QTest::newRow("1-2") << QByteArray("1-2") << QVariant(0.0);
     QTest::newRow("plus") << QByteArray("+") << QVariant(0.0);
     QTest::newRow("minus") << QByteArray("-") << QVariant(0.0);
@@ -402,6 +410,13 @@ void tst_JsonLexer::stringsGetTheseValues_data()
     QTest::newRow("minus first") << json("'\\u-1+a'") << json("'<ff0a>'");
     QTest::newRow("blanks are digits") << json("'\\u 1 2'") << json("'<102>'");
     QTest::newRow("blank and sign") << json("'\\u +1-1'") << json("'<0>1'");
+    // Behind a digit Qt 5 takes a blank for part of the number as well.
+    QTest::newRow("blanks behind digits")
+        << json("'\\u1 2 '") << ToolkitDifferences::either(json("'<0>'"), json("'<102>'"));
+    QTest::newRow("tab and line feed behind digits")
+        << json("'\\uf\te\n'") << ToolkitDifferences::either(json("'<0>'"), json("'<f0e>'"));
+    QTest::newRow("blanks only") << json("'\\u    '") << json("'<0>'");
+    QTest::newRow("prefix of hexadecimal numbers") << json("'\\u0x0X'") << json("'<0>'");
     QTest::newRow("escapes between text")
         << json("'one\\ttwo\\u0033four'") << json("'one<9>two3four'");
 }
@@ -587,6 +602,77 @@ void tst_JsonLexer::stringsOfEveryLengthEndAtTheirQuote()
     }
 }
 
+void tst_JsonLexer::theCodecForCStringsReadsTheBytes_data()
+{
+    QTest::addColumn<QByteArray>("codec");
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("tokensWithQt4");
+    QTest::addColumn<QByteArray>("tokensWithQt5");
+
+    const QByteArray moving("moving");
+    QTest::newRow("currency sign as euro sign") << QByteArray("ISO-8859-15") << json("'\xa4'")
+                                                << json("string '<20ac>'") << json("string '<a4>'");
+    QTest::newRow("Cyrillic letters")
+        << QByteArray("KOI8-R") << json("'\xcd\xc9\xd2'") << json("string '<43c><438><440>'")
+        << json("string '<cd><c9><d2>'");
+    QTest::newRow("the bytes of a UTF-8 sequence are none alone")
+        << QByteArray("UTF-8") << json("'caf\xc3\xa9'") << json("string 'caf<fffd><fffd>'")
+        << json("string 'caf<c3><a9>'");
+    QTest::newRow("ASCII in UTF-8") << QByteArray("UTF-8") << json("'a\x7f'")
+                                    << json("string 'a<7f>'") << json("string 'a<7f>'");
+    QTest::newRow("a key") << QByteArray("KOI8-R") << json("'\xc1':1")
+                           << json("string '<430>' : int 1") << json("string '<c1>' : int 1");
+    QTest::newRow("a key that comes again")
+        << QByteArray("KOI8-R") << json("'\xc1':'\xc1':")
+        << json("string '<430>' : string '<430>' :") << json("string '<c1>' : string '<c1>' :");
+    QTest::newRow("keys of the same replacement character")
+        << QByteArray("UTF-8") << json("'\xc3':'\xa9':")
+        << json("string '<fffd>' : string '<fffd>' :") << json("string '<c3>' : string '<a9>' :");
+    QTest::newRow("a byte behind a backslash") << QByteArray("ISO-8859-15") << json("'\\\xa4'")
+                                               << json("string '<20ac>'") << json("string '<a4>'");
+    QTest::newRow("bytes around an escape")
+        << QByteArray("ISO-8859-15") << json("'\xa4\\n\xa4'") << json("string '<20ac><a><20ac>'")
+        << json("string '<a4><a><a4>'");
+    QTest::newRow("u escapes are not the codec's")
+        << QByteArray("ISO-8859-15") << json("'\\u00a4'") << json("string '<a4>'")
+        << json("string '<a4>'");
+    QTest::newRow("ASCII is the codec's as well")
+        << moving << json("'a\\/'") << json("string '<461><42f>'") << json("string 'a/'");
+    QTest::newRow("a u that is no escape")
+        << moving << json("'\\u1'") << json("string '<475><431>'") << json("string 'u1'");
+    QTest::newRow("short escapes, numbers and words are not")
+        << moving << json("'\\b\\t\\u0041' 12 0.5 true")
+        << json("string '<8><9>A' int 12 double 0.5 true")
+        << json("string '<8><9>A' int 12 double 0.5 true");
+}
+
+void tst_JsonLexer::theCodecForCStringsReadsTheBytes()
+{
+    QFETCH(QByteArray, codec);
+    QFETCH(QByteArray, text);
+    QFETCH(QByteArray, tokensWithQt4);
+    QFETCH(QByteArray, tokensWithQt5);
+    ToolkitDifferences::MovingCodec::instance();
+
+    const ToolkitDifferences::CodecForCStrings installed(codec.constData());
+    const Scan result = scan(text);
+
+    QCOMPARE(result.tokens,
+             ToolkitDifferences::either(tokensWithQt4, tokensWithQt5) + " end of file");
+    QCOMPARE(result.position, text.size());
+}
+
+void tst_JsonLexer::theCodecForCStringsSeesOneByteAtATime()
+{
+    const ToolkitDifferences::CodecForCStrings installed(
+        ToolkitDifferences::MovingCodec::instance());
+
+    scan(json("{'a key':'some text','a\\nkey':'\xc3\xa9'}"));
+
+    QCOMPARE(ToolkitDifferences::MovingCodec::instance()->longestPiece(),
+             ToolkitDifferences::either(1, 0));
+}
+
 // Known keys are told apart by a few of their bytes first, so many of these are taken for each other
 // if that is where it ends.
 void tst_JsonLexer::keysThatLookAlikeStayApart()
@@ -621,18 +707,21 @@ void tst_JsonLexer::aValueIsGoneWithTheNextToken()
 
 void tst_JsonLexer::aValueCanBeTaken()
 {
-    JsonLexer lexer(json("'a' 2 null"));
-    QVariant slot(5);
+    JsonLexer lexer(json("'a' 2 'b'"));
+    QVariant string;
+    QVariant number;
+    QString text;
 
     lexer.nextToken();
-    lexer.takeValue(slot);
-    QCOMPARE(describe(slot), json("string 'a'"));
+    lexer.takeValue(string);
     lexer.nextToken();
-    lexer.takeValue(slot);
-    QCOMPARE(describe(slot), QByteArray("int 2"));
+    lexer.takeValue(number);
     lexer.nextToken();
-    lexer.takeValue(slot);
-    QVERIFY(!slot.isValid());
+    lexer.takeText(text);
+
+    QCOMPARE(describe(string), json("string 'a'"));
+    QCOMPARE(describe(number), QByteArray("int 2"));
+    QCOMPARE(text, QString(QLatin1String("b")));
 }
 
 void tst_JsonLexer::theEndStaysTheEnd()
