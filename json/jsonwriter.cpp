@@ -121,13 +121,15 @@ public:
     // Eight spaces at a time; what is too many is written over.
     void appendSpaces(int count)
     {
-        if (count <= 0)
-            return;
-        reserve(count + 8);
-        char *const end = m_out + count;
-        for (char *out = m_out; out < end; out += 8)
-            std::memcpy(out, "        ", 8);
-        m_out = end;
+        reserve(qMax(count, 0) + 8);
+        putSpaces(count);
+    }
+
+    void appendLineFeed(int indentation)
+    {
+        reserve(qMax(indentation, 0) + 9);
+        *m_out++ = '\n';
+        putSpaces(indentation);
     }
 
     void appendEscaped(const QString &text);
@@ -151,6 +153,16 @@ private:
     {
         if (m_limit - m_out < count)
             grow(count);
+    }
+
+    void putSpaces(int count)
+    {
+        if (count <= 0)
+            return;
+        char *const end = m_out + count;
+        for (char *out = m_out; out < end; out += 8)
+            std::memcpy(out, "        ", 8);
+        m_out = end;
     }
 
     void grow(int count);
@@ -207,9 +219,12 @@ void Text::appendNumber(qulonglong magnitude, bool isNegative)
         first -= 2;
         std::memcpy(first, digitPairs + magnitude % 100 * 2, 2);
     }
-    *--first = char('0' + magnitude % 10);
-    if (magnitude >= 10)
-        *--first = char('0' + magnitude / 10);
+    if (magnitude >= 10) {
+        first -= 2;
+        std::memcpy(first, digitPairs + magnitude * 2, 2);
+    } else {
+        *--first = char('0' + magnitude);
+    }
     if (isNegative)
         *--first = '-';
     reserve(longestNumber);
@@ -260,6 +275,8 @@ private:
     // An open container and the place in it. One of map and list is in use.
     struct Level {
         Level() : isObject(false), index(0) {}
+        bool hasNext() const { return isObject ? member != map.constEnd() : index < list.size(); }
+
         bool isObject;
         QVariantMap map;
         QVariantMap::const_iterator member;
@@ -267,6 +284,7 @@ private:
         int index;
     };
 
+    void printEntries();
     void printMember(Level &level);
     void printElement(Level &level);
     void printValue(int type, const QVariant &value);
@@ -291,24 +309,39 @@ bool isContainer(int type)
         || type == QMetaType::QStringList;
 }
 
+inline void Printer::printLineFeed()
+{
+    if (m_layout == Indented)
+        m_text.appendLineFeed(m_indentation);
+}
+
 QByteArray Printer::print(const QVariant &root)
 {
     if (isContainer(root.userType()))
         m_text.appendSpaces(m_indentation);
     printValue(root.userType(), root);
-    while (!m_levels.isEmpty()) {
-        Level &level = m_levels.last();
-        if (level.isObject && level.member != level.map.constEnd())
-            printMember(level);
-        else if (!level.isObject && level.index < level.list.size())
-            printElement(level);
-        else
-            close();
-    }
+    while (!m_levels.isEmpty())
+        printEntries();
     return m_text.take();
 }
 
-// The walk steps on first: printing a container opens a level, which may move the others.
+// Prints the entries of the innermost container, up to one that opens another, or to the end. The walk
+// steps on before it prints: opening a level may move the others.
+void Printer::printEntries()
+{
+    const int depth = m_levels.size();
+    Level &level = m_levels.last();
+    while (level.hasNext()) {
+        if (level.isObject)
+            printMember(level);
+        else
+            printElement(level);
+        if (m_levels.size() != depth)
+            return;
+    }
+    close();
+}
+
 void Printer::printMember(Level &level)
 {
     const QVariantMap::const_iterator member = level.member++;
@@ -405,14 +438,6 @@ void Printer::close()
     m_indentation -= m_indentStep;
     printLineFeed();
     m_text.append(bracket);
-}
-
-void Printer::printLineFeed()
-{
-    if (m_layout == Compact)
-        return;
-    m_text.append('\n');
-    m_text.appendSpaces(m_indentation);
 }
 
 void Printer::printInteger(qlonglong value)
