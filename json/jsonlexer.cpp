@@ -1,6 +1,7 @@
 #include "json/jsonlexer.h"
 
 #include "global/qtcompat.h"
+#include "json/keyhash.h"
 
 #include <cfloat>
 #include <cstring>
@@ -179,19 +180,6 @@ QVariant floatingValue(const char *begin, const char *end)
     return QByteArray(begin, int(end - begin)).toDouble();
 }
 
-// Which bucket a key belongs into. Its size and three of its bytes, which are together enough to tell
-// 45 of the 48 keys of a configuration apart.
-inline uint bucketOf(const char *key, uint size, uint buckets)
-{
-    if (size == 0)
-        return 0;
-    uint hash = size;
-    hash = hash * 31 + static_cast<uchar>(key[size / 4]);
-    hash = hash * 31 + static_cast<uchar>(key[size / 2]);
-    hash = hash * 31 + static_cast<uchar>(key[size - 1]);
-    return hash % buckets;
-}
-
 } // namespace
 
 JsonLexer::JsonLexer(const QByteArray &data)
@@ -214,7 +202,8 @@ QVariant JsonLexer::value() const
 // The entry for the key in its bucket, which may hold another key, or none yet.
 inline JsonLexer::KnownKey *JsonLexer::knownKey(const char *key, int size)
 {
-    quint8 &number = m_buckets[bucketOf(key, uint(size), KeyBuckets)];
+    const uchar *const bytes = reinterpret_cast<const uchar *>(key);
+    quint8 &number = m_buckets[keyHash(bytes, size) % KeyBuckets];
     if (number == 0) {
         m_knownKeys.append(KnownKey());
         number = quint8(m_knownKeys.size());

@@ -3,6 +3,7 @@
 #include "global/qtcompat.h"
 #include "json/jsonparser.h"
 #include "json/jsonwriter.h"
+#include "json/keyhash.h"
 #include "json/varianttree.h"
 
 #include <QIODevice>
@@ -122,6 +123,8 @@ private:
             : order(elementOrder), isObject(false), index(0), position(1)
         {
         }
+        bool hasNext() const { return isObject ? member != map.constEnd() : index < list.size(); }
+
         Order order;
         bool isObject;
         QVariantMap map;
@@ -131,16 +134,17 @@ private:
         int position; ///< of the next element, from 1
     };
 
+    void visitEntries();
     void visitMember(Level &level);
     void visitElement(Level &level);
-    void visit(const QString &name, const QVariant &value);
+    void visit(const QString &name, const QVariant &value, Order order);
     void open(const QVariant &container);
     void openArray(const QVariant &array);
     void close();
     void store(const QString &key, const QVariant &value);
     void storeSize(int size);
     void leaveComponent();
-    Order order() const;
+    Order inheritedOrder() const;
 
     QString &m_prefix;
     QSettings::SettingsMap &m_map;
@@ -155,22 +159,31 @@ void Flattener::flatten(const QVariant &root)
         return;
     }
     open(root);
-    while (!m_levels.isEmpty()) {
-        Level &level = m_levels.last();
-        if (level.isObject && level.member != level.map.constEnd())
-            visitMember(level);
-        else if (!level.isObject && level.index < level.list.size())
-            visitElement(level);
-        else
-            close();
-    }
+    while (!m_levels.isEmpty())
+        visitEntries();
 }
 
-// The walk steps on first: visiting a container opens a level, which may move the others.
+// Visits the entries of the innermost container, up to one that opens another, or to the end. The walk
+// steps on before it visits: opening a level may move the others.
+void Flattener::visitEntries()
+{
+    const int depth = m_levels.size();
+    Level &level = m_levels.last();
+    while (level.hasNext()) {
+        if (level.isObject)
+            visitMember(level);
+        else
+            visitElement(level);
+        if (m_levels.size() != depth)
+            return;
+    }
+    close();
+}
+
 void Flattener::visitMember(Level &level)
 {
     const QVariantMap::const_iterator member = level.member++;
-    visit(member.key(), member.value());
+    visit(member.key(), member.value(), level.order);
 }
 
 void Flattener::visitElement(Level &level)
@@ -181,12 +194,12 @@ void Flattener::visitElement(Level &level)
         level.position = nextInTextualOrder(position, level.list.size());
     else
         level.position = position + 1;
-    visit(QString::number(position), level.list.at(position - 1));
+    visit(QString::number(position), level.list.at(position - 1), level.order);
 }
 
 // A scalar is stored without appending its name to the prefix. A name that contains a separator still
 // leaves its first pieces there, as leaveComponent() does for a container.
-void Flattener::visit(const QString &name, const QVariant &value)
+void Flattener::visit(const QString &name, const QVariant &value, Order order)
 {
     if (isContainer(value)) {
         m_prefix += name;
@@ -195,7 +208,7 @@ void Flattener::visit(const QString &name, const QVariant &value)
         return;
     }
     store(joined(m_prefix, name), value);
-    if (order() != Sorted)
+    if (order != Sorted)
         m_prefix += name.left(name.lastIndexOf(Separator) + 1);
 }
 
@@ -205,7 +218,7 @@ void Flattener::open(const QVariant &container)
         openArray(container);
         return;
     }
-    m_levels.append(Level(order()));
+    m_levels.append(Level(inheritedOrder()));
     Level &level = m_levels.last();
     level.isObject = true;
     level.map = VariantTree::map(container);
@@ -214,7 +227,7 @@ void Flattener::open(const QVariant &container)
 
 void Flattener::openArray(const QVariant &array)
 {
-    Order elementOrder = order();
+    Order elementOrder = inheritedOrder();
     const QVariantList &list = VariantTree::list(array);
     if (elementOrder == Unknown)
         elementOrder = hasSeparatorInKeys(array) ? Document : Sorted;
@@ -233,7 +246,7 @@ void Flattener::close()
     leaveComponent();
 }
 
-void Flattener::store(const QString &key, const QVariant &value)
+inline void Flattener::store(const QString &key, const QVariant &value)
 {
     QtCompat::insertLast(m_map, key, value);
 }
@@ -250,7 +263,7 @@ void Flattener::leaveComponent()
     m_prefix.truncate(m_prefix.lastIndexOf(Separator, -2) + 1);
 }
 
-Flattener::Order Flattener::order() const
+Flattener::Order Flattener::inheritedOrder() const
 {
     return m_levels.isEmpty() ? Unknown : m_levels.last().order;
 }
@@ -302,6 +315,28 @@ void makeArray(QVariant &node, int size)
     node = list;
 }
 
+// One string for names that come again and again, as those of a configuration do.
+class SharedNames
+{
+public:
+    // Good until the next call.
+    const QString &name(const QChar *begin, int size)
+    {
+        const ushort *const units = reinterpret_cast<const ushort *>(begin);
+        QString &known = m_names[keyHash(units, size) % Buckets];
+        const bool isKnown = known.size() == size
+            && std::memcmp(known.constData(), begin, size_t(size) * sizeof(QChar)) == 0;
+        if (!isKnown)
+            known = QString(begin, size);
+        return known;
+    }
+
+private:
+    enum { Buckets = 128 };
+
+    QString m_names[Buckets];
+};
+
 // Sets values in a tree that is changed in place. The way to the last path is kept open, so that
 // keys in ascending order, which share most of their path, cost no search from the root.
 class TreeBuilder
@@ -338,6 +373,7 @@ private:
     QVariant m_root;
     QString m_path;
     QVector<Level> m_levels;
+    SharedNames m_names;
 };
 
 void TreeBuilder::set(const QString &path, const QVariant &value)
@@ -348,7 +384,8 @@ void TreeBuilder::set(const QString &path, const QVariant &value)
     m_path = path;
 
     QVariant &node = *m_levels.last().node;
-    const QString name = path.mid(m_levels.last().pathSize);
+    const int begin = m_levels.last().pathSize;
+    const QString &name = m_names.name(path.constData() + begin, path.size() - begin);
     if (name == QLatin1String("size"))
         makeArray(node, value.toInt());
     else
@@ -363,7 +400,8 @@ void TreeBuilder::openDownTo(const QString &path)
         if (separator < 0)
             return;
         QVariantMap &object = makeObject(*m_levels.last().node);
-        const Level level = { &object[path.mid(begin, separator - begin)], separator + 1 };
+        const QString &name = m_names.name(path.constData() + begin, separator - begin);
+        const Level level = { &object[name], separator + 1 };
         m_levels.append(level);
     }
 }
