@@ -18,8 +18,13 @@ add_library(nuv_options INTERFACE)
 target_compile_options(nuv_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
 # Calls into the toolkit go straight through the table of addresses: all of them are resolved when the
-# library is loaded, so the stubs for later would only be passed through.
-target_compile_options(nuv_options INTERFACE -fno-plt)
+# library is loaded, so the stubs for later would only be passed through. (gcc before 6 has no such
+# option.)
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fno-plt NUV_HAVE_NO_PLT)
+if(NUV_HAVE_NO_PLT)
+    target_compile_options(nuv_options INTERFACE -fno-plt)
+endif()
 if(NUV_WARNINGS_AS_ERRORS)
     target_compile_options(nuv_options INTERFACE -Werror)
 endif()

@@ -7,6 +7,37 @@ function(nuv_name_module name)
     add_library(nuv::${name} ALIAS nuv_toolkit_${name})
 endfunction()
 
+# nuv_refuse_qt4(QMAKE MODULE...): ends with what the search for Qt 4 lacks: a qmake of it, or one of
+# the modules. QMAKE is the one that was looked at, if any.
+function(nuv_refuse_qt4 qmake)
+    set(version "")
+    if(EXISTS "${qmake}")
+        execute_process(COMMAND "${qmake}" -query QT_VERSION
+            OUTPUT_VARIABLE version OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+    endif()
+    set(missing "")
+    foreach(module IN LISTS ARGN)
+        string(TOUPPER "QT_${module}_LIBRARY" library)
+        if(NOT ${library})
+            string(APPEND missing " ${module}")
+        endif()
+    endforeach()
+
+    set(reason "none was found")
+    if(version MATCHES "^4")
+        set(reason "${qmake} is of Qt ${version} and has no${missing}")
+    elseif(version)
+        set(reason "${qmake} is of Qt ${version}")
+    elseif(qmake)
+        set(reason "${qmake} is no qmake")
+    endif()
+    message(FATAL_ERROR
+        "NUV_QT_MAJOR_VERSION is 4, which needs the qmake of a Qt 4.8, but ${reason}.\n"
+        "Name it with -DQT_QMAKE_EXECUTABLE=... on the command line, or with "
+        "set(QT_QMAKE_EXECUTABLE ...) in a toolchain file. For a toolkit without QtWebKit add "
+        "-DNUV_WITH_HOOKS=OFF, for one without QtTest -DBUILD_TESTING=OFF.")
+endfunction()
+
 if(NUV_QT_MAJOR_VERSION EQUAL 5)
     find_package(Qt5 5.15 REQUIRED COMPONENTS Core)
     nuv_name_module(Core Qt5::Core)
@@ -26,14 +57,16 @@ elseif(NUV_QT_MAJOR_VERSION EQUAL 4)
     if(BUILD_TESTING)
         list(APPEND nuv_modules QtTest)
     endif()
-    find_package(Qt4 4.8 COMPONENTS ${nuv_modules})
+    # The search forgets a qmake that is of no use to it.
+    set(nuv_qmake "${QT_QMAKE_EXECUTABLE}")
+    find_package(Qt4 4.8 QUIET COMPONENTS ${nuv_modules})
     if(NOT Qt4_FOUND)
-        string(REPLACE ";" ", " nuv_modules "${nuv_modules}")
-        message(FATAL_ERROR
-            "NUV_QT_MAJOR_VERSION is 4, but no Qt 4.8 with ${nuv_modules} was found. "
-            "Name its qmake with -DQT_QMAKE_EXECUTABLE=..., in a toolchain file or on the command "
-            "line. For a toolkit without QtWebKit add -DNUV_WITH_HOOKS=OFF.")
+        if(QTVERSION)
+            set(nuv_qmake "${QT_QMAKE_EXECUTABLE}")
+        endif()
+        nuv_refuse_qt4("${nuv_qmake}" ${nuv_modules})
     endif()
+    message(STATUS "Found Qt ${QTVERSION}: ${QT_QMAKE_EXECUTABLE}")
     nuv_name_module(Core Qt4::QtCore)
     if(NUV_WITH_HOOKS)
         nuv_name_module(WebKit Qt4::QtWebKit Qt4::QtNetwork Qt4::QtGui)

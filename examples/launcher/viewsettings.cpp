@@ -86,7 +86,7 @@ bool setScale(ApplicationView &view, const QVariant &value)
     const double factor = number(value);
     if (!(factor >= 0.1 && factor <= 10))
         return false;
-    view.setZoomFactor(factor);
+    view.setZoomFactor(qreal(factor)); // a float in the Qt 4 of ARM devices
     return true;
 }
 
@@ -95,7 +95,7 @@ bool setWindowOpacity(ApplicationView &view, const QVariant &value)
     const double opacity = number(value);
     if (!(opacity >= 0 && opacity <= 1))
         return false;
-    view.setWindowOpacity(opacity);
+    view.setWindowOpacity(qreal(opacity));
     return true;
 }
 

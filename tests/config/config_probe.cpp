@@ -1,13 +1,15 @@
 // Asks for the configuration as a launcher does and prints what it is given, in lines that do not
 // change from run to run: the port, the global section, then the applications with the given tags.
 //
-//     config_probe [--as-nobody] [TAG...]
+//     config_probe [--as-nobody] [--codec-for-c-strings NAME] [TAG...]
 
 #include "config/webappsettings.h"
 
 #include "tests/support/configdescription.h"
+#include "tests/support/toolkitdifferences.h"
 
 #include <QCoreApplication>
+#include <QScopedPointer>
 
 #include <cstdio>
 #include <cstring>
@@ -56,6 +58,11 @@ int main(int argc, char **argv)
         ++argument;
         if (!becomeNobody())
             return 1;
+    }
+    QScopedPointer<ToolkitDifferences::CodecForCStrings> codec;
+    if (argument + 1 < argc && std::strcmp(argv[argument], "--codec-for-c-strings") == 0) {
+        codec.reset(new ToolkitDifferences::CodecForCStrings(argv[argument + 1]));
+        argument += 2;
     }
     printPort();
     printGlobal();

@@ -1,5 +1,6 @@
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
+#include "tests/support/toolkitdifferences.h"
 
 #include <QProcess>
 #include <QStringList>
@@ -93,6 +94,15 @@ const char goodFile[] = "{\"Global\": {\"Version\": 1, \"RemoteInspectorPort\": 
 const char defaultFile[] = "{\"Global\": {\"Version\": 1}, "
                            "\"Applications\": [{\"Tag\": \"tv\", \"Url\": \"default\"}]}";
 
+/// The probe's arguments for a codec for C strings; none when it is empty.
+QStringList withCodec(const QByteArray &codec)
+{
+    QStringList arguments;
+    if (!codec.isEmpty())
+        arguments << QLatin1String("--codec-for-c-strings") << QString::fromLatin1(codec);
+    return arguments << QLatin1String("tv");
+}
+
 const char nothingGiven[] = "port: none\nglobal: \ntv: none\n";
 const char goodGiven[] = "port: 900\nglobal: CertPath = string \"p\"\ntv: Url = string \"named\"\n";
 const char defaultGiven[] = "port: none\nglobal: \ntv: Url = string \"default\"\n";
@@ -112,6 +122,8 @@ private Q_SLOTS:
     void isNotOpenedWithoutPermission();
     void nameIsReadAsLatin1_data();
     void nameIsReadAsLatin1();
+    void textIsReadWithTheCodecForCStrings_data();
+    void textIsReadWithTheCodecForCStrings();
     void contentsDecideWhatIsGiven_data();
     void contentsDecideWhatIsGiven();
     void isOpenedOnceForReadingAndNeverChanges();
@@ -274,24 +286,39 @@ void tst_ConfigurationFile::nameIsReadAsLatin1_data()
 {
     QTest::addColumn<QByteArray>("nameOfFile");
     QTest::addColumn<QByteArray>("variable");
+    QTest::addColumn<QByteArray>("codec");
     QTest::addColumn<bool>("isFound");
 
     // The file system's names are UTF-8 here, the variable's bytes are one character each.
-    QTest::newRow("an ASCII name") << QByteArray("cafe.json") << QByteArray("cafe.json") << true;
+    const QByteArray none;
+    QTest::newRow("an ASCII name")
+        << QByteArray("cafe.json") << QByteArray("cafe.json") << none << true;
     QTest::newRow("a UTF-8 name by its own bytes")
-        << QByteArray("caf\xc3\xa9.json") << QByteArray("caf\xc3\xa9.json") << false;
+        << QByteArray("caf\xc3\xa9.json") << QByteArray("caf\xc3\xa9.json") << none << false;
     QTest::newRow("a UTF-8 name by its bytes in Latin-1")
-        << QByteArray("caf\xc3\xa9.json") << QByteArray("caf\xe9.json") << true;
+        << QByteArray("caf\xc3\xa9.json") << QByteArray("caf\xe9.json") << none << true;
     QTest::newRow("a name that is UTF-8 twice, by UTF-8 bytes")
-        << QByteArray("caf\xc3\x83\xc2\xa9.json") << QByteArray("caf\xc3\xa9.json") << true;
+        << QByteArray("caf\xc3\x83\xc2\xa9.json") << QByteArray("caf\xc3\xa9.json") << none << true;
     QTest::newRow("a name outside of Latin-1")
-        << QByteArray("\xe2\x82\xac.json") << QByteArray("\xe2\x82\xac.json") << false;
+        << QByteArray("\xe2\x82\xac.json") << QByteArray("\xe2\x82\xac.json") << none << false;
+
+    // Qt 4 reads the name with the codec for C strings, all its bytes at once.
+    const bool isQt4 = ToolkitDifferences::isQt4();
+    QTest::newRow("a UTF-8 name, with the codec of UTF-8")
+        << QByteArray("caf\xc3\xa9.json") << QByteArray("caf\xc3\xa9.json") << QByteArray("UTF-8")
+        << isQt4;
+    QTest::newRow("a UTF-8 name by its bytes in Latin-1, with the codec of UTF-8")
+        << QByteArray("caf\xc3\xa9.json") << QByteArray("caf\xe9.json") << QByteArray("UTF-8")
+        << !isQt4;
+    QTest::newRow("a Cyrillic name, with a codec of one byte a letter")
+        << QByteArray("\xd0\xb0.json") << QByteArray("\xc1.json") << QByteArray("KOI8-R") << isQt4;
 }
 
 void tst_ConfigurationFile::nameIsReadAsLatin1()
 {
     QFETCH(QByteArray, nameOfFile);
     QFETCH(QByteArray, variable);
+    QFETCH(QByteArray, codec);
     QFETCH(bool, isFound);
     const Environment locale("LC_ALL", "C.UTF-8");
     const Environment value("NUV_APPS_CONFIG_FILE", variable.constData());
@@ -301,10 +328,46 @@ void tst_ConfigurationFile::nameIsReadAsLatin1()
     QVERIFY(file);
     std::fputs(goodFile, file);
     std::fclose(file);
-    const QByteArray output = runProbe().output;
+    const QByteArray output = runProbe(withCodec(codec)).output;
     ::unlink(path.constData()); // by its bytes: this process may have another idea of names
 
     QCOMPARE(output, QByteArray(isFound ? goodGiven : nothingGiven));
+}
+
+void tst_ConfigurationFile::textIsReadWithTheCodecForCStrings_data()
+{
+    QTest::addColumn<QByteArray>("codec");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("textWithQt4");
+    QTest::addColumn<QByteArray>("textWithQt5");
+
+    const QByteArray none;
+    QTest::newRow("none") << none << QByteArray("caf\xc3\xa9") << QByteArray("caf<c3><a9>")
+                          << QByteArray("caf<c3><a9>");
+    QTest::newRow("UTF-8 takes each byte of a letter for a mistake")
+        << QByteArray("UTF-8") << QByteArray("caf\xc3\xa9") << QByteArray("caf<fffd><fffd>")
+        << QByteArray("caf<c3><a9>");
+    QTest::newRow("an escape needs no codec") << QByteArray("UTF-8") << QByteArray("caf\\u00e9")
+                                              << QByteArray("caf<e9>") << QByteArray("caf<e9>");
+    QTest::newRow("one byte a letter")
+        << QByteArray("KOI8-R") << QByteArray("\xc1") << QByteArray("<430>") << QByteArray("<c1>");
+}
+
+void tst_ConfigurationFile::textIsReadWithTheCodecForCStrings()
+{
+    QFETCH(QByteArray, codec);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QByteArray, textWithQt4);
+    QFETCH(QByteArray, textWithQt5);
+    m_folder->write(QLatin1String("work/AppsConfig.json"),
+                    QByteArray(goodFile).replace("named", bytes));
+    const Environment variable("NUV_APPS_CONFIG_FILE", nullptr);
+
+    const Outcome outcome = runProbe(withCodec(codec));
+
+    const QByteArray text = ToolkitDifferences::either(textWithQt4, textWithQt5);
+    QCOMPARE(outcome.output, QByteArray(goodGiven).replace("named", text));
+    QCOMPARE(outcome.errors, QByteArray());
 }
 
 void tst_ConfigurationFile::contentsDecideWhatIsGiven_data()

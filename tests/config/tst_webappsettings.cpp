@@ -180,6 +180,13 @@ void tst_WebAppSettings::versionsDecideAboutTheApplications_data()
     QTest::newRow("1e0 as text") << QByteArray("\"Version\": \"1e0\",") << 1.0f << true;
     QTest::newRow("1 with a comma as text")
         << QByteArray("\"Version\": \"1,5\",") << (comma ? 1.5f : 0.0f) << comma;
+    QTest::newRow("1 and two digits behind a comma as text")
+        << QByteArray("\"Version\": \"1,00\",") << (comma ? 1.0f : 0.0f) << comma;
+    QTest::newRow("1 and three digits behind a comma as text")
+        << QByteArray("\"Version\": \"1,000\",") << (comma ? 1.0f : 0.0f) << comma;
+    QTest::newRow("1.000 as text") << QByteArray("\"Version\": \"1.000\",") << 1.0f << true;
+    QTest::newRow("1.5 between blanks as text")
+        << QByteArray("\"Version\": \" 1.5\t\",") << 1.5f << true;
     QTest::newRow("true") << QByteArray("\"Version\": true,") << 1.0f << true;
     QTest::newRow("0.99999999 is narrowed to 1")
         << QByteArray("\"Version\": 0.99999999,") << 1.0f << true;
@@ -207,6 +214,8 @@ void tst_WebAppSettings::versionsDecideAboutTheApplications_data()
     QTest::newRow("-1e300") << QByteArray("\"Version\": -1e300,") << -infinity << false;
     QTest::newRow("1e400") << QByteArray("\"Version\": 1e400,")
                            << float(ToolkitDifferences::overflownNumber()) << false;
+    QTest::newRow("1e400 as text") << QByteArray("\"Version\": \"1e400\",")
+                                   << float(ToolkitDifferences::overflownNumber()) << false;
     QTest::newRow("inf as text") << QByteArray("\"Version\": \"inf\",") << infinity << false;
     QTest::newRow("nan as text") << QByteArray("\"Version\": \"nan\",")
                                  << std::numeric_limits<float>::quiet_NaN() << false;
@@ -417,6 +426,17 @@ void tst_WebAppSettings::applicationsAreFiledUnderTheirTags_data()
     QTest::newRow("doubles") << QByteArray("\"Applications\": [{\"Tag\": 1.5}, {\"Tag\": 2.0}, "
                                            "{\"Tag\": -0.25}]")
                              << QByteArray("\"-0.25\": \n\"1.5\": \n\"2\": \n");
+    // Qt 4 writes 15 digits, Qt 5 as few as lead back to the number.
+    QTest::newRow("a million as a double")
+        << QByteArray("\"Applications\": [{\"Tag\": 1000000.0}]")
+        << QByteArray(ToolkitDifferences::either("\"1000000\": \n", "\"1e+06\": \n"));
+    QTest::newRow("a double of 16 digits")
+        << QByteArray("\"Applications\": [{\"Tag\": 1.000000000000001}]")
+        << QByteArray(ToolkitDifferences::either("\"1\": \n", "\"1.000000000000001\": \n"));
+    QTest::newRow("two doubles of 16 digits are one tag or two")
+        << QByteArray("\"Applications\": [{\"Tag\": 1.000000000000001}, {\"Tag\": 1.0}]")
+        << QByteArray(
+               ToolkitDifferences::either("\"1\": \n", "\"1\": \n\"1.000000000000001\": \n"));
     QTest::newRow("a long integer") << QByteArray("\"Applications\": [{\"Tag\": 5000000000}]")
                                     << QByteArray("\"5000000000\": \n");
     QTest::newRow("the empty text") << QByteArray("\"Applications\": [{\"Tag\": \"\", \"Url\": 1}]")
@@ -642,6 +662,11 @@ void tst_WebAppSettings::propertiesOfApplications_data()
     QTest::newRow("a domain that is a number")
         << domains + "[{\"Domain\": 5}, {\"Domain\": 0.5}, {\"Domain\": true}]"
         << property + "[string \"5\", string \"0.5\", string \"true\"]";
+    QTest::newRow("a domain that is a large double")
+        << domains + "[{\"Domain\": 5000000000.0}, {\"Domain\": 5000000000}]"
+        << property
+            + ToolkitDifferences::either("[string \"5000000000\", string \"5000000000\"]",
+                                         "[string \"5e+09\", string \"5000000000\"]");
     QTest::newRow("a domain that is null")
         << domains + "[{\"Domain\": null}, {\"Domain\": \"b\"}]" << property + "[string \"b\"]";
     QTest::newRow("only domains that are null")

@@ -96,7 +96,11 @@ private Q_SLOTS:
     void textsAreEscapedLikeThis();
     void everyCodeUnitIsEscapedByItsRule();
     void longTextsAreEscapedAtEachOffset();
+    void whatIsEscapedIsTheTextOfTheValue_data();
     void whatIsEscapedIsTheTextOfTheValue();
+    void byteArraysAreTextAsTheToolkitReadsIt_data();
+    void byteArraysAreTextAsTheToolkitReadsIt();
+    void theCodecForCStringsDoesNotWrite();
     void outputIsAscii();
 
     void whatIsWrittenReadsBack_data();
@@ -165,9 +169,12 @@ void tst_JsonWriter::rareTypesAreWrittenLikeThis_data()
     smallIntegerRow("long", QVariant::fromValue<long>(-70000), "-70000");
     smallIntegerRow("unsigned long", QVariant::fromValue<ulong>(70000), "70000");
     smallIntegerRow("unsigned char", QVariant::fromValue<uchar>(200), "200");
+    smallIntegerRow("char", QVariant::fromValue<char>('A'), "65");
     scalarRow("date", QDate(2024, 2, 29), "\"2024-02-29\"");
     scalarRow("time", QTime(23, 59, 1),
-              QByteArray('"' + QVariant(QTime(23, 59, 1)).toString().toLatin1() + '"'));
+              ToolkitDifferences::either("\"23:59:01\"", "\"23:59:01.000\""));
+    scalarRow("date and time", QDateTime(QDate(2024, 2, 29), QTime(23, 59, 1)),
+              ToolkitDifferences::either("\"2024-02-29T23:59:01\"", "\"2024-02-29T23:59:01.000\""));
     scalarRow("address", QUrl(QLatin1String("http://host/a?b=c")), "\"http://host/a?b=c\"");
     scalarRow("size", QSize(1, 2), "");
     scalarRow("hash", QVariantHash(), "");
@@ -386,13 +393,78 @@ void tst_JsonWriter::longTextsAreEscapedAtEachOffset()
     }
 }
 
+void tst_JsonWriter::whatIsEscapedIsTheTextOfTheValue_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QByteArray>("text");
+
+    scalarRow("invalid", QVariant(), "");
+    scalarRow("int", 42, "42");
+    scalarRow("bool", true, "true");
+    scalarRow("byte array", QByteArray("a\"b"), "a\\\"b");
+    scalarRow("map", QVariantMap(), "");
+    // Qt 4 writes a double with 15 digits, Qt 5 with as few as lead back to it.
+    scalarRow("0.5", 0.5, "0.5");
+    scalarRow("a million", 1000000.0, ToolkitDifferences::either("1000000", "1e+06"));
+    scalarRow("0.1 + 0.2", 0.1 + 0.2, ToolkitDifferences::either("0.3", "0.30000000000000004"));
+    scalarRow("float", 0.1f, ToolkitDifferences::either("0.1", "0.10000000149011612"));
+}
+
 void tst_JsonWriter::whatIsEscapedIsTheTextOfTheValue()
 {
-    QCOMPARE(JsonWriter::escapeString(QVariant()), QByteArray(""));
-    QCOMPARE(JsonWriter::escapeString(42), QByteArray("42"));
-    QCOMPARE(JsonWriter::escapeString(true), QByteArray("true"));
-    QCOMPARE(JsonWriter::escapeString(QByteArray("a\"b")), QByteArray("a\\\"b"));
-    QCOMPARE(JsonWriter::escapeString(QVariantMap()), QByteArray(""));
+    QFETCH(QVariant, value);
+    QFETCH(QByteArray, text);
+
+    QCOMPARE(JsonWriter::escapeString(value), text);
+}
+
+// Latin-1 to Qt 4, or the codec for C strings; UTF-8 to Qt 5. Both end at a NUL.
+void tst_JsonWriter::byteArraysAreTextAsTheToolkitReadsIt_data()
+{
+    QTest::addColumn<QByteArray>("codec");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("textWithQt4");
+    QTest::addColumn<QByteArray>("textWithQt5");
+
+    const QByteArray none;
+    QTest::newRow("ASCII") << none << QByteArray("a") << json("'a'") << json("'a'");
+    QTest::newRow("UTF-8") << none << QByteArray("\xc3\xa9") << json("'\\u00c3\\u00a9'")
+                           << json("'\\u00e9'");
+    QTest::newRow("Latin-1") << none << QByteArray("\xe9") << json("'\\u00e9'")
+                             << json("'\\ufffd'");
+    QTest::newRow("UTF-8, with its codec")
+        << QByteArray("UTF-8") << QByteArray("\xc3\xa9") << json("'\\u00e9'") << json("'\\u00e9'");
+    QTest::newRow("another codec")
+        << QByteArray("KOI8-R") << QByteArray("\xc1") << json("'\\u0430'") << json("'\\ufffd'");
+    QTest::newRow("NUL") << none << QByteArray("a\0b", 3) << json("'a'") << json("'a'");
+}
+
+void tst_JsonWriter::byteArraysAreTextAsTheToolkitReadsIt()
+{
+    QFETCH(QByteArray, codec);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QByteArray, textWithQt4);
+    QFETCH(QByteArray, textWithQt5);
+
+    const ToolkitDifferences::CodecForCStrings installed(codec.constData());
+
+    QCOMPARE(JsonWriter::serializeCompact(bytes),
+             ToolkitDifferences::either(textWithQt4, textWithQt5));
+}
+
+void tst_JsonWriter::theCodecForCStringsDoesNotWrite()
+{
+    QVariantMap map;
+    map.insert(QString(QChar(0x430)), QString(QChar(0xe9)));
+    map.insert(QLatin1String("a"), QVariantList() << 1 << -0.5 << true << QVariant());
+
+    const ToolkitDifferences::CodecForCStrings installed(
+        ToolkitDifferences::MovingCodec::instance());
+
+    QCOMPARE(JsonWriter::serializeCompact(map),
+             json("{'a':[1,-0.5,true,null],'\\u0430':'\\u00e9'}"));
+    QCOMPARE(JsonWriter::serialize(QVariantList() << QLatin1String("b\n"), 4, 0),
+             json("[\n    'b\\n'\n]"));
 }
 
 void tst_JsonWriter::outputIsAscii()

@@ -13,8 +13,15 @@
 #include "tests/support/toolkitdifferences.h"
 
 #include <QBuffer>
+#include <QtDebug>
 
 #include <type_traits>
+
+#include <csignal>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 static_assert(std::is_same<decltype(JsonSettingsFormat), QSettings::Format>::value
                   && std::is_convertible<decltype(&readJsonSettings), QSettings::ReadFunc>::value
@@ -98,6 +105,72 @@ QByteArray fileContents(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
 }
 
+struct stat statusOf(const QString &path)
+{
+    struct stat status = {};
+    if (::lstat(QFile::encodeName(path).constData(), &status) != 0)
+        qFatal("%s is not there", qPrintable(path));
+    return status;
+}
+
+int modeOf(const QString &path)
+{
+    return int(statusOf(path).st_mode & 07777);
+}
+
+void writeSetting(const QString &path, const QVariant &value)
+{
+    QSettings settings(path, JsonSettingsFormat);
+    settings.setValue(QLatin1String("key"), value);
+}
+
+/// Lets no file of this process grow beyond `size` bytes until the end of the block, as a full disk
+/// would.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t size) : m_handler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit = { size, m_before.rlim_max };
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+
+    ~FileSizeLimit()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+
+private:
+    Q_DISABLE_COPY(FileSizeLimit)
+
+    rlimit m_before;
+    void (*m_handler)(int);
+};
+
+/// Takes the rights of root away until the end of the block, where there are any.
+class AsNobody
+{
+public:
+    AsNobody() : m_isRoot(::geteuid() == 0)
+    {
+        if (m_isRoot && ::seteuid(65534) != 0)
+            qFatal("the rights of root cannot be given up");
+    }
+
+    ~AsNobody()
+    {
+        if (m_isRoot && ::seteuid(0) != 0)
+            qFatal("the rights of root do not come back");
+    }
+
+private:
+    Q_DISABLE_COPY(AsNobody)
+
+    const bool m_isRoot;
+};
+
 QByteArray nested(const QByteArray &begin, int depth, const QByteArray &end)
 {
     return begin.repeated(depth) + '1' + end.repeated(depth);
@@ -138,6 +211,18 @@ private Q_SLOTS:
     void settingsReadFiles();
     void settingsWriteNewFiles();
     void settingsChangeFilesAndWriteThemBack();
+    void writingKeepsOrReplacesTheFile();
+    void writingKeepsPermissions_data();
+    void writingKeepsPermissions();
+    void newFilesHaveThePermissionsOfTheProcess();
+    void writingGoesThroughLinks();
+    void writingLeavesNothingElseBehind();
+    void writingNeedsPermissionForTheFileOrItsFolder();
+    void fullDisksCutTheFile_data();
+    void fullDisksCutTheFile();
+    void theCodecForCStringsReadsTextButNotNames();
+    void theWarningIsWhatTheDebugStreamOfQt4Writes_data();
+    void theWarningIsWhatTheDebugStreamOfQt4Writes();
     void deepDocumentsNeedLittleStack_data();
     void deepDocumentsNeedLittleStack();
     void manyKeysTakeTimeInProportion_data();
@@ -811,6 +896,186 @@ void tst_JsonSettingsFormat::settingsChangeFilesAndWriteThemBack()
     again.endArray();
     QCOMPARE(describe(again.value(QLatin1String("change"))), QByteArray("bool false"));
     QVERIFY(!again.contains(QLatin1String("drop/b")));
+}
+
+// Qt 4 empties the file and writes into it; Qt 5 writes a new one and gives it the name.
+void tst_JsonSettingsFormat::writingKeepsOrReplacesTheFile()
+{
+    const bool isReplaced = ToolkitDifferences::replacesWrittenFiles();
+    const TemporaryDir folder;
+    const QString path = folder.write(QLatin1String("a.json"), "{\"key\":1}");
+    const QString otherName = folder.filePath(QLatin1String("b.json"));
+    QCOMPARE(::link(QFile::encodeName(path).constData(), QFile::encodeName(otherName).constData()),
+             0);
+    QFile opened(path);
+    QVERIFY(opened.open(QIODevice::ReadOnly));
+    const struct stat before = statusOf(path);
+
+    writeSetting(path, 2);
+
+    const QByteArray older("{\"key\":1}");
+    const QByteArray newer("{\n    \"key\":2\n}");
+    QCOMPARE(fileContents(path), newer);
+    QCOMPARE(statusOf(path).st_ino == before.st_ino, !isReplaced);
+    QCOMPARE(int(statusOf(path).st_nlink), isReplaced ? 1 : 2);
+    // So whoever holds the file by another name, or open, sees this:
+    QCOMPARE(fileContents(otherName), isReplaced ? older : newer);
+    QCOMPARE(opened.readAll(), isReplaced ? older : newer);
+}
+
+void tst_JsonSettingsFormat::writingKeepsPermissions_data()
+{
+    QTest::addColumn<int>("mode");
+
+    QTest::newRow("for the owner alone") << 0600;
+    QTest::newRow("for the group as well") << 0660;
+    QTest::newRow("for everyone, and a program") << 0777;
+}
+
+void tst_JsonSettingsFormat::writingKeepsPermissions()
+{
+    QFETCH(int, mode);
+    const TemporaryDir folder;
+    const QString path = folder.write(QLatin1String("a.json"), "{\"key\":1}");
+    QCOMPARE(::chmod(QFile::encodeName(path).constData(), mode_t(mode)), 0);
+
+    writeSetting(path, 2);
+
+    QCOMPARE(fileContents(path), QByteArray("{\n    \"key\":2\n}"));
+    QCOMPARE(modeOf(path), mode);
+}
+
+void tst_JsonSettingsFormat::newFilesHaveThePermissionsOfTheProcess()
+{
+    const TemporaryDir folder;
+    const QString path = folder.filePath(QLatin1String("a.json"));
+
+    const mode_t before = ::umask(027);
+    writeSetting(path, 2);
+    ::umask(before);
+
+    QCOMPARE(modeOf(path), 0640);
+}
+
+void tst_JsonSettingsFormat::writingGoesThroughLinks()
+{
+    const TemporaryDir folder;
+    const QString path = folder.write(QLatin1String("a.json"), "{\"key\":1}");
+    const QString link = folder.filePath(QLatin1String("link.json"));
+    QVERIFY(QFile::link(path, link));
+
+    writeSetting(link, 2);
+
+    QVERIFY(S_ISLNK(statusOf(link).st_mode));
+    QVERIFY(S_ISREG(statusOf(path).st_mode));
+    QCOMPARE(fileContents(path), QByteArray("{\n    \"key\":2\n}"));
+}
+
+void tst_JsonSettingsFormat::writingLeavesNothingElseBehind()
+{
+    const TemporaryDir folder;
+
+    writeSetting(folder.filePath(QLatin1String("a.json")), 1);
+    writeSetting(folder.filePath(QLatin1String("a.json")), 2);
+
+    const QDir::Filters everything =
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    QCOMPARE(QDir(folder.path()).entryList(everything).join(QLatin1String(" ")),
+             QString(QLatin1String("a.json")));
+}
+
+void tst_JsonSettingsFormat::writingNeedsPermissionForTheFileOrItsFolder()
+{
+    const bool isReplaced = ToolkitDifferences::replacesWrittenFiles();
+    const TemporaryDir folder;
+    const QByteArray folderName = QFile::encodeName(folder.path());
+    const QString path = folder.write(QLatin1String("a.json"), "{\"key\":1}");
+    QCOMPARE(::chmod(QFile::encodeName(path).constData(), 0666), 0);
+    QCOMPARE(::chmod(folderName.constData(), 0555), 0);
+    QSettings settings(path, JsonSettingsFormat);
+    settings.setValue(QLatin1String("key"), 2);
+
+    {
+        const AsNobody nobody;
+        settings.sync();
+    }
+    ::chmod(folderName.constData(), 0755);
+
+    QCOMPARE(int(settings.status()), int(isReplaced ? QSettings::AccessError : QSettings::NoError));
+    QCOMPARE(fileContents(path), QByteArray(isReplaced ? "{\"key\":1}" : "{\n    \"key\":2\n}"));
+}
+
+void tst_JsonSettingsFormat::fullDisksCutTheFile_data()
+{
+    QTest::addColumn<int>("room");
+    QTest::addColumn<bool>("isNoticed");
+
+    // Qt 5 notices when the new file takes no byte at all, and keeps the old one then.
+    QTest::newRow("room for nothing") << 0 << ToolkitDifferences::replacesWrittenFiles();
+    QTest::newRow("room for a part") << 50000 << false;
+}
+
+void tst_JsonSettingsFormat::fullDisksCutTheFile()
+{
+    QFETCH(int, room);
+    QFETCH(bool, isNoticed);
+    const TemporaryDir folder;
+    const QString path = folder.write(QLatin1String("a.json"), "{\"key\":1}");
+    QSettings settings(path, JsonSettingsFormat);
+    settings.setValue(QLatin1String("key"), QString(100000, QLatin1Char('x')));
+
+    {
+        const FileSizeLimit limit(static_cast<rlim_t>(room));
+        settings.sync();
+    }
+
+    const QByteArray whole = "{\n    \"key\":\"" + QByteArray(100000, 'x') + "\"\n}";
+    const QByteArray left = isNoticed ? QByteArray("{\"key\":1}") : whole.left(room);
+    QVERIFY(fileContents(path) == left);
+    QCOMPARE(int(settings.status()), int(isNoticed ? QSettings::AccessError : QSettings::NoError));
+}
+
+void tst_JsonSettingsFormat::theCodecForCStringsReadsTextButNotNames()
+{
+    const ToolkitDifferences::CodecForCStrings installed(
+        ToolkitDifferences::MovingCodec::instance());
+
+    const QSettings::SettingsMap map = readBytes("{\"l\": [1, \"a\\u0061\"]}");
+
+    QCOMPARE(describeLines(map),
+             QByteArray(ToolkitDifferences::either(
+                 "\"<46c>/1\" = int 1\n\"<46c>/2\" = string \"<461>a\"\n\"<46c>/size\" = int 2\n",
+                 "\"l/1\" = int 1\n\"l/2\" = string \"aa\"\n\"l/size\" = int 2\n")));
+    // The name that makes an array is no text of the file, so the array is written as one.
+    QCOMPARE(writtenBytes(map),
+             QByteArray(ToolkitDifferences::either(
+                 "{\n    \"\\u046c\":\n    [\n        1,\n        \"\\u0461a\"\n    ]\n}",
+                 "{\n    \"l\":\n    [\n        1,\n        \"aa\"\n    ]\n}")));
+}
+
+void tst_JsonSettingsFormat::theWarningIsWhatTheDebugStreamOfQt4Writes_data()
+{
+    QTest::addColumn<QByteArray>("codec");
+
+    QTest::newRow("no codec for C strings") << QByteArray();
+    QTest::newRow("UTF-8") << QByteArray("UTF-8");
+    QTest::newRow("a codec that moves ASCII") << QByteArray("moving");
+}
+
+void tst_JsonSettingsFormat::theWarningIsWhatTheDebugStreamOfQt4Writes()
+{
+    QFETCH(QByteArray, codec);
+    ToolkitDifferences::MovingCodec::instance();
+    const ToolkitDifferences::CodecForCStrings installed(codec.constData());
+
+    const Messages messages;
+    readBytes("{\"a\" 1}");
+    qWarning() << QString(QLatin1String("Expected ':' at line 1 pos 6"));
+
+    QCOMPARE(messages.count(), 2);
+    const QByteArray streamed = messages.text(1);
+    // Qt 5 leaves out the last space of its stream.
+    QCOMPARE(messages.text(0), ToolkitDifferences::either(streamed, streamed + ' '));
 }
 
 void tst_JsonSettingsFormat::deepDocumentsNeedLittleStack_data()

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <cmath>
+
 // Values as text, so that a comparison sees their types as well and shows what differs. Comparing
 // variants would not do: to them 1, 1.0, true and "1" are equal.
 
@@ -21,6 +23,13 @@ inline QByteArray describeText(const QString &text)
             result += '<' + QByteArray::number(unit, 16) + '>';
     }
     return result + '"';
+}
+
+/// Enough digits to tell it from every other, and the sign of a zero, which the toolkit leaves out.
+inline QByteArray describeDouble(double value)
+{
+    const bool isNegativeZero = std::fpclassify(value) == FP_ZERO && std::signbit(value);
+    return (isNegativeZero ? "-" : "") + QByteArray::number(value, 'g', 17);
 }
 
 inline QByteArray describe(const QVariant &value);
@@ -52,7 +61,7 @@ inline QByteArray describe(const QVariant &value)
     case QMetaType::Bool:
         return value.toBool() ? "bool true" : "bool false";
     case QMetaType::Double:
-        return "double " + QByteArray::number(value.toDouble(), 'g', 17);
+        return "double " + describeDouble(value.toDouble());
     case QMetaType::QString:
         return "string " + describeText(value.toString());
     case QMetaType::QStringList:

@@ -19,7 +19,7 @@ void runOnSmallStack(Work work)
     };
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
-    pthread_t thread;
+    pthread_t thread = pthread_t(); // not every toolkit says that qFatal() does not return
     if (pthread_attr_setstacksize(&attributes, 256 * 1024) != 0
         || pthread_create(&thread, &attributes, Entry::run, &work) != 0)
         qFatal("no thread with a small stack can be started");

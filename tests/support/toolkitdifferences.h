@@ -2,8 +2,13 @@
 #define TOOLKITDIFFERENCES_H
 
 #include <QLocale>
+#include <QTextCodec>
 
 #include <limits>
+
+#if QT_VERSION >= QT_VERSION_CHECK(5, 0, 0)
+#include <QLoggingCategory>
+#endif
 
 /// Where the two toolkits give different answers, and why. Tests ask here, so that no other test
 /// source needs to know which toolkit it is built with.
@@ -12,6 +17,13 @@ namespace ToolkitDifferences {
 inline bool isQt4()
 {
     return QT_VERSION < QT_VERSION_CHECK(5, 0, 0);
+}
+
+/// The one of two values that this toolkit gives, where a test states both.
+template<typename Value>
+Value either(Value withQt4, Value withQt5)
+{
+    return isQt4() ? withQt4 : withQt5;
 }
 
 /// Qt 4 converts text to a number in the default locale first and in the "C" locale only when that
@@ -28,6 +40,95 @@ inline double overflownNumber()
 {
     return isQt4() ? 0.0 : std::numeric_limits<double>::infinity();
 }
+
+/// How QSettings writes a file that is there: Qt 4 empties it and writes into it; Qt 5 writes a new
+/// one beside it, which takes its place when it is complete.
+inline bool replacesWrittenFiles()
+{
+    return !isQt4();
+}
+
+/// Keeps the process's debug messages back until the end of the block. Qt 5 can be told so, and an
+/// environment variable may tell it; Qt 4 always hands them on.
+class WithoutDebugMessages
+{
+public:
+    WithoutDebugMessages() { setRules("*.debug=false"); }
+    ~WithoutDebugMessages() { setRules(""); }
+
+private:
+    Q_DISABLE_COPY(WithoutDebugMessages)
+
+    static void setRules(const char *rules)
+    {
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+        Q_UNUSED(rules)
+#else
+        QLoggingCategory::setFilterRules(QLatin1String(rules));
+#endif
+    }
+};
+
+/// A codec of QTextCodec::setCodecForCStrings() until the end of the block. Qt 4 reads the text of
+/// bytes with it; Qt 5 has no such codec, so nothing is changed there.
+class CodecForCStrings
+{
+public:
+    explicit CodecForCStrings(const char *name) { set(QTextCodec::codecForName(name)); }
+    explicit CodecForCStrings(QTextCodec *codec) { set(codec); }
+    ~CodecForCStrings() { set(nullptr); }
+
+private:
+    Q_DISABLE_COPY(CodecForCStrings)
+
+    static void set(QTextCodec *codec)
+    {
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+        QTextCodec::setCodecForCStrings(codec);
+#else
+        Q_UNUSED(codec)
+#endif
+    }
+};
+
+/// A codec that leaves no byte as it is, ASCII included: byte b is the character U+0400 + b. It notes
+/// the longest piece that it was ever given. The toolkit owns it.
+class MovingCodec : public QTextCodec
+{
+public:
+    static MovingCodec *instance()
+    {
+        static MovingCodec *const codec = new MovingCodec;
+        return codec;
+    }
+
+    QByteArray name() const override { return "moving"; }
+    int mibEnum() const override { return -4711; }
+    int longestPiece() const { return m_longestPiece; }
+
+protected:
+    QString convertToUnicode(const char *bytes, int size, ConverterState *) const override
+    {
+        m_longestPiece = qMax(m_longestPiece, size);
+        QString text;
+        for (int i = 0; i < size; ++i)
+            text += QChar(ushort(0x400 + static_cast<uchar>(bytes[i])));
+        return text;
+    }
+
+    QByteArray convertFromUnicode(const QChar *text, int size, ConverterState *) const override
+    {
+        QByteArray bytes;
+        for (int i = 0; i < size; ++i)
+            bytes += char(text[i].unicode() - 0x400);
+        return bytes;
+    }
+
+private:
+    MovingCodec() : m_longestPiece(0) {}
+
+    mutable int m_longestPiece;
+};
 
 } // namespace ToolkitDifferences
 
