@@ -95,22 +95,34 @@ const Property properties[] = {
     { "ProhibitMainFrameScrolling", Switch },
 };
 
+// Most switches are as they should be; people also write 1 and "yes".
+QByteArray switchValue(Random &random)
+{
+    const int kind = random.below(10);
+    if (kind == 0)
+        return QByteArray::number(random.below(100));
+    if (kind == 1)
+        return "\"" + word(random, random.between(3, 8)).toLower() + "\"";
+    return random.below(2) ? "true" : "false";
+}
+
 QByteArray valueOf(Kind kind, Random &random)
 {
     switch (kind) {
     case Switch:
-        return random.below(2) ? "true" : "false";
+        return switchValue(random);
     case Url:
         return "\"http://" + word(random, 8).toLower() + ".example/" + word(random, 12) + "\"";
     case Agent:
         return "\"Mozilla/5.0 (Linux; U; en) AppleWebKit/534.34 " + word(random, 6) + "/1."
             + QByteArray::number(random.below(90)) + "\"";
     case Script:
-        return "\"/usr/share/launcher/" + word(random, 10) + ".js\"";
+        return "\"document.addEventListener(\\\"" + word(random, 6)
+            + "\\\", function () {\\n    window." + word(random, 7) + " = true;\\n});\"";
     case Number:
         return QByteArray::number(random.between(1, 60000));
     case Fraction:
-        return "0." + QByteArray::number(random.between(1, 99));
+        return QByteArray::number(random.between(1, 199) / 100.0);
     case Proxy:
         return "\"10.0." + QByteArray::number(random.below(250)) + ".1:8080\"";
     }
@@ -119,7 +131,35 @@ QByteArray valueOf(Kind kind, Random &random)
 
 QByteArray member(const QByteArray &key, const QByteArray &value)
 {
-    return "            \"" + key + "\": " + value;
+    return "\"" + key + "\": " + value;
+}
+
+// The text between the brackets, one member or element to the line.
+QByteArray indented(const QByteArrayList &lines, int level)
+{
+    const QByteArray inner = "\n" + QByteArray(2 * level + 2, ' ');
+    return inner + lines.join("," + inner) + "\n" + QByteArray(2 * level, ' ');
+}
+
+QByteArray certificate(Random &random, int level)
+{
+    const QByteArray name = word(random, 6).toLower();
+    return "{"
+        + indented({ member("Path", "\"/etc/" + name + ".pem\""),
+                     member("PrivateKey", "\"/etc/" + name + ".key\""),
+                     member("PassPhrase", "\"" + word(random, 8) + "\"") },
+                   level)
+        + "}";
+}
+
+QByteArray domains(Random &random, int level)
+{
+    QByteArrayList elements;
+    for (int i = 0; i < 4; ++i) {
+        const QByteArray domain = "\"" + word(random, 8).toLower() + ".example\"";
+        elements.append("{" + indented({ member("Domain", domain) }, level + 1) + "}");
+    }
+    return "[" + indented(elements, level) + "]";
 }
 
 QByteArray application(int index, Random &random)
@@ -130,22 +170,14 @@ QByteArray application(int index, Random &random)
     random.shuffle(chosen);
     QByteArrayList members;
     members.append(member("Tag", "\"app" + QByteArray::number(index) + "\""));
-    const int count = random.between(19, 37);
+    const int count = random.between(20, 38);
     for (int i = 0; i < count; ++i) {
         const Property &property = properties[chosen.at(i)];
         members.append(member(property.key, valueOf(property.kind, random)));
     }
-    if (random.below(4) == 0) {
-        members.append("            \"GrantBroadcastAccessRightDomains\": [\n"
-                       "                { \"Domain\": \""
-                       + word(random, 8).toLower()
-                       + ".example\" },\n"
-                         "                { \"Domain\": \""
-                       + word(random, 9).toLower()
-                       + ".example\" }\n"
-                         "            ]");
-    }
-    return "        {\n" + members.join(",\n") + "\n        }";
+    members.append(member("Certificate", certificate(random, 3)));
+    members.append(member("GrantBroadcastAccessRightDomains", domains(random, 3)));
+    return "{" + indented(members, 2) + "}";
 }
 
 // One object whose keys are random words.
@@ -154,7 +186,7 @@ QByteArray object(int count, bool ascendingKeys)
     Random random { quint64(count) };
     QByteArrayList keys;
     for (int i = 0; i < count; ++i)
-        keys.append(word(random, random.between(6, 18)));
+        keys.append(word(random, random.between(8, 24)));
     if (ascendingKeys)
         std::sort(keys.begin(), keys.end());
     QByteArrayList members;
@@ -178,19 +210,19 @@ QByteArray array(int count, quint64 seed, Element element)
 
 QByteArray integer(Random &random, int)
 {
-    return QByteArray::number(random.between(-999999, 999999));
+    return QByteArray::number(random.between(-99999999, 99999999));
 }
 
 QByteArray shortString(Random &random, int)
 {
-    return "\"" + word(random, random.between(4, 20)) + "\"";
+    return "\"" + word(random, random.between(4, 24)) + "\"";
 }
 
 // A quarter of the characters are "\u" escapes, of letters of other scripts.
 QByteArray escapedString(Random &random, int)
 {
     QByteArray text = "\"";
-    const int size = random.between(8, 24);
+    const int size = random.between(6, 18);
     for (int i = 0; i < size; ++i) {
         if (random.below(4) == 0)
             text += "\\u0" + QByteArray::number(random.between(0x400, 0x4ff), 16);
@@ -202,15 +234,20 @@ QByteArray escapedString(Random &random, int)
 
 QByteArray fraction(Random &random, int index)
 {
+    const int sign = random.below(2) ? 1 : -1;
     if (index % 2 == 0)
-        return QByteArray::number(random.below(100000) / 100.0 + 0.005, 'f', 3);
-    return QByteArray::number(std::ldexp(double(random.next()) + 0.1, -20 - random.below(20)), 'g',
-                              17);
+        return QByteArray::number(sign * random.between(1, 9999999) / 100.0, 'f', 2);
+    const double digits = sign * (double(random.next()) * 0x1p32 + double(random.next()));
+    return QByteArray::number(std::ldexp(digits, random.between(-130, 10)), 'e', 16);
 }
 
+// Lines of a text.
 QByteArray longString(Random &random, int)
 {
-    return "\"" + word(random, 10000) + "\"";
+    QByteArray text = "\"";
+    for (int line = 0; line < 16; ++line)
+        text += word(random, 60) + "\\n";
+    return text + "\"";
 }
 
 QByteArray nested(int depth, const char *open, const char *innermost, const char *close)
@@ -226,24 +263,31 @@ QByteArray Documents::applications(int count, bool ascendingKeys)
     QByteArrayList elements;
     for (int i = 0; i < count; ++i)
         elements.append(application(i, random));
-    const QByteArray text = "{\n"
-                            "    \"Global\": {\n"
-                            "        \"Version\": 1,\n"
-                            "        \"RemoteInspectorPort\": 9222,\n"
-                            "        \"Certificate\": {\n"
-                            "            \"Path\": \"/etc/launcher/device.pem\",\n"
-                            "            \"PrivateKey\": \"/etc/launcher/device.key\",\n"
-                            "            \"PassPhrase\": \"example\"\n"
-                            "        }\n"
-                            "    },\n"
-                            "    \"Applications\": [\n"
-        + elements.join(",\n") + "\n    ]\n}\n";
-    return ascendingKeys ? JsonWriter::serialize(parseJson(text, nullptr), 4, 0) : text;
+    const QByteArray global = "{"
+        + indented({ member("Version", "1"), member("RemoteInspectorPort", "9222"),
+                     member("Certificate", certificate(random, 2)) },
+                   1)
+        + "}";
+    const QByteArray text = "{"
+        + indented({ member("Global", global),
+                     member("Applications", "[" + indented(elements, 1) + "]") },
+                   0)
+        + "}\n";
+    return ascendingKeys ? JsonWriter::serialize(parseJson(text, nullptr), 2, 0) : text;
+}
+
+std::vector<const char *> Documents::applicationKeys()
+{
+    std::vector<const char *> keys(1, "Tag");
+    for (const Property &property : properties)
+        keys.push_back(property.key);
+    return keys;
 }
 
 QByteArrayList Documents::names()
 {
     return { "typical",
+             "applications-10",
              "applications-100",
              "applications-1000",
              "applications-10000",
@@ -285,7 +329,7 @@ QByteArray Documents::make(const QByteArray &name)
     if (name == "doubles")
         return array(200000, 14, fraction);
     if (name == "long-strings")
-        return array(100, 15, longString);
+        return array(1000, 15, longString);
     if (name == "nested-arrays")
         return nested(1000, "[", "", "]");
     if (name == "nested-objects")

@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QByteArrayList>
 
+#include <vector>
+
 /// The documents that are measured. They are made, not stored: each name always gives the same
 /// bytes.
 namespace Documents {
@@ -16,6 +18,9 @@ QByteArray make(const QByteArray &name);
 
 /// A configuration of `count` applications. With ascending keys it is as our writer makes it.
 QByteArray applications(int count, bool ascendingKeys);
+
+/// The keys of single values that an application can have: its tag and 38 properties.
+std::vector<const char *> applicationKeys();
 
 } // namespace Documents
 

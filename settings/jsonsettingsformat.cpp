@@ -16,15 +16,9 @@ namespace {
 
 const QLatin1Char Separator('/');
 
-bool isContainer(const QVariant &value)
-{
-    const int type = value.userType();
-    return type == QMetaType::QVariantMap || type == QMetaType::QVariantList;
-}
-
 void pushContainer(const QVariant &value, QVector<const QVariant *> &pending)
 {
-    if (isContainer(value))
+    if (VariantTree::isContainer(value))
         pending.append(&value);
 }
 
@@ -153,7 +147,7 @@ private:
 
 void Flattener::flatten(const QVariant &root)
 {
-    if (!isContainer(root)) {
+    if (!VariantTree::isContainer(root)) {
         store(m_prefix.left(m_prefix.size() - 1), root);
         leaveComponent();
         return;
@@ -201,7 +195,7 @@ void Flattener::visitElement(Level &level)
 // leaves its first pieces there, as leaveComponent() does for a container.
 void Flattener::visit(const QString &name, const QVariant &value, Order order)
 {
-    if (isContainer(value)) {
+    if (VariantTree::isContainer(value)) {
         m_prefix += name;
         m_prefix += Separator;
         open(value);

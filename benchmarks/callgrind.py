@@ -1,0 +1,66 @@
+"""Builds the benchmarks, makes their documents and counts instructions: what the scripts share."""
+
+import concurrent.futures
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+
+
+def build(folder, *targets):
+    """Configures and builds; what the compiler says is shown only when it fails."""
+    subprocess.run(["cmake", "-S", ROOT, "-B", folder, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
+                    "-DNUV_BUILD_BENCHMARKS=ON", "-DNUV_BUILD_EXAMPLES=OFF", "-DBUILD_TESTING=OFF"],
+                   check=True, stdout=subprocess.DEVNULL)
+    command = ["cmake", "--build", folder]
+    if targets:
+        command += ["--target", *targets]
+    done = subprocess.run(command, stdout=subprocess.PIPE, text=True)
+    if done.returncode:
+        raise SystemExit(done.stdout)
+
+
+class Benchmarks:
+    """The programs of one build folder, and the documents beside them."""
+
+    def __init__(self, folder):
+        self.programs = pathlib.Path(folder).resolve() / "benchmarks"
+        self.documents = self.programs / "documents"
+        shutil.rmtree(self.documents, ignore_errors=True)
+        self.documents.mkdir()
+
+    def run(self, program, *arguments):
+        done = subprocess.run([self.programs / program, *arguments], stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, text=True)
+        if done.returncode:
+            raise SystemExit(done.stdout + done.stderr)
+        return done.stdout
+
+    def make_document(self, name, with_ini=False):
+        with open(self.documents / name, "wb") as file:
+            subprocess.run([self.programs / "count", "print", name], check=True, stdout=file)
+        if with_ini:
+            self.run("count", "ini", self.documents / name)
+
+    def size(self, document):
+        return (self.documents / document).stat().st_size
+
+    def count(self, action, document, who):
+        """The instructions of one call, and the units that it is to be divided by."""
+        done = subprocess.run(
+            ["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null",
+             "--collect-atstart=no", self.programs / "count", action, self.documents / document,
+             who],
+            env=dict(os.environ, LD_BIND_NOW="1", QT_HASH_SEED="0"), check=True,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        collected = re.search(r"Collected : (\d+)", done.stderr)
+        return int(collected.group(1)), int(done.stdout)
+
+    def count_all(self, wanted):
+        """Counts every (action, document, who) of a list, as many at once as there are cores."""
+        with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+            counted = pool.map(lambda one: self.count(*one), wanted)
+            return dict(zip(wanted, counted))

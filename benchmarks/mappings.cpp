@@ -1,0 +1,44 @@
+#include "benchmarks/mappings.h"
+
+#include "benchmarks/readers.h"
+#include "benchmarks/subjects.h"
+#include "json/jsonparser.h"
+#include "json/jsonwriter.h"
+#include "settings/jsonsettingsformat.h"
+
+namespace {
+
+QSettings::SettingsMap flatten(const QVariant &tree)
+{
+    QString prefix;
+    QSettings::SettingsMap map;
+    flattenVariant(prefix, map, tree);
+    return map;
+}
+
+} // namespace
+
+Subject Subjects::prepareFlattening(const QByteArray &document, const QByteArray &who)
+{
+    const QVariant tree = parseJson(document, nullptr);
+    if (who == "ours")
+        return { [tree]() { return QVariant(flatten(tree)); }, 0 };
+    if (who == "plain")
+        return { Mappings::prepareFlatteningPlainly(tree), 0 };
+    if (who == "floor")
+        return { Mappings::prepareFlatteningFloor(tree), 0 };
+    return { nullptr, 0 };
+}
+
+Subject Subjects::prepareUnflattening(const QByteArray &document, const QByteArray &who)
+{
+    const QVariant tree = parseJson(document, nullptr);
+    const QSettings::SettingsMap map = flatten(tree);
+    if (who == "ours")
+        return { [map]() { return unflattenMap(map); }, map.size() };
+    if (who == "plain")
+        return { Mappings::prepareUnflatteningPlainly(map), map.size() };
+    if (who == "floor")
+        return { Readers::prepareFloor(JsonWriter::serializeCompact(tree)), map.size() };
+    return { nullptr, 0 };
+}

@@ -1,0 +1,47 @@
+#ifndef SUBJECTS_H
+#define SUBJECTS_H
+
+#include <QByteArray>
+#include <QVariant>
+
+#include <functional>
+
+/// One thing that is measured, ready to be run. What it needs (a tree to be written, a padded copy) is
+/// there.
+struct Subject {
+    std::function<QVariant()> run; ///< null for what there is not
+    int units; ///< by which the figure is divided; 0 where the size of the result is it
+};
+
+/// Everything that is measured, by its name and by who does it:
+///
+/// | action                | who                                          | unit              |
+/// |-----------------------|----------------------------------------------|-------------------|
+/// | read                  | Readers::names()                             | byte read         |
+/// | write                 | Writers::names()                             | byte written      |
+/// | flatten               | ours, plain, floor                           | flat key          |
+/// | unflatten             | ours, plain, floor                           | flat key          |
+/// | load                  | ours, handed-over, json-all, ini-all         | application       |
+/// | look-up               | getAppConfig, getter, hash, hash-and-key     | call              |
+namespace Subjects {
+
+/// `file` holds the document. Beside it, FILE.ini holds the same settings for ini-all.
+Subject prepare(const QByteArray &action, const QByteArray &file, const QByteArray &who);
+
+Subject prepareFlattening(const QByteArray &document, const QByteArray &who);
+Subject prepareUnflattening(const QByteArray &document, const QByteArray &who);
+Subject prepareLoading(const QByteArray &file, const QByteArray &who);
+Subject prepareLookUp(const QByteArray &file, const QByteArray &who);
+
+/// The units of a run that gave `result`.
+int units(const Subject &subject, const QVariant &result);
+
+/// The content of a file, empty when it cannot be read.
+QByteArray contentOf(const QByteArray &file);
+
+/// Writes the settings of a document as an INI file.
+bool writeIni(const QByteArray &document, const QByteArray &file);
+
+} // namespace Subjects
+
+#endif // SUBJECTS_H

@@ -1,0 +1,97 @@
+#include "benchmarks/writers.h"
+
+#include "benchmarks/treebuilder.h"
+
+#include <QJsonDocument>
+
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/stringbuffer.h>
+
+namespace {
+
+typedef rapidjson::GenericStringBuffer<rapidjson::UTF8<>> Buffer;
+typedef rapidjson::PrettyWriter<Buffer, rapidjson::UTF16<ushort>, rapidjson::UTF8<>> RapidWriter;
+
+void writeText(RapidWriter &writer, const QString &text)
+{
+    writer.String(text.utf16(), rapidjson::SizeType(text.size()));
+}
+
+void write(RapidWriter &writer, const QVariant &value)
+{
+    switch (value.userType()) {
+    case QMetaType::QVariantMap: {
+        const QVariantMap &map = Containers::map(value);
+        writer.StartObject();
+        for (QVariantMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it) {
+            writer.Key(it.key().utf16(), rapidjson::SizeType(it.key().size()));
+            write(writer, it.value());
+        }
+        writer.EndObject();
+        break;
+    }
+    case QMetaType::QVariantList:
+        writer.StartArray();
+        for (const QVariant &child : Containers::list(value))
+            write(writer, child);
+        writer.EndArray();
+        break;
+    case QMetaType::QString:
+        writeText(writer, value.toString());
+        break;
+    case QMetaType::Bool:
+        writer.Bool(value.toBool());
+        break;
+    case QMetaType::Int:
+        writer.Int(value.toInt());
+        break;
+    case QMetaType::LongLong:
+        writer.Int64(value.toLongLong());
+        break;
+    case QMetaType::Double:
+        writer.Double(value.toDouble());
+        break;
+    default:
+        writer.Null();
+    }
+}
+
+QByteArray writeWithRapidJson(const QVariant &tree)
+{
+    Buffer buffer;
+    RapidWriter writer(buffer);
+    write(writer, tree);
+    return QByteArray(buffer.GetString(), int(buffer.GetSize()));
+}
+
+// What a writer that goes from byte to byte cannot do without: to look whether there is room, and
+// whether the byte is to be escaped, and to store it. Here there is, and none is.
+QByteArray storeByteWise(const QByteArray &bytes)
+{
+    QByteArray text(bytes.size(), Qt::Uninitialized);
+    char *out = text.data();
+    const char *const end = out + text.size();
+    for (const char *in = bytes.constData(); *in != '\0' && *in != '\x7f' && *in > '\t'; ++in) {
+        if (out == end)
+            break;
+        *out++ = *in;
+    }
+    return text;
+}
+
+} // namespace
+
+Writers::Writing Writers::prepareQt(const QVariant &tree)
+{
+    return [tree]() { return QJsonDocument::fromVariant(tree).toJson(QJsonDocument::Indented); };
+}
+
+Writers::Writing Writers::prepareRapidJson(const QVariant &tree)
+{
+    return [tree]() { return writeWithRapidJson(tree); };
+}
+
+Writers::Writing Writers::prepareFloor(const QByteArray &text)
+{
+    return [text]() { return storeByteWise(text); };
+}
