@@ -8,8 +8,9 @@
 QT_BEGIN_NAMESPACE
 
 /// The order of the keys of a QVariantMap: that of QString, by code unit. The toolkit's maps ask this
-/// function, and asked here, in place, it takes a third of the instructions of a call. (Qt 4 asks for
-/// its own by name.)
+/// function for it, and asked here, in place, it takes a third of the instructions of a call: a sixth
+/// of reading a configuration. Every file of the library that looks for a key in such a map includes
+/// this header, so that all of them compile to the same. (Qt 4 asks for its own function by name.)
 inline bool qMapLessThanKey(const QString &a, const QString &b)
 {
     const ushort *unitOfA = reinterpret_cast<const ushort *>(a.constData());
