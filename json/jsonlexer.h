@@ -88,8 +88,7 @@ private:
     int m_token; ///< the last one
     QVariant m_number;
     QString m_text;
-    QVarLengthArray<ushort, 128>
-        m_unescaped; ///< the string with escapes that is being put together
+    QVarLengthArray<ushort, 128> m_unescaped; ///< a string with escapes, while it is read
 
     // The number in m_knownKeys, from 1, of the key that was last met in a bucket; 0 for none.
     enum { KeyBuckets = 128 };
