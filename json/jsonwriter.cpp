@@ -125,9 +125,11 @@ public:
         putSpaces(count);
     }
 
-    void appendLineFeed(int indentation)
+    void appendLineFeed(int indentation, bool afterComma)
     {
-        reserve(qMax(indentation, 0) + 9);
+        reserve(qMax(indentation, 0) + 10);
+        if (afterComma)
+            *m_out++ = ',';
         *m_out++ = '\n';
         putSpaces(indentation);
     }
@@ -295,6 +297,7 @@ private:
     void openArray(const QVariantList &list);
     void close();
     void printLineFeed();
+    void startEntry(bool isFirst);
 
     const Layout m_layout;
     const int m_indentStep;
@@ -312,7 +315,15 @@ bool isContainer(int type)
 inline void Printer::printLineFeed()
 {
     if (m_layout == Indented)
-        m_text.appendLineFeed(m_indentation);
+        m_text.appendLineFeed(m_indentation, false);
+}
+
+inline void Printer::startEntry(bool isFirst)
+{
+    if (m_layout == Indented)
+        m_text.appendLineFeed(m_indentation, !isFirst);
+    else if (!isFirst)
+        m_text.append(',');
 }
 
 QByteArray Printer::print(const QVariant &root)
@@ -345,9 +356,7 @@ void Printer::printEntries()
 void Printer::printMember(Level &level)
 {
     const QVariantMap::const_iterator member = level.member++;
-    if (level.index++ > 0)
-        m_text.append(',');
-    printLineFeed();
+    startEntry(level.index++ == 0);
     printString(member.key());
     m_text.append(':');
     const int type = member.value().userType();
@@ -359,9 +368,7 @@ void Printer::printMember(Level &level)
 void Printer::printElement(Level &level)
 {
     const QVariant &element = level.list.at(level.index);
-    if (level.index++ > 0)
-        m_text.append(',');
-    printLineFeed();
+    startEntry(level.index++ == 0);
     printValue(element.userType(), element);
 }
 
