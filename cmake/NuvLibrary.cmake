@@ -3,6 +3,7 @@
 include(GenerateExportHeader)
 
 add_library(nuvlaunchersupport SHARED)
+add_library(NuvLauncherSupport::NuvLauncherSupport ALIAS nuvlaunchersupport)
 set_target_properties(nuvlaunchersupport PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
