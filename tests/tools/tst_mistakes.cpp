@@ -1,0 +1,198 @@
+#include "tests/support/temporarydir.h"
+#include "tests/support/testmain.h"
+
+#include "json/jsonparser.h"
+#include "tests/tools/mistakes.h"
+#include "tools/nuv-apps-config/analysis.h"
+#include "tools/nuv-apps-config/rules.h"
+
+/// Every mistake that is planted must be found on its line and column, by its own rule, and nothing
+/// else with it.
+class tst_Mistakes : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanFilesGiveNothing();
+    void severalMistakesAreFoundTogether();
+    void whatIsMissingAtTheEndIsNotReportedTwice();
+    void certificatesAreExamined_data();
+    void certificatesAreExamined();
+    void plantedMistakesAreFound_data();
+    void plantedMistakesAreFound();
+
+private:
+    std::unique_ptr<Analysis> analyseHere(const QByteArray &bytes) const
+    {
+        return analyse(QLatin1String("test"), bytes, m_folder.path());
+    }
+
+    TemporaryDir m_folder;
+};
+
+namespace {
+
+// Without optimisation a pass takes twenty times as long.
+#ifdef NDEBUG
+const int Repetitions = 4;
+#else
+const int Repetitions = 1;
+#endif
+
+QByteArray describe(const Analysis &analysis)
+{
+    QByteArray text;
+    for (const Finding &finding : analysis.findings.all()) {
+        const Place place = analysis.source.place(finding.offset);
+        text += QByteArray::number(place.line) + ':' + QByteArray::number(place.column) + ' '
+            + finding.rule + '\n';
+    }
+    return text;
+}
+
+} // namespace
+
+// The certificate that the configurations name.
+void tst_Mistakes::initTestCase()
+{
+    const QString samples =
+        QLatin1String(SOURCE_FOLDER "/tools/nuv-apps-config/samples/certificates/");
+    for (const char *name : { "device.pem", "device.key", "other.key", "encrypted.key",
+                              "expired.pem", "nothing.pem" }) {
+        const QString target = m_folder.filePath(QLatin1String(name));
+        QVERIFY(QFile::copy(samples + QLatin1String(name), target));
+        QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner));
+    }
+}
+
+void tst_Mistakes::cleanFilesGiveNothing()
+{
+    for (const QByteArray &bytes : Mistakes::configurations())
+        QCOMPARE(describe(*analyseHere(bytes)), QByteArray());
+    QVERIFY(Mistakes::configurations().first().count('\n') >= 20);
+    QVERIFY(Mistakes::configurations().last().count('\n') >= 1500);
+}
+
+void tst_Mistakes::severalMistakesAreFoundTogether()
+{
+    const QByteArray bytes = "{\n"
+                             "    // the device\n"
+                             "    \"Global\": { \"Version\": 1, },\n"
+                             "    \"Applications\": [\n"
+                             "        {\n"
+                             "            'Tag': \"tv\",\n"
+                             "            \"Url\": \"http://tv.example/,\n"
+                             "            \"UseWebGL\": True,\n"
+                             "            \"Scale\": 150\n"
+                             "            Frameless: true,\n"
+                             "            \"Certificate\": {\n"
+                             "                \"Path\": \"device.pem\"\n"
+                             "            ,\n"
+                             "            \"StartMaximized\": true\n"
+                             "        },\n"
+                             "        { \"Tag\" \"menu\", \"url\": \"x\" }\n"
+                             "\n"
+                             "}\n";
+    QCOMPARE(describe(*analyseHere(bytes)),
+             QByteArray("2:5 comment\n"
+                        "3:29 trailing-comma\n"
+                        "6:13 single-quotes\n"
+                        "7:20 unterminated-string\n"
+                        "8:25 wrong-keyword\n"
+                        "9:22 out-of-range\n"
+                        "9:25 missing-comma\n"
+                        "10:13 unquoted-key\n"
+                        "13:13 missing-closing-brace\n"
+                        "16:16 missing-colon\n"
+                        "16:25 unknown-key\n"
+                        "18:1 missing-closing-bracket\n"));
+}
+
+void tst_Mistakes::whatIsMissingAtTheEndIsNotReportedTwice()
+{
+    QCOMPARE(describe(*analyseHere("{")), QByteArray("1:2 missing-closing-brace\n"));
+    QCOMPARE(
+        describe(*analyseHere("{ \"Global\": { \"Version\": 1 },\n  \"Applications\": [\n    {\n")),
+        QByteArray("4:1 missing-closing-brace\n4:1 missing-closing-bracket\n"
+                   "4:1 missing-closing-brace\n"));
+}
+
+void tst_Mistakes::certificatesAreExamined_data()
+{
+    QTest::addColumn<QByteArray>("path");
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<QByteArray>("passPhrase");
+    QTest::addColumn<QByteArray>("found");
+    const auto row = [](const char *name, const char *path, const char *key, const char *passPhrase,
+                        const char *found) {
+        QTest::newRow(name) << QByteArray(path) << QByteArray(key) << QByteArray(passPhrase)
+                            << QByteArray(found);
+    };
+    row("a pair", "device.pem", "device.key", "", "");
+    row("a pair with an encrypted key", "device.pem", "encrypted.key", "correct horse", "");
+    row("an encrypted key without a pass phrase", "device.pem", "encrypted.key", "",
+        "4:15 wrong-pass-phrase\n");
+    row("a wrong pass phrase", "device.pem", "encrypted.key", "wrong", "5:15 wrong-pass-phrase\n");
+    row("the key of another", "device.pem", "other.key", "", "4:15 certificate-mismatch\n");
+    row("an expired certificate", "expired.pem", "device.key", "", "3:9 certificate-expired\n");
+    row("the two exchanged", "device.key", "device.pem", "",
+        "3:9 certificate-invalid\n4:15 certificate-invalid\n");
+    row("no certificate", "nothing.pem", "device.key", "", "3:9 certificate-invalid\n");
+    row("a missing key", "device.pem", "none.key", "", "4:15 certificate-missing\n");
+    row("a folder", ".", "device.key", "", "3:9 certificate-unreadable\n");
+    row("an empty path", "", "device.key", "", "3:9 certificate-missing\n");
+}
+
+void tst_Mistakes::certificatesAreExamined()
+{
+    QFETCH(QByteArray, path);
+    QFETCH(QByteArray, key);
+    QFETCH(QByteArray, passPhrase);
+    QByteArray bytes = "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ { \"Tag\": \"tv\",\n"
+                       "\"Certificate\": {\n\"Path\": \""
+        + path + "\",\n\"PrivateKey\": \"" + key + '"';
+    if (!passPhrase.isEmpty())
+        bytes += ",\n\"PassPhrase\": \"" + passPhrase + '"';
+    QTEST(describe(*analyseHere(bytes + " } } ] }")), "found");
+}
+
+void tst_Mistakes::plantedMistakesAreFound_data()
+{
+    QTest::addColumn<int>("kind");
+    QCOMPARE(Mistakes::syntaxKinds().size(), 17);
+    QVERIFY(Mistakes::meaningKinds().size() >= 25);
+    const QList<Mistakes::Kind> kinds = Mistakes::syntaxKinds() + Mistakes::meaningKinds();
+    for (int i = 0; i < kinds.size(); ++i)
+        QTest::newRow(kinds.at(i).name) << i;
+}
+
+void tst_Mistakes::plantedMistakesAreFound()
+{
+    QFETCH(int, kind);
+    const Mistakes::Kind mistake = (Mistakes::syntaxKinds() + Mistakes::meaningKinds()).at(kind);
+    const bool isSyntax = kind < Mistakes::syntaxKinds().size();
+    std::mt19937 engine(7);
+    int planted = 0;
+    for (const QByteArray &clean : Mistakes::configurations()) {
+        for (int i = 0; i < Repetitions; ++i) {
+            Mistakes::Planted file = { clean, mistake.rule, 0, isSyntax };
+            if (!mistake.plant(&file, engine))
+                continue;
+            ++planted;
+            const std::unique_ptr<Analysis> analysis = analyseHere(file.bytes);
+            const Place place = analysis->source.place(file.offset);
+            const QByteArray expected = QByteArray::number(place.line) + ':'
+                + QByteArray::number(place.column) + ' ' + mistake.rule + '\n';
+            QCOMPARE(describe(*analysis), expected);
+
+            QString error;
+            parseJson(file.bytes, &error);
+            QCOMPARE(!error.isEmpty(), file.isError);
+        }
+    }
+    QVERIFY(planted >= Repetitions);
+}
+
+NUV_TEST_MAIN(tst_Mistakes)
+#include "tst_mistakes.moc"

@@ -1,0 +1,268 @@
+#include "tests/support/appconfigproperties.h"
+#include "tests/support/temporarydir.h"
+#include "tests/support/testmain.h"
+
+#include "config/webappsettings.h"
+#include "tools/nuv-apps-config/analysis.h"
+#include "tools/nuv-apps-config/commands.h"
+#include "tools/nuv-apps-config/documents.h"
+#include "tools/nuv-apps-config/reference.h"
+
+#include <QDirIterator>
+#include <QJsonDocument>
+#include <QRegularExpression>
+#include <QSet>
+
+/// The table of properties, the library and the launcher speak of the same properties, and what is
+/// made from the tables is what the tables say.
+class tst_Tables : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theTableHasThePropertiesOfTheLibrary();
+    void theTableHasThePropertiesOfTheLauncher();
+    void everyRowIsDescribed();
+    void everyExampleIsAValueOfItsKind();
+    void everyRuleHasItsSample_data();
+    void everyRuleHasItsSample();
+    void everyRuleInTheSourcesIsInTheTable();
+    void committedDocumentsAreUpToDate_data();
+    void committedDocumentsAreUpToDate();
+    void samplesInTheDocumentsAreClean();
+    void everyCommandAndOptionIsDocumented_data();
+    void everyCommandAndOptionIsDocumented();
+    void theTemplateLoads();
+    void theTemplateNamesEveryProperty();
+};
+
+namespace {
+
+QByteArray contentsOf(const char *path)
+{
+    QFile file(QLatin1String(SOURCE_FOLDER "/") + QLatin1String(path));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList rulesFoundIn(const QByteArray &bytes, const QString &folder)
+{
+    QStringList rules;
+    const std::unique_ptr<Analysis> analysis = analyse(QLatin1String("test"), bytes, folder);
+    for (const Finding &finding : analysis->findings.all())
+        rules.append(QLatin1String(finding.rule));
+    return rules;
+}
+
+// The texts between ```json and ```.
+QList<QByteArray> samplesIn(const QByteArray &page)
+{
+    QList<QByteArray> samples;
+    const QByteArray begin = "```json\n";
+    for (int at = page.indexOf(begin); at >= 0; at = page.indexOf(begin, at + 1)) {
+        const int from = at + begin.size();
+        samples.append(page.mid(from, page.indexOf("```", from) - from));
+    }
+    return samples;
+}
+
+} // namespace
+
+void tst_Tables::theTableHasThePropertiesOfTheLibrary()
+{
+    QSet<QString> ours;
+    for (const Property &property : Properties::all()) {
+        if (property.property)
+            ours.insert(QLatin1String(property.property));
+    }
+    QSet<QString> theirs;
+    for (const AppConfigProperty &property : appConfigProperties) {
+        theirs.insert(QLatin1String(property.name));
+        const Property *row = Properties::findProperty(QLatin1String(property.name));
+        QVERIFY2(row, property.name);
+        const QString prefix = row->section == Section::Certificate ? QLatin1String("Certificate/")
+                                                                    : QLatin1String("");
+        QCOMPARE(prefix + QLatin1String(row->key), QString(QLatin1String(property.inFile)));
+    }
+    QCOMPARE(ours.size(), 42);
+    QCOMPARE(ours, theirs);
+}
+
+void tst_Tables::theTableHasThePropertiesOfTheLauncher()
+{
+    const QString source = QString::fromUtf8(contentsOf("examples/launcher/viewsettings.cpp"));
+    const QRegularExpression row(QLatin1String("\\{ \"(\\w+)\",\\s*&AppConfig::get(\\w+)"));
+    QSet<QString> names;
+    QRegularExpressionMatchIterator it = row.globalMatch(source);
+    while (it.hasNext()) {
+        const QRegularExpressionMatch match = it.next();
+        QCOMPARE(match.captured(1), match.captured(2));
+        QVERIFY2(Properties::findProperty(match.captured(1)), qPrintable(match.captured(1)));
+        names.insert(match.captured(1));
+    }
+    QCOMPARE(names.size(), 42);
+}
+
+void tst_Tables::everyRowIsDescribed()
+{
+    for (const Property &property : Properties::all()) {
+        const QString description = QLatin1String(property.description);
+        QVERIFY2(description.size() > 20 && description.endsWith(QLatin1Char('.')), property.key);
+        QVERIFY2(QLatin1String(property.whenMissing).size() > 3, property.key);
+        for (const QString &need : Properties::needed(property))
+            QVERIFY2(Properties::findProperty(need), property.key);
+    }
+}
+
+void tst_Tables::everyExampleIsAValueOfItsKind()
+{
+    for (const Property &property : Properties::all()) {
+        QByteArray members = QByteArray("\"") + property.key + "\": " + property.example;
+        const QByteArray version = "\"Version\": 1";
+        const QByteArray tag = "\"Tag\": \"tv\"";
+        QByteArray global = version;
+        QByteArray application = tag;
+        QByteArray document;
+        if (property.section == Section::Document)
+            document = members;
+        else if (property.section == Section::Global)
+            global = qstrcmp(property.key, "Version") == 0 ? members : version + ", " + members;
+        else if (property.section == Section::Application)
+            application = qstrcmp(property.key, "Tag") == 0 ? members : tag + ", " + members;
+        if (document.isEmpty())
+            document = "\"Global\": {" + global + "}, \"Applications\": [ {" + application + "} ]";
+        for (const QString &rule : rulesFoundIn('{' + document + '}', QLatin1String("/nowhere")))
+            QVERIFY2(rule != QLatin1String("wrong-kind") && !rule.endsWith(QLatin1String("range")),
+                     property.key);
+    }
+}
+
+void tst_Tables::everyRuleHasItsSample_data()
+{
+    QTest::addColumn<QString>("id");
+    for (const Rule &rule : Rules::all())
+        QTest::newRow(rule.id) << QString(QLatin1String(rule.id));
+}
+
+// Of itself alone: that everyone can read a key is a matter of the file system.
+void tst_Tables::everyRuleHasItsSample()
+{
+    QFETCH(QString, id);
+    const QString folder = QLatin1String(SOURCE_FOLDER "/tools/nuv-apps-config/samples");
+    if (id == QLatin1String("no-file") || id == QLatin1String("certificate-unexamined"))
+        return; // nothing that a file could show
+    QFile file(folder + QLatin1Char('/') + id + QLatin1String(".json"));
+    QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.fileName()));
+    const QByteArray bytes = file.readAll();
+    QCOMPARE(Rules::sample(*Rules::lookUp(id)), bytes);
+
+    TemporaryDir copy;
+    QVERIFY(QDir().mkdir(copy.filePath(QLatin1String("certificates"))));
+    const QDir certificates(folder + QLatin1String("/certificates"));
+    for (const QString &name : certificates.entryList(QDir::Files)) {
+        const QString target = copy.filePath(QLatin1String("certificates/") + name);
+        QVERIFY(QFile::copy(certificates.filePath(name), target));
+        QFile::Permissions mode = QFile::ReadOwner | QFile::WriteOwner;
+        if (id == QLatin1String("key-readable-by-all"))
+            mode |= QFile::ReadOther;
+        QVERIFY(QFile::setPermissions(target, mode));
+    }
+    QCOMPARE(rulesFoundIn(bytes, copy.path()), QStringList(id));
+}
+
+void tst_Tables::everyRuleInTheSourcesIsInTheTable()
+{
+    QDirIterator it(QLatin1String(SOURCE_FOLDER "/tools/nuv-apps-config"),
+                    QStringList(QLatin1String("*.cpp")));
+    const QRegularExpression use(
+        QLatin1String("(?:add|error|addAtKey)\\((?:findings, )?\"([a-z-]+)\","));
+    QSet<QString> used;
+    while (it.hasNext()) {
+        QFile file(it.next());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QRegularExpressionMatchIterator match = use.globalMatch(QString::fromUtf8(file.readAll()));
+        while (match.hasNext())
+            used.insert(match.next().captured(1));
+    }
+    QVERIFY(used.size() > 30);
+    for (const QString &id : used)
+        QVERIFY2(Rules::lookUp(id), qPrintable(id));
+}
+
+void tst_Tables::committedDocumentsAreUpToDate_data()
+{
+    QTest::addColumn<int>("index");
+    for (int i = 0; i < int(generatedFiles().size()); ++i)
+        QTest::newRow(generatedFiles()[size_t(i)].path) << i;
+}
+
+void tst_Tables::committedDocumentsAreUpToDate()
+{
+    QFETCH(int, index);
+    const GeneratedFile &file = generatedFiles()[size_t(index)];
+    QVERIFY2(contentsOf(file.path) == file.make(), "run: cmake --build BUILD --target documents");
+}
+
+void tst_Tables::samplesInTheDocumentsAreClean()
+{
+    for (const char *page : { "docs/configuration.md", "README.md" }) {
+        const QList<QByteArray> samples = samplesIn(contentsOf(page));
+        QVERIFY2(!samples.isEmpty(), page);
+        for (const QByteArray &sample : samples)
+            QCOMPARE(rulesFoundIn(sample, QLatin1String("/nowhere")), QStringList());
+    }
+}
+
+void tst_Tables::everyCommandAndOptionIsDocumented_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("help") << Commands::help(nullptr).toUtf8();
+    QTest::newRow("manual") << contentsOf("tools/nuv-apps-config/man/nuv-apps-config.1")
+                                   .replace("\\-", "-")
+                                   .replace("\\fB", "");
+    QTest::newRow("bash") << contentsOf("tools/nuv-apps-config/completions/nuv-apps-config.bash");
+    QTest::newRow("zsh") << contentsOf("tools/nuv-apps-config/completions/_nuv-apps-config");
+    QTest::newRow("fish") << contentsOf("tools/nuv-apps-config/completions/nuv-apps-config.fish")
+                                 .replace(" -l ", " --");
+}
+
+void tst_Tables::everyCommandAndOptionIsDocumented()
+{
+    QFETCH(QByteArray, text);
+    for (const Command &command : Commands::all()) {
+        const QRegularExpression word(
+            QString(QLatin1String("\\b%1\\b")).arg(QLatin1String(command.name)));
+        QVERIFY2(QString::fromUtf8(text).contains(word), command.name);
+    }
+    for (const Option &option : Commands::options())
+        QVERIFY2(text.contains(QByteArray("--") + option.name), option.name);
+}
+
+void tst_Tables::theTemplateLoads()
+{
+    TemporaryDir folder;
+    const QByteArray bytes = Reference::startingConfiguration();
+    const QString path = folder.write(QLatin1String("AppsConfig.json"), bytes);
+    QCOMPARE(rulesFoundIn(bytes, folder.path()), QStringList());
+
+    qputenv("NUV_APPS_CONFIG_FILE", path.toLatin1());
+    AppConfig config;
+    QVERIFY(getWebAppSettings()->getAppConfig(QLatin1String("tv"), config));
+    QCOMPARE(config.getUrl(), QVariant(QLatin1String("http://tv.example/")));
+    QCOMPARE(config.getScale(), QVariant(1.5));
+    QCOMPARE(config.getGrantBroadcastAccessRightDomains().toStringList(),
+             QStringList(QLatin1String("broadcaster.example")));
+    int configured = 0;
+    for (const AppConfigProperty &property : appConfigProperties)
+        configured += (config.*property.get)().isValid();
+    QCOMPARE(configured, 42 - 10); // the others stand there as remarks
+}
+
+void tst_Tables::theTemplateNamesEveryProperty()
+{
+    const QByteArray bytes = Reference::startingConfiguration();
+    for (const Property &property : Properties::all())
+        QVERIFY2(bytes.contains(property.key), property.key);
+}
+
+NUV_TEST_MAIN(tst_Tables)
+#include "tst_tables.moc"

@@ -1,0 +1,54 @@
+#ifndef BRACKETS_H
+#define BRACKETS_H
+
+#include "tools/nuv-apps-config/finding.h"
+#include "tools/nuv-apps-config/sourcetext.h"
+
+#include <vector>
+
+/// Finds out which bracket was never closed, and where its closing one should stand.
+///
+/// A missing bracket is noticed long behind its place, since the next closing one serves for it. The
+/// indentation tells more: the first bracket that closes one from a line of another indentation closed
+/// the wrong one.
+class Brackets
+{
+public:
+    explicit Brackets(const SourceText &source) : m_source(source) {}
+
+    void beginPass();
+    void open(int offset, int code);
+
+    /// The innermost bracket is closed; by one that stands in the file, or by one that was put in.
+    void close(int offset, bool isInFile);
+
+    /// Notes that a closing bracket is missing, at `fallback` at the latest. `code` is its token.
+    /// Returns false when that would lead nowhere.
+    bool insertMissing(int fallback, int code);
+
+    /// The token of the bracket that is to be put in before the token at `offset`, -1 for none.
+    int take(int offset);
+
+    void report(Findings &findings) const;
+
+private:
+    struct Opened {
+        int offset;
+        int code;
+    };
+    struct Inserted {
+        int offset; ///< where the closing one belongs
+        int code; ///< its token
+        int opened; ///< what it closes
+        bool isTaken;
+    };
+
+    int placeByIndentation(int opened, int fallback) const;
+
+    const SourceText &m_source;
+    std::vector<Opened> m_open;
+    std::vector<Inserted> m_inserted;
+    Opened m_suspect = Opened { -1, 0 }; ///< closed by a bracket of another indentation
+};
+
+#endif // BRACKETS_H

@@ -1,0 +1,121 @@
+#include "tools/nuv-apps-config/certificaterules.h"
+
+#include "tools/nuv-apps-config/certificates.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+QString text(const char *latin1)
+{
+    return QLatin1String(latin1);
+}
+
+void add(Findings &findings, const char *rule, const Node &place, const QString &what,
+         const QString &hint = QString())
+{
+    findings.add(rule, place.begin, place.length(), what, hint);
+}
+
+// The node of a member that is a text; null for any other.
+const Node *textMember(const Document &document, const Node &object, const char *key)
+{
+    const Node::Child *member = document.member(object, text(key));
+    return member && document.at(*member).type == Node::Text ? &document.at(*member) : nullptr;
+}
+
+// Returns false, and says why, when the file cannot be had.
+bool read(const Node &path, const QString &folder, QByteArray *bytes, Findings &findings)
+{
+    const qint64 largest = 4 * 1024 * 1024;
+    const QString name = QDir(folder).absoluteFilePath(path.value.toString());
+    const QFileInfo info(name);
+    if (path.value.toString().isEmpty() || !info.exists()) {
+        add(findings, "certificate-missing", path,
+            text("there is no file ") + QDir::cleanPath(name));
+        return false;
+    }
+    QFile file(name);
+    if (info.isDir() || !file.open(QIODevice::ReadOnly)) {
+        add(findings, "certificate-unreadable", path,
+            info.isDir()
+                ? name + text(" is a folder")
+                : QString(QLatin1String("%1 cannot be read: %2")).arg(name, file.errorString()));
+        return false;
+    }
+    *bytes = file.read(largest);
+    return true;
+}
+
+void checkMode(const Node &path, const QString &folder, Findings &findings)
+{
+    const QString name = QDir(folder).absoluteFilePath(path.value.toString());
+    if (QFileInfo(name).permission(QFile::ReadOther))
+        add(findings, "key-readable-by-all", path, text("everyone can read this private key"),
+            text("chmod go-r ") + path.value.toString());
+}
+
+// Returns false when the certificate cannot be compared with a key.
+bool checkCertificate(const Node &path, const QByteArray &bytes, Findings &findings)
+{
+    const Certificates::Certificate certificate = Certificates::readCertificate(bytes);
+    if (!certificate.isValid) {
+        add(findings, "certificate-invalid", path,
+            text("the file holds no certificate in PEM form"),
+            certificate.isBinary ? text("it is in DER form: openssl x509 -inform der -out FILE.pem")
+                                 : QString());
+        return false;
+    }
+    if (certificate.isExpired || certificate.isTooEarly)
+        add(findings, "certificate-expired", path,
+            certificate.isExpired ? text("the certificate has expired")
+                                  : text("the certificate is not valid yet"));
+    return true;
+}
+
+void checkKey(const Node &path, const QByteArray &key, const Node *passPhrase,
+              const QByteArray &certificate, bool canCompare, Findings &findings)
+{
+    const QByteArray phrase = passPhrase ? passPhrase->value.toString().toUtf8() : QByteArray();
+    const Certificates::KeyState state = Certificates::readKey(key, phrase);
+    if (state == Certificates::NoKey)
+        add(findings, "certificate-invalid", path,
+            text("the file holds no private key in PEM form"));
+    else if (state == Certificates::WrongPassPhrase)
+        add(findings, "wrong-pass-phrase", passPhrase ? *passPhrase : path,
+            passPhrase ? text("the private key cannot be opened with this pass phrase")
+                       : text("the private key is encrypted, and there is no \"PassPhrase\""));
+    else if (canCompare && !Certificates::belongTogether(certificate, key, phrase))
+        add(findings, "certificate-mismatch", path,
+            text("this private key does not belong to the certificate"));
+}
+
+} // namespace
+
+void CertificateRules::check(const Document &document, const Node &certificate,
+                             const QString &folder, Findings &findings)
+{
+    const Node *path = textMember(document, certificate, "Path");
+    const Node *keyPath = textMember(document, certificate, "PrivateKey");
+    if (!path)
+        return;
+    QByteArray certificateBytes;
+    QByteArray keyBytes;
+    const bool hasCertificate = read(*path, folder, &certificateBytes, findings);
+    const bool hasKey = keyPath && read(*keyPath, folder, &keyBytes, findings);
+    if (hasKey)
+        checkMode(*keyPath, folder, findings);
+    if (!hasCertificate && !hasKey)
+        return;
+    if (!Certificates::areAvailable()) {
+        add(findings, "certificate-unexamined", *path,
+            text("no OpenSSL library was found to look into the file"));
+        return;
+    }
+    const bool canCompare = hasCertificate && checkCertificate(*path, certificateBytes, findings);
+    if (hasKey)
+        checkKey(*keyPath, keyBytes, textMember(document, certificate, "PassPhrase"),
+                 certificateBytes, canCompare, findings);
+}

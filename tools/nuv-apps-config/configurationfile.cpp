@@ -1,0 +1,97 @@
+#include "tools/nuv-apps-config/configurationfile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cstdio>
+
+namespace {
+
+const char Variable[] = "NUV_APPS_CONFIG_FILE";
+const char Fallback[] = "AppsConfig.json";
+
+QString text(const char *latin1)
+{
+    return QLatin1String(latin1);
+}
+
+// The library reads the variable as Latin-1.
+QString named()
+{
+    return QString::fromLatin1(qgetenv(Variable).constData());
+}
+
+QString whyNotNamed()
+{
+    if (named().isEmpty())
+        return text("NUV_APPS_CONFIG_FILE is not set");
+    const QString why =
+        text("NUV_APPS_CONFIG_FILE names ") + named() + text(", which does not exist");
+    return QFile::exists(QFile::decodeName(qgetenv(Variable)))
+        ? why + text(" (the library reads the name as Latin-1)")
+        : why;
+}
+
+bool readAll(QFile &file, QByteArray *bytes, QString *error)
+{
+    *bytes = file.read(ConfigurationFile::LargestFile + 1);
+    if (file.error() != QFile::NoError) {
+        *error = file.errorString();
+        return false;
+    }
+    if (bytes->size() > ConfigurationFile::LargestFile) {
+        *error = text("larger than 256 MiB, which is no configuration");
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+ConfigurationFile::Choice ConfigurationFile::choice()
+{
+    Choice found;
+    if (QFile::exists(named())) {
+        found.path = named();
+        found.why = text("named by NUV_APPS_CONFIG_FILE");
+        return found;
+    }
+    if (QFile::exists(text(Fallback))) {
+        found.path = text(Fallback);
+        found.why = text("in the working directory, as ") + whyNotNamed();
+        return found;
+    }
+    found.why = whyNotNamed() + text(", and there is no AppsConfig.json in ") + QDir::currentPath();
+    return found;
+}
+
+QString ConfigurationFile::standardInput()
+{
+    return text("-");
+}
+
+bool ConfigurationFile::read(const QString &name, QByteArray *bytes, QString *error)
+{
+    QFile file(name);
+    if (name == standardInput()) {
+        if (file.open(stdin, QIODevice::ReadOnly))
+            return readAll(file, bytes, error);
+        *error = file.errorString();
+        return false;
+    }
+    if (QFileInfo(name).isDir()) {
+        *error = text("a folder");
+        return false;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        *error = file.errorString();
+        return false;
+    }
+    return readAll(file, bytes, error);
+}
+
+QString ConfigurationFile::folderOf(const QString &name)
+{
+    return name == standardInput() ? QDir::currentPath() : QFileInfo(name).absolutePath();
+}

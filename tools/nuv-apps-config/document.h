@@ -1,0 +1,52 @@
+#ifndef DOCUMENT_H
+#define DOCUMENT_H
+
+#include <QString>
+#include <QVariant>
+
+#include <vector>
+
+/// A value of the file and where it stands.
+struct Node {
+    enum Type { Null, Bool, Number, Text, Object, Array, Missing };
+
+    struct Child {
+        int node; ///< its index in the document
+        int keyBegin; ///< of members only
+        int keyEnd;
+        QString key;
+    };
+
+    Type type = Missing;
+    int begin = 0;
+    int end = 0;
+    QVariant value; ///< as the library has it; of scalars only
+    std::vector<Child> children;
+
+    bool isContainer() const { return type == Object || type == Array; }
+    int length() const { return end - begin; }
+};
+
+/// A whole file, as far as it could be read: a tree in one list.
+struct Document {
+    std::vector<Node> nodes;
+    int root = -1; ///< none
+    int depth = 0;
+
+    bool isEmpty() const { return root < 0; }
+    const Node &at(const Node::Child &child) const { return nodes[size_t(child.node)]; }
+    const Node &rootNode() const { return nodes[size_t(root)]; }
+
+    /// The member of `object` with that key that survives in the flat keys: the first of the text.
+    /// Null when there is none.
+    const Node::Child *member(const Node &object, const QString &key) const
+    {
+        for (const Node::Child &child : object.children) {
+            if (object.type == Node::Object && child.key == key)
+                return &child;
+        }
+        return nullptr;
+    }
+};
+
+#endif // DOCUMENT_H

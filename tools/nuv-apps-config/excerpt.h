@@ -1,0 +1,18 @@
+#ifndef EXCERPT_H
+#define EXCERPT_H
+
+#include "tools/nuv-apps-config/secrets.h"
+#include "tools/nuv-apps-config/sourcetext.h"
+
+/// A line of the source as it may be shown, and where in it the caret goes.
+struct Excerpt {
+    QString line;
+    int caret = 0; ///< from 0
+    int width = 1; ///< of what is marked
+};
+
+/// Secrets in the line are masked, unless `secrets` is null. Of a long line the part around `offset`
+/// is given.
+Excerpt makeExcerpt(const SourceText &source, int offset, int length, const SecretRanges *secrets);
+
+#endif // EXCERPT_H

@@ -1,0 +1,53 @@
+#ifndef FINDING_H
+#define FINDING_H
+
+#include <QString>
+
+#include <vector>
+
+enum class Severity { Note, Warning, Error };
+
+/// A further place that explains a finding.
+struct Remark {
+    int offset;
+    QString text;
+};
+
+struct Finding {
+    const char *rule; ///< its id in the table of rules
+    Severity severity;
+    int offset; ///< into the file; -1 for the file as a whole
+    int length;
+    QString text;
+    QString hint; ///< may be empty
+    std::vector<Remark> remarks;
+};
+
+/// What was found in one file.
+class Findings
+{
+public:
+    /// Adds a finding with the severity that its rule has. The reference is good until the next one.
+    Finding &add(const char *rule, int offset, int length, const QString &text,
+                 const QString &hint = QString());
+
+    const std::vector<Finding> &all() const { return m_all; }
+    bool has(const char *rule) const;
+    bool hasSyntaxError() const;
+    int count(Severity severity) const;
+
+    /// In the order of the text, each only once.
+    void sort();
+
+    /// As many as anybody can read. What comes later is counted, but not kept.
+    static const int Limit = 1000;
+    bool isFull() const { return int(m_all.size()) >= Limit; }
+    int dropped() const { return m_dropped; }
+
+private:
+    std::vector<Finding> m_all;
+    int m_dropped = 0;
+    Finding m_ignored = Finding();
+};
+
+#endif // FINDING_H

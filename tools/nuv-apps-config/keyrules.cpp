@@ -1,0 +1,165 @@
+#include "tools/nuv-apps-config/keyrules.h"
+
+#include "tools/nuv-apps-config/spelling.h"
+
+#include <QHash>
+
+namespace {
+
+// The loader makes about a million elements in a second, on a fast machine.
+const double LargestSize = 100000;
+
+const int DeepestNesting = 1000;
+
+QString text(const char *latin1)
+{
+    return QLatin1String(latin1);
+}
+
+QString quoted(const QString &name)
+{
+    return QLatin1Char('"') + name + QLatin1Char('"');
+}
+
+Finding &addAtKey(Findings &findings, const char *rule, const Node::Child &member,
+                  const QString &what, const QString &hint = QString())
+{
+    return findings.add(rule, member.keyBegin, member.keyEnd - member.keyBegin, what, hint);
+}
+
+void checkSlash(const Node::Child &member, Findings &findings)
+{
+    if (member.key.contains(QLatin1Char('/')))
+        addAtKey(findings, "slash-in-key", member,
+                 text("a / in a key moves the keys behind it to other places in the flat settings"),
+                 text("choose a key without /; a remark may stand in \"_comment\""));
+}
+
+void checkSize(const Node::Child &member, const Node &value, Findings &findings)
+{
+    const bool isSize = member.key == QLatin1String("size");
+    if (!isSize && !member.key.endsWith(QLatin1String("/size")))
+        return;
+    const double size =
+        value.type == Node::Number || value.type == Node::Text ? value.value.toDouble() : 0;
+    if (size > LargestSize)
+        findings.add("huge-size", value.begin, value.length(),
+                     text("the loader would ask for that many elements, and be busy for minutes"),
+                     text("remove the key"));
+    else if (isSize)
+        addAtKey(findings, "size-key", member,
+                 text("\"size\" counts the elements of an array in the flat settings"),
+                 text("choose another key"));
+}
+
+QString fateOfDuplicate(const Node &first, const Node &later)
+{
+    if (first.type == Node::Object && later.type == Node::Object)
+        return text("the two objects are merged, and the earlier values survive");
+    if (first.type == Node::Array && later.type == Node::Array)
+        return text("the two arrays are merged element by element, and the earlier size survives");
+    if (first.isContainer() || later.isContainer())
+        return text("the flat settings get the keys of both");
+    return text("the earlier value survives, this one is lost");
+}
+
+void checkDuplicates(const Document &document, const Node &object, Findings &findings)
+{
+    QHash<QString, const Node::Child *> known;
+    known.reserve(int(object.children.size()));
+    for (const Node::Child &member : object.children) {
+        if (!KeyRules::isKey(member))
+            continue;
+        const Node::Child *&first = known[member.key];
+        if (!first) {
+            first = &member;
+            continue;
+        }
+        if (Properties::isPassed(member.key))
+            continue;
+        addAtKey(
+            findings, "duplicate-key", member,
+            QString(QLatin1String("the key %1 stands twice in one object: %2"))
+                .arg(quoted(member.key), fateOfDuplicate(document.at(*first), document.at(member))))
+            .remarks.push_back(Remark { first->keyBegin, text("the earlier one is here") });
+    }
+}
+
+// The section that reads the key; null when none does.
+const Property *elsewhere(const QString &key)
+{
+    for (const Property &property : Properties::all()) {
+        if (key == QLatin1String(property.key)
+            || (property.property && key == QLatin1String(property.property)))
+            return &property;
+    }
+    return nullptr;
+}
+
+QStringList keysOf(Section section)
+{
+    QStringList keys;
+    for (const Property *property : Properties::of(section))
+        keys.append(QLatin1String(property->key));
+    return keys;
+}
+
+void reportUnknown(const Node::Child &member, Section section, Findings &findings)
+{
+    const QString nearest = Spelling::nearest(member.key, keysOf(section));
+    const bool isCaseOnly = nearest.compare(member.key, Qt::CaseInsensitive) == 0;
+    QString hint;
+    if (!nearest.isEmpty())
+        hint = QString(QLatin1String("did you mean %1?")).arg(quoted(nearest));
+    if (!nearest.isEmpty() && isCaseOnly)
+        hint += text(" Keys are compared with their case");
+    addAtKey(findings, "unknown-key", member,
+             QString(QLatin1String("%1 does not know the key %2"))
+                 .arg(Properties::sectionName(section), quoted(member.key)),
+             hint);
+}
+
+} // namespace
+
+void KeyRules::checkEverywhere(const Document &document, Findings &findings)
+{
+    if (document.depth > DeepestNesting)
+        findings.add(
+            "too-deep", 0, 0,
+            QString(QLatin1String("the document is nested %1 levels deep")).arg(document.depth));
+    for (const Node &node : document.nodes) {
+        if (node.type != Node::Object)
+            continue;
+        for (const Node::Child &member : node.children) {
+            checkSlash(member, findings);
+            checkSize(member, document.at(member), findings);
+        }
+        checkDuplicates(document, node, findings);
+    }
+}
+
+bool KeyRules::isKey(const Node::Child &member)
+{
+    return member.keyEnd > member.keyBegin;
+}
+
+bool KeyRules::checkName(const Node::Child &member, Section section, Findings &findings)
+{
+    if (Properties::find(section, member.key))
+        return false;
+    const bool isReported =
+        member.key == QLatin1String("size") || member.key.contains(QLatin1Char('/'));
+    if (Properties::isPassed(member.key) || isReported)
+        return true;
+    const Property *other = elsewhere(member.key);
+    if (section == Section::Document && member.key == QLatin1String("Certificate"))
+        addAtKey(findings, "top-level-certificate", member,
+                 text("a certificate is read inside \"Global\" and inside an application only"));
+    else if (other)
+        addAtKey(findings, "misplaced-key", member,
+                 QString(QLatin1String("%1 is not read here")).arg(quoted(member.key)),
+                 QString(QLatin1String("its place is %1")).arg(Properties::place(*other)));
+    else
+        reportUnknown(member, section, findings);
+    return true;
+}

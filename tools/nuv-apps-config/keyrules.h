@@ -1,0 +1,22 @@
+#ifndef KEYRULES_H
+#define KEYRULES_H
+
+#include "tools/nuv-apps-config/document.h"
+#include "tools/nuv-apps-config/finding.h"
+#include "tools/nuv-apps-config/properties.h"
+
+/// What can be wrong with a key.
+namespace KeyRules {
+
+/// What holds for the keys of every object: no "/", no "size", none twice.
+void checkEverywhere(const Document &document, Findings &findings);
+
+/// Whether the member has a key in the file; one that was made up for a missing key has none.
+bool isKey(const Node::Child &member);
+
+/// Returns true when the section does not read the key, and says so unless it may be passed over.
+bool checkName(const Node::Child &member, Section section, Findings &findings);
+
+} // namespace KeyRules
+
+#endif // KEYRULES_H

@@ -1,0 +1,300 @@
+#include "tools/nuv-apps-config/meaning.h"
+
+#include "tools/nuv-apps-config/certificaterules.h"
+#include "tools/nuv-apps-config/keyrules.h"
+#include "tools/nuv-apps-config/properties.h"
+#include "tools/nuv-apps-config/valuerules.h"
+
+#include <QHash>
+
+namespace {
+
+QString text(const char *latin1)
+{
+    return QLatin1String(latin1);
+}
+
+QString quoted(const QString &name)
+{
+    return QLatin1Char('"') + name + QLatin1Char('"');
+}
+
+class Meaning
+{
+public:
+    Meaning(const SourceText &source, const Document &document, const QString &folder,
+            Findings &findings)
+        : m_source(source),
+          m_document(document),
+          m_folder(folder),
+          m_findings(findings),
+          m_mayLackEntries(findings.has("missing-closing-brace")
+                           || findings.has("missing-closing-bracket"))
+    {
+    }
+
+    void checkDocument();
+
+private:
+    void checkGlobal(const Node &global);
+    void checkVersion();
+    void checkApplications();
+    void checkElements(const Node &applications);
+    void checkApplication(const Node &application);
+    void checkTag(const Node &application);
+    void checkDuplicateTag(const Node &application, const Node &tag);
+    void checkDomains(const Node &domains);
+    void checkCertificate(const Node &certificate);
+    void checkNeeds(const Node &application);
+    void checkSecondNames(const Node &application);
+    void checkMembers(const Node &object, Section section);
+    void checkMember(const Node::Child &member, Section section);
+    bool mayBeOn(const Node &object, const QString &key) const;
+
+    const SourceText &m_source;
+    const Document &m_document;
+    QString m_folder;
+    Findings &m_findings;
+    bool m_mayLackEntries; ///< the file ends too early: what is missing is no finding of its own
+    QHash<QString, const Node *> m_tags; ///< where each was met first
+};
+
+void Meaning::checkDocument()
+{
+    const Node &root = m_document.rootNode();
+    if (root.type != Node::Object) {
+        m_findings.add(
+            "not-an-object", root.begin, 1, text("the document is not an object"),
+            text("begin with { \"Global\": { \"Version\": 1 }, \"Applications\": [ ] }"));
+        return;
+    }
+    KeyRules::checkEverywhere(m_document, m_findings);
+    checkMembers(root, Section::Document);
+    checkVersion();
+    if (!m_mayLackEntries)
+        checkApplications();
+}
+
+void Meaning::checkMembers(const Node &object, Section section)
+{
+    for (const Node::Child &member : object.children)
+        checkMember(member, section);
+}
+
+void Meaning::checkMember(const Node::Child &member, Section section)
+{
+    if (!KeyRules::isKey(member) || KeyRules::checkName(member, section, m_findings))
+        return;
+    const Property *property = Properties::find(section, member.key);
+    const Node &value = m_document.at(member);
+    ValueRules::check(m_source, *property, value, m_document, m_findings);
+    if (value.type == Node::Object && member.key == QLatin1String("Global"))
+        checkGlobal(value);
+    else if (value.type == Node::Object && member.key == QLatin1String("Certificate"))
+        checkCertificate(value);
+    else if (value.type == Node::Array && section == Section::Application)
+        checkDomains(value);
+    else if (value.type == Node::Array && section == Section::Document)
+        checkElements(value);
+}
+
+void Meaning::checkGlobal(const Node &global)
+{
+    checkMembers(global, Section::Global);
+}
+
+void Meaning::checkVersion()
+{
+    const Node &root = m_document.rootNode();
+    const Node::Child *global = m_document.member(root, text("Global"));
+    const QString hint = text("add \"Global\": { \"Version\": 1 }");
+    if (!global && m_mayLackEntries)
+        return;
+    if (!global) {
+        m_findings.add("no-version", root.begin, 1,
+                       text("\"Global\" with the version is missing, so no application is loaded"),
+                       hint);
+        return;
+    }
+    const Node &object = m_document.at(*global);
+    if (object.type != Node::Object)
+        return;
+    const Node::Child *member = m_document.member(object, text("Version"));
+    const bool isMissing = !member || m_document.at(*member).type == Node::Null;
+    if (isMissing && m_mayLackEntries)
+        return;
+    if (isMissing)
+        m_findings.add("no-version", object.begin, 1,
+                       text("\"Version\" is missing in \"Global\", so no application is loaded"),
+                       text("add \"Version\": 1"));
+    else
+        ValueRules::checkVersion(m_document.at(*member), m_findings);
+}
+
+void Meaning::checkApplications()
+{
+    const Node &root = m_document.rootNode();
+    const Node::Child *member = m_document.member(root, text("Applications"));
+    const QString what = text("there are no applications");
+    if (!member)
+        m_findings.add("no-applications", root.begin, 1, what, text("add \"Applications\": [ ]"));
+    else if (m_document.at(*member).type == Node::Array && m_document.at(*member).children.empty())
+        m_findings.add("no-applications", m_document.at(*member).begin, 1, what);
+}
+
+void Meaning::checkElements(const Node &applications)
+{
+    for (const Node::Child &child : applications.children) {
+        const Node &element = m_document.at(child);
+        if (element.type == Node::Object)
+            checkApplication(element);
+        else if (element.type != Node::Missing)
+            m_findings.add("wrong-kind", element.begin, element.length(),
+                           text("an application is an object, not ") + ValueRules::kindOf(element),
+                           text("write { \"Tag\": \"...\", \"Url\": \"...\" }"));
+    }
+}
+
+void Meaning::checkApplication(const Node &application)
+{
+    checkMembers(application, Section::Application);
+    checkTag(application);
+    checkNeeds(application);
+    checkSecondNames(application);
+}
+
+void Meaning::checkTag(const Node &application)
+{
+    const Node::Child *member = m_document.member(application, text("Tag"));
+    const Node *tag = member ? &m_document.at(*member) : nullptr;
+    if (tag ? tag->type == Node::Missing : m_mayLackEntries)
+        return;
+    if (!tag || tag->type == Node::Null || tag->isContainer()) {
+        m_findings.add("no-tag", application.begin, 1,
+                       text("an application without a tag is skipped"),
+                       text("add \"Tag\": \"...\""));
+        return;
+    }
+    if (tag->type != Node::Text)
+        m_findings.add("tag-not-text", tag->begin, tag->length(),
+                       text("the tag is no text; it becomes ") + quoted(tag->value.toString()),
+                       text("put it in quotes"));
+    else if (tag->value.toString().isEmpty())
+        m_findings.add("empty-tag", tag->begin, tag->length(), text("the tag is empty"));
+    checkDuplicateTag(application, *tag);
+}
+
+void Meaning::checkDuplicateTag(const Node &application, const Node &tag)
+{
+    const QString name = tag.value.toString();
+    const Node *const first = m_tags.value(name);
+    if (!first) {
+        m_tags.insert(name, &tag);
+        return;
+    }
+    const int lost = int(application.children.size()) - 1;
+    Finding &finding = m_findings.add(
+        "duplicate-tag", tag.begin, tag.length(),
+        QString(QLatin1String("another application has the tag %1; this one is skipped whole, with "
+                              "its %2 other %3"))
+            .arg(quoted(name))
+            .arg(lost)
+            .arg(lost == 1 ? QLatin1String("key") : QLatin1String("keys")));
+    finding.remarks.push_back(Remark { first->begin, text("the first one is here") });
+}
+
+void Meaning::checkDomains(const Node &domains)
+{
+    for (const Node::Child &child : domains.children) {
+        const Node &element = m_document.at(child);
+        if (element.type == Node::Object) {
+            checkMembers(element, Section::Domain);
+            if (!m_document.member(element, text("Domain")))
+                m_findings.add("no-domain", element.begin, 1,
+                               text("an element without \"Domain\""));
+        } else if (element.type != Node::Missing) {
+            m_findings.add("plain-domain", element.begin, element.length(),
+                           text("each domain is an object; of this element nothing is used"),
+                           text("write { \"Domain\": \"...\" }"));
+        }
+    }
+}
+
+void Meaning::checkCertificate(const Node &certificate)
+{
+    checkMembers(certificate, Section::Certificate);
+    const Node::Child *path = m_document.member(certificate, text("Path"));
+    const bool hasPath = path && m_document.at(*path).type != Node::Null;
+    const Node::Child *key = m_document.member(certificate, text("PrivateKey"));
+    const Node::Child *passPhrase = m_document.member(certificate, text("PassPhrase"));
+    for (const Node::Child *member : { key, passPhrase }) {
+        if (member && !hasPath)
+            m_findings.add("needs-certificate", member->keyBegin, member->keyEnd - member->keyBegin,
+                           quoted(member->key) + text(" is not read without \"Path\""),
+                           text("add \"Path\" with the file of the certificate"));
+    }
+    if (hasPath && passPhrase && !key)
+        m_findings.add("no-effect", passPhrase->keyBegin, passPhrase->keyEnd - passPhrase->keyBegin,
+                       text("\"PassPhrase\" has no effect without \"PrivateKey\""));
+    if (hasPath && m_document.at(*path).type == Node::Text)
+        CertificateRules::check(m_document, certificate, m_folder, m_findings);
+}
+
+// Whether the switch may be on: what is not given goes by the browser's default.
+bool Meaning::mayBeOn(const Node &object, const QString &key) const
+{
+    const Node::Child *member = m_document.member(object, key);
+    if (!member || m_document.at(*member).type == Node::Null)
+        return !Properties::isOffWhenMissing(*Properties::findProperty(key));
+    return m_document.at(*member).value.toBool();
+}
+
+void Meaning::checkNeeds(const Node &application)
+{
+    for (const Node::Child &member : application.children) {
+        const Property *property = Properties::find(Section::Application, member.key);
+        const Node &value = m_document.at(member);
+        const bool isOff = value.type == Node::Bool && !value.value.toBool();
+        if (!property || isOff || value.type == Node::Null)
+            continue;
+        const QStringList needs = Properties::needed(*property);
+        bool isMet = needs.isEmpty();
+        for (const QString &need : needs)
+            isMet = isMet || mayBeOn(application, need);
+        if (!isMet)
+            m_findings.add("no-effect", member.keyBegin, member.keyEnd - member.keyBegin,
+                           QString(QLatin1String("%1 has no effect without \"%2\": true"))
+                               .arg(quoted(member.key), needs.first()));
+    }
+}
+
+// Two properties have an older name. The one that begins with "Use" decides.
+void Meaning::checkSecondNames(const Node &application)
+{
+    const char *const names[][2] = {
+        { "UseOfflineStorageDatabase", "OfflineStorageDatabaseEnabled" },
+        { "UseOfflineWebApplicationCache", "OfflineWebApplicationCacheEnabled" },
+    };
+    for (const auto &pair : names) {
+        const Node::Child *newer = m_document.member(application, text(pair[0]));
+        const Node::Child *older = m_document.member(application, text(pair[1]));
+        if (!newer || !older
+            || m_document.at(*newer).value.toBool() == m_document.at(*older).value.toBool())
+            continue;
+        Finding &finding = m_findings.add(
+            "two-names", older->keyBegin, older->keyEnd - older->keyBegin,
+            QString(QLatin1String("\"%1\" is the older name of \"%2\", which has another value and "
+                                  "decides"))
+                .arg(text(pair[1]), text(pair[0])));
+        finding.remarks.push_back(Remark { newer->keyBegin, text("the deciding one is here") });
+    }
+}
+
+} // namespace
+
+void checkMeaning(const SourceText &source, const Document &document, const QString &folder,
+                  Findings &findings)
+{
+    if (!document.isEmpty())
+        Meaning(source, document, folder, findings).checkDocument();
+}

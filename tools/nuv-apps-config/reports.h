@@ -1,0 +1,32 @@
+#ifndef REPORTS_H
+#define REPORTS_H
+
+#include "tools/nuv-apps-config/analysis.h"
+#include "tools/nuv-apps-config/invocation.h"
+#include "tools/nuv-apps-config/output.h"
+
+#include <memory>
+
+/// Puts the findings of files into one of the forms of --format.
+class Report
+{
+public:
+    virtual ~Report() {}
+    virtual void add(const Analysis &analysis) = 0;
+
+    /// A finding without a file.
+    virtual void addMissing(const QString &name, const QString &text) = 0;
+    virtual void finish() = 0;
+
+    static std::unique_ptr<Report> make(const Invocation &invocation, Output &output);
+
+    /// "2 errors and 1 warning in 3 files".
+    static QString summary(int files, int errors, int warnings, int notes);
+};
+
+std::unique_ptr<Report> makeTextReport(bool useColour, Output &output);
+std::unique_ptr<Report> makeJsonReport(Output &output);
+std::unique_ptr<Report> makeSarifReport(Output &output);
+std::unique_ptr<Report> makeGithubReport(Output &output);
+
+#endif // REPORTS_H

@@ -1,0 +1,45 @@
+#ifndef SOURCETEXT_H
+#define SOURCETEXT_H
+
+#include <QByteArray>
+#include <QString>
+
+#include <vector>
+
+/// A place for people: both from 1. A column counts characters; where a line is not UTF-8, bytes.
+struct Place {
+    int line;
+    int column;
+};
+
+/// The bytes of a file and its lines.
+class SourceText
+{
+public:
+    SourceText(const QString &name, const QByteArray &bytes);
+
+    const QString &name() const { return m_name; }
+    const QByteArray &bytes() const { return m_bytes; }
+    int size() const { return m_bytes.size(); }
+
+    Place place(int offset) const;
+
+    /// The bounds of the line that `offset` is in, without its end of line.
+    int lineBegin(int offset) const;
+    int lineEnd(int offset) const;
+
+    /// How many blanks the line of `offset` begins with.
+    int indentation(int offset) const;
+
+    /// Whether nothing but blanks stands in front of `offset` on its line.
+    bool isFirstOnLine(int offset) const;
+
+private:
+    int lineIndex(int offset) const;
+
+    QString m_name;
+    QByteArray m_bytes;
+    std::vector<int> m_lines; ///< where each begins
+};
+
+#endif // SOURCETEXT_H
