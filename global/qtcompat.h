@@ -76,9 +76,10 @@ inline QVariant &insertMulti(QVariantMap &map, const QString &key)
 #if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
     return map.insertMulti(key, QVariant()).value();
 #else
+    // 5.15 moved it to QMultiMap, which a QVariantMap is not.
     QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED // 5.15 moved it to QMultiMap, which is no QVariantMap
-        QVariant &value = map.insertMulti(key, QVariant()).value();
+    QT_WARNING_DISABLE_DEPRECATED
+    QVariant &value = map.insertMulti(key, QVariant()).value();
     QT_WARNING_POP
     return value;
 #endif

@@ -315,12 +315,12 @@ int JsonLexer::scanEscapedString(const char *text, const char *quote)
         const char *const near = text + qMin<qptrdiff>(quote - text, 16);
         while (text != near && *text != '\\')
             *out++ = QtCompat::charFromAscii(*text++).unicode();
-        if (text == quote)
-            break;
-        const char *const backslash = *text == '\\' ? text : find('\\', text, quote);
-        const char *const stop = backslash ? backslash : quote;
-        while (text != stop)
-            *out++ = QtCompat::charFromAscii(*text++).unicode();
+        if (text == near && text != quote) {
+            const char *const backslash = find('\\', text, quote);
+            const char *const stop = backslash ? backslash : quote;
+            while (text != stop)
+                *out++ = QtCompat::charFromAscii(*text++).unicode();
+        }
         if (text == quote)
             break;
         text = readEscape(text + 1, out++);

@@ -188,8 +188,8 @@ void Text::grow(int count)
     m_limit = m_bytes.data() + m_bytes.size();
 }
 
-// In pieces of eight, and with room for no more than eight pieces of the longest escapes at a time,
-// which would be six times a long string.
+// In pieces of eight, with room for the longest escapes of one piece at a time: for those of the whole
+// text it would be six times as much as a long one needs.
 void Text::appendEscaped(const QString &text)
 {
     const int pieceSize = 8;
@@ -274,17 +274,7 @@ public:
     QByteArray print(const QVariant &root);
 
 private:
-    // An open container and the place in it. One of map and list is in use.
-    struct Level {
-        Level() : isObject(false), index(0) {}
-        bool hasNext() const { return isObject ? member != map.constEnd() : index < list.size(); }
-
-        bool isObject;
-        QVariantMap map;
-        QVariantMap::const_iterator member;
-        QVariantList list;
-        int index;
-    };
+    typedef VariantTree::Level Level;
 
     void printEntries();
     void printMember(Level &level);
@@ -420,10 +410,7 @@ void Printer::openObject(const QVariantMap &map)
     m_text.append('{');
     m_indentation += m_indentStep;
     m_levels.append(Level());
-    Level &level = m_levels.last();
-    level.isObject = true;
-    level.map = map;
-    level.member = level.map.constBegin();
+    m_levels.last().open(map);
 }
 
 void Printer::openArray(const QVariantList &list)

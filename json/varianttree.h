@@ -77,6 +77,26 @@ inline const QVariantList &list(const QVariant &value)
     return *static_cast<const QVariantList *>(value.constData());
 }
 
+/// A container that a walk has open, and the place in it. One of map and list is in use.
+struct Level {
+    Level() : isObject(false), index(0) {}
+
+    void open(const QVariantMap &object)
+    {
+        isObject = true;
+        map = object;
+        member = map.constBegin();
+    }
+
+    bool hasNext() const { return isObject ? member != map.constEnd() : index < list.size(); }
+
+    bool isObject;
+    QVariantMap map;
+    QVariantMap::const_iterator member;
+    QVariantList list;
+    int index; ///< of the entries that were visited
+};
+
 /// Takes apart the container that `value` holds, as far as nobody else holds it. Never throws.
 void disposeContainer(QVariant &value);
 

@@ -111,20 +111,9 @@ private:
     // document's. Unknown is outside of all arrays.
     enum Order { Unknown, Document, Sorted };
 
-    // An open container and the place in it. One of map and list is in use.
-    struct Level {
-        explicit Level(Order elementOrder = Unknown)
-            : order(elementOrder), isObject(false), index(0), position(1)
-        {
-        }
-        bool hasNext() const { return isObject ? member != map.constEnd() : index < list.size(); }
-
+    struct Level : VariantTree::Level {
+        explicit Level(Order elementOrder = Unknown) : order(elementOrder), position(1) {}
         Order order;
-        bool isObject;
-        QVariantMap map;
-        QVariantMap::const_iterator member;
-        QVariantList list;
-        int index; ///< of the elements that were visited
         int position; ///< of the next element, from 1
     };
 
@@ -213,10 +202,7 @@ void Flattener::open(const QVariant &container)
         return;
     }
     m_levels.append(Level(inheritedOrder()));
-    Level &level = m_levels.last();
-    level.isObject = true;
-    level.map = VariantTree::map(container);
-    level.member = level.map.constBegin();
+    m_levels.last().open(VariantTree::map(container));
 }
 
 void Flattener::openArray(const QVariant &array)

@@ -1,16 +1,11 @@
 #ifndef GUITESTMAIN_H
 #define GUITESTMAIN_H
 
+#include "tests/support/testmain.h"
+
 #include <QApplication>
-#include <QtTest>
 
 /// main() of a test that shows pages or widgets; the tests' environment keeps them off the screen.
-#define NUV_GUI_TEST_MAIN(TestClass)                                                               \
-    int main(int argc, char **argv)                                                                \
-    {                                                                                              \
-        QApplication application(argc, argv);                                                      \
-        TestClass test;                                                                            \
-        return QTest::qExec(&test, argc, argv);                                                    \
-    }
+#define NUV_GUI_TEST_MAIN(TestClass) NUV_TEST_MAIN_WITH(QApplication, TestClass)
 
 #endif // GUITESTMAIN_H
