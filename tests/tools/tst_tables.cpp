@@ -5,6 +5,7 @@
 #include "config/webappsettings.h"
 #include "tools/nuv-apps-config/analysis.h"
 #include "tools/nuv-apps-config/commands.h"
+#include "tools/nuv-apps-config/deviceexamples.h"
 #include "tools/nuv-apps-config/documents.h"
 #include "tools/nuv-apps-config/reference.h"
 
@@ -30,6 +31,9 @@ private slots:
     void committedDocumentsAreUpToDate_data();
     void committedDocumentsAreUpToDate();
     void samplesInTheDocumentsAreClean();
+    void everyDeviceExampleIsShown();
+    void deviceExamplesAreCleanAndLoaded_data();
+    void deviceExamplesAreCleanAndLoaded();
     void everyCommandAndOptionIsDocumented_data();
     void everyCommandAndOptionIsDocumented();
     void theTemplateLoads();
@@ -51,6 +55,19 @@ QStringList rulesFoundIn(const QByteArray &bytes, const QString &folder)
     for (const Finding &finding : analysis->findings.all())
         rules.append(QLatin1String(finding.rule));
     return rules;
+}
+
+// Copies the files that the samples name, which only their owner can read but for `more`.
+void copyCertificates(const TemporaryDir &folder, QFile::Permissions more = QFile::Permissions())
+{
+    const QDir certificates(
+        QLatin1String(SOURCE_FOLDER "/tools/nuv-apps-config/samples/certificates"));
+    QDir(folder.path()).mkdir(QLatin1String("certificates"));
+    for (const QString &name : certificates.entryList(QDir::Files)) {
+        const QString target = folder.filePath(QLatin1String("certificates/") + name);
+        QFile::copy(certificates.filePath(name), target);
+        QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | more);
+    }
 }
 
 // The texts between ```json and ```.
@@ -147,25 +164,16 @@ void tst_Tables::everyRuleHasItsSample_data()
 void tst_Tables::everyRuleHasItsSample()
 {
     QFETCH(QString, id);
-    const QString folder = QLatin1String(SOURCE_FOLDER "/tools/nuv-apps-config/samples");
     if (id == QLatin1String("no-file") || id == QLatin1String("certificate-unexamined"))
         return; // nothing that a file could show
-    QFile file(folder + QLatin1Char('/') + id + QLatin1String(".json"));
-    QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.fileName()));
-    const QByteArray bytes = file.readAll();
+    const QByteArray name = "tools/nuv-apps-config/samples/" + id.toLatin1() + ".json";
+    QVERIFY2(QFile::exists(QLatin1String(SOURCE_FOLDER "/") + QLatin1String(name)), name);
+    const QByteArray bytes = contentsOf(name);
     QCOMPARE(Rules::sample(*Rules::lookUp(id)), bytes);
 
-    TemporaryDir copy;
-    QVERIFY(QDir().mkdir(copy.filePath(QLatin1String("certificates"))));
-    const QDir certificates(folder + QLatin1String("/certificates"));
-    for (const QString &name : certificates.entryList(QDir::Files)) {
-        const QString target = copy.filePath(QLatin1String("certificates/") + name);
-        QVERIFY(QFile::copy(certificates.filePath(name), target));
-        QFile::Permissions mode = QFile::ReadOwner | QFile::WriteOwner;
-        if (id == QLatin1String("key-readable-by-all"))
-            mode |= QFile::ReadOther;
-        QVERIFY(QFile::setPermissions(target, mode));
-    }
+    const TemporaryDir copy;
+    copyCertificates(
+        copy, id == QLatin1String("key-readable-by-all") ? QFile::ReadOther : QFile::Permissions());
     QCOMPARE(rulesFoundIn(bytes, copy.path()), QStringList(id));
 }
 
@@ -204,11 +212,51 @@ void tst_Tables::committedDocumentsAreUpToDate()
 
 void tst_Tables::samplesInTheDocumentsAreClean()
 {
+    const TemporaryDir folder;
+    copyCertificates(folder);
     for (const char *page : { "docs/configuration.md", "README.md" }) {
         const QList<QByteArray> samples = samplesIn(contentsOf(page));
         QVERIFY2(!samples.isEmpty(), page);
         for (const QByteArray &sample : samples)
-            QCOMPARE(rulesFoundIn(sample, QLatin1String("/nowhere")), QStringList());
+            QCOMPARE(rulesFoundIn(sample, folder.path()), QStringList());
+    }
+}
+
+void tst_Tables::everyDeviceExampleIsShown()
+{
+    QStringList shown;
+    for (const DeviceExample &example : DeviceExamples::all())
+        shown.append(QLatin1String(example.name) + QLatin1String(".json"));
+    shown.sort();
+    const QDir files(QLatin1String(SOURCE_FOLDER "/examples/configurations"));
+    QCOMPARE(shown, files.entryList(QDir::Files, QDir::Name));
+}
+
+void tst_Tables::deviceExamplesAreCleanAndLoaded_data()
+{
+    QTest::addColumn<int>("index");
+    for (int i = 0; i < int(DeviceExamples::all().size()); ++i)
+        QTest::newRow(DeviceExamples::all()[size_t(i)].name) << i;
+}
+
+void tst_Tables::deviceExamplesAreCleanAndLoaded()
+{
+    QFETCH(int, index);
+    const QByteArray bytes = DeviceExamples::configuration(DeviceExamples::all()[size_t(index)]);
+    const TemporaryDir folder;
+    copyCertificates(folder);
+    QCOMPARE(rulesFoundIn(bytes, folder.path()), QStringList());
+
+    qputenv("NUV_APPS_CONFIG_FILE",
+            folder.write(QLatin1String("AppsConfig.json"), bytes).toLatin1());
+    const WebAppSettings settings;
+    const QRegularExpression tag(QLatin1String("\"Tag\": \"(\\w+)\""));
+    QRegularExpressionMatchIterator it = tag.globalMatch(QString::fromLatin1(bytes));
+    QVERIFY(it.hasNext());
+    while (it.hasNext()) {
+        AppConfig config;
+        QVERIFY(settings.getAppConfig(it.next().captured(1), config));
+        QVERIFY(config.getUrl().isValid());
     }
 }
 

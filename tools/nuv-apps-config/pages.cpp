@@ -1,5 +1,7 @@
 #include "tools/nuv-apps-config/reference.h"
 
+#include "tools/nuv-apps-config/deviceexamples.h"
+
 namespace {
 
 QString text(const char *latin1)
@@ -76,8 +78,27 @@ QString ruleEntry(const Rule &rule)
     if (sample.isEmpty() || !isPrintable(rule))
         return entry;
     return entry
-        + QString(text("```json\n%1%2```\n\n"))
+        + QString(text("```json mistake\n%1%2```\n\n"))
               .arg(QString::fromUtf8(sample), sample.endsWith('\n') ? QString() : text("\n"));
+}
+
+QString deviceEntry(const DeviceExample &example)
+{
+    return QString(text("### %1\n\n%2\n\n[%3.json](../examples/configurations/%3.json):\n\n"
+                        "```json\n%4```\n\n"))
+        .arg(text(example.title), text(example.description), text(example.name),
+             QString::fromLatin1(DeviceExamples::configuration(example)));
+}
+
+QString deviceEntries()
+{
+    QString entries = text("## Common devices\n\n"
+                           "Each is a whole file to begin with; `check` finds nothing in any of "
+                           "them. Switches that are off by default are written down where someone "
+                           "could expect them on.\n\n");
+    for (const DeviceExample &example : DeviceExamples::all())
+        entries += deviceEntry(example);
+    return entries;
 }
 
 } // namespace
@@ -153,6 +174,7 @@ QByteArray Reference::configurationPage()
         "everywhere. null counts as not configured. The rules that `check` goes by are in "
         "[rules.md](rules.md); editors take their help from "
         "[AppsConfig.schema.json](AppsConfig.schema.json).\n\n");
+    page += deviceEntries();
     for (const Section section : sections) {
         page += QString(text("## %1\n\n")).arg(headingOf(section));
         for (const Property *property : Properties::of(section))

@@ -1,0 +1,129 @@
+// The smallest launcher that uses all of libnuvlaunchersupport: one application, one view. The document
+// docs/integrating.md goes through it; examples/launcher is the one to copy from.
+
+#include <AppConfig>
+#include <NetworkAccessManager>
+#include <NetworkAccessManagerFactory>
+#include <WebAppSettings>
+#include <ZarexExtBase>
+
+#include <QApplication>
+#include <QDir>
+#include <QNetworkAccessManager>
+#include <QUrl>
+#include <QWebPage>
+#include <QWebView>
+
+#include <cstdio>
+
+// What the library leaves to the launcher: how an extension object is made.
+class ZarexExtFactory
+{
+public:
+    virtual ~ZarexExtFactory() {}
+    virtual ZarexExtBase *create(QWebPage *page) const = 0;
+};
+
+class Extension : public ZarexExtBase
+{
+    Q_OBJECT
+
+public:
+    explicit Extension(QWebPage *servedPage) : ZarexExtBase(servedPage, servedPage) {}
+
+public Q_SLOTS:
+    QString model() const { return QLatin1String("box-1"); }
+    void say(const QString &text) const { std::printf("the page says: %s\n", qPrintable(text)); }
+};
+
+class ExtensionFactory : public ZarexExtFactory
+{
+public:
+    ZarexExtBase *create(QWebPage *page) const override { return new Extension(page); }
+};
+
+class Network : public NetworkAccessManager
+{
+public:
+    explicit Network(QObject *parent)
+        : NetworkAccessManager(parent), m_access(new QNetworkAccessManager(this))
+    {
+    }
+
+    // The texts are, in this order: the certificate's file, the key's file, the pass phrase.
+    void setSslConfiguration(QString const &certificate, QString const &, QString const &) override
+    {
+        std::printf("certificate: %s\n", qPrintable(certificate));
+    }
+
+    void setSslConfiguration(QString const &certificate, QString const &key) override
+    {
+        setSslConfiguration(certificate, key, QString());
+    }
+
+    QNetworkAccessManager *impl() override { return m_access; }
+
+private:
+    QNetworkAccessManager *m_access;
+};
+
+class NetworkFactory : public NetworkAccessManagerFactory
+{
+public:
+    NetworkAccessManager *create(QObject *parent) override { return new Network(parent); }
+};
+
+// Returns false when the platform has no network access to offer.
+static bool giveNetwork(QWebView &view, const AppConfig &config)
+{
+    NetworkAccessManager *network = createNetworkAccessManager(&view);
+    if (network && config.getCertPath().isValid())
+        network->setSslConfiguration(config.getCertPath().toString(),
+                                     config.getCertPrivateKey().toString(),
+                                     config.getCertPassPhrase().toString());
+    QNetworkAccessManager *access = network ? network->impl() : nullptr;
+    if (access)
+        view.page()->setNetworkAccessManager(access);
+    return access != nullptr;
+}
+
+static bool open(QWebView &view, const QString &tag)
+{
+    AppConfig config;
+    if (!getWebAppSettings()->getAppConfig(tag, config))
+        return false;
+    if (config.getScale().isValid()) // invalid: not configured, so the browser's default stays
+        view.setZoomFactor(config.getScale().toReal());
+    if (!giveNetwork(view, config))
+        return false;
+
+    ZarexExtFactory const *extensions = getZarexExtFactory();
+    if (extensions)
+        extensions->create(view.page()); // belongs to the page
+    // One without a scheme is a file here; what it is relative to is the launcher's to say.
+    const QUrl folder = QUrl::fromLocalFile(QDir::currentPath() + QLatin1Char('/'));
+    view.load(folder.resolved(QUrl(config.getUrl().toString())));
+    return true;
+}
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    const ExtensionFactory extensions;
+    registerZarexExtFactory(&extensions);
+    NetworkFactory networks;
+    registerNetworkAccessManagerFactory(&networks);
+
+    QWebView view; // gone before the factories are
+    // Queued, as a page may end its loading before the event loop runs.
+    QObject::connect(&view, SIGNAL(loadFinished(bool)), &application, SLOT(quit()),
+                     Qt::QueuedConnection);
+    if (!open(view, QLatin1String("tv"))) {
+        std::fprintf(stderr, "there is no application \"tv\"\n");
+        return 1;
+    }
+    view.show();
+    return application.exec();
+}
+
+#include "main.moc"
