@@ -59,10 +59,13 @@ QString keyEntry(const Property &property)
     return entry + QLatin1Char('\n');
 }
 
-// Samples that a page cannot show: with bytes that are no text.
+// Samples that a page cannot show: with bytes that are no text, or that vanish in one.
 bool isPrintable(const Rule &rule)
 {
-    for (const char byte : Rules::sample(rule)) {
+    const QByteArray sample = Rules::sample(rule);
+    if (sample.startsWith("\xef\xbb\xbf"))
+        return false;
+    for (const char byte : sample) {
         if (static_cast<unsigned char>(byte) < 0x20 && byte != '\n')
             return false;
     }
