@@ -74,32 +74,30 @@ public:
 };
 
 // Returns false when the platform has no network access to offer.
-static bool giveNetwork(QWebView &view, const AppConfig &config)
+static bool giveNetwork(QWebPage *page, const AppConfig &config)
 {
-    NetworkAccessManager *network = createNetworkAccessManager(&view);
+    NetworkAccessManager *network = createNetworkAccessManager(page);
     if (network && config.getCertPath().isValid())
         network->setSslConfiguration(config.getCertPath().toString(),
                                      config.getCertPrivateKey().toString(),
                                      config.getCertPassPhrase().toString());
     QNetworkAccessManager *access = network ? network->impl() : nullptr;
     if (access)
-        view.page()->setNetworkAccessManager(access);
+        page->setNetworkAccessManager(access);
     return access != nullptr;
 }
 
 static bool open(QWebView &view, const QString &tag)
 {
     AppConfig config;
-    if (!getWebAppSettings()->getAppConfig(tag, config))
+    if (!getWebAppSettings()->getAppConfig(tag, config) || !giveNetwork(view.page(), config))
         return false;
-    if (config.getScale().isValid()) // invalid: not configured, so the browser's default stays
-        view.setZoomFactor(config.getScale().toReal());
-    if (!giveNetwork(view, config))
-        return false;
-
     ZarexExtFactory const *extensions = getZarexExtFactory();
     if (extensions)
-        extensions->create(view.page()); // belongs to the page
+        extensions->create(view.page());
+
+    if (config.getScale().isValid()) // invalid: not configured, so the browser's default stays
+        view.setZoomFactor(config.getScale().toReal());
     // One without a scheme is a file here; what it is relative to is the launcher's to say.
     const QUrl folder = QUrl::fromLocalFile(QDir::currentPath() + QLatin1Char('/'));
     view.load(folder.resolved(QUrl(config.getUrl().toString())));
