@@ -1,0 +1,17 @@
+// The piece of code in README.md, so that it is compiled.
+
+#include <AppConfig>
+#include <WebAppSettings>
+
+#include <QUrl>
+#include <QWebView>
+
+void showTelevision(QWebView &view)
+{
+    AppConfig config;
+    if (getWebAppSettings()->getAppConfig(QLatin1String("tv"), config)) {
+        view.load(QUrl(config.getUrl().toString()));
+        if (config.getScale().isValid()) // invalid: not configured, so keep the browser's default
+            view.setZoomFactor(config.getScale().toReal());
+    }
+}
