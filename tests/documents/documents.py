@@ -9,12 +9,14 @@ WRONG = "tests/documents/wrong.md"
 
 
 def tree(root):
-    """The paths of all files of the project, from its root: no build folders, nothing hidden."""
+    """The paths of all files of the project, from its root: nothing hidden, nothing that was built,
+    and not the inputs of the fuzzers, which are any bytes."""
     paths = []
     for folder, folders, files in os.walk(root):
         if folder == root:
-            folders[:] = [name for name in folders if not name.startswith("build")]
-        folders[:] = sorted(name for name in folders if not name.startswith((".", "__")))
+            folders[:] = [name for name in folders if not name.startswith(("build", "dist-"))]
+        folders[:] = sorted(name for name in folders
+                            if not name.startswith((".", "__")) and name != "corpus")
         paths += [os.path.relpath(os.path.join(folder, name), root) for name in sorted(files)]
     return paths
 
