@@ -2,44 +2,19 @@
 
 #include "json/jsonparser.h"
 #include "json/jsonwriter.h"
+#include "tests/documents/documenttable.h"
 #include "tests/support/describe.h"
 #include "tests/support/testmain.h"
 
 #include <QBuffer>
-#include <QFile>
-#include <QStringList>
 
 namespace {
-
-typedef QList<QStringList> Table;
-
-// The rows of the first table below a heading, cell by cell, without the table's own head.
-Table tableBelow(const QString &heading)
-{
-    QFile file(QLatin1String(DOCUMENT));
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("%s cannot be read", DOCUMENT);
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-    int line = lines.indexOf(QLatin1String("## ") + heading);
-    while (line >= 0 && !lines.at(line).startsWith(QLatin1String("|---")))
-        ++line;
-
-    Table table;
-    for (++line; lines.at(line).startsWith(QLatin1Char('|')); ++line) {
-        QStringList row;
-        const QStringList cells = lines.at(line).split(QLatin1Char('|'));
-        for (int i = 1; i < cells.size() - 1; ++i)
-            row.append(cells.at(i).trimmed());
-        table.append(row);
-    }
-    return table;
-}
 
 // A row of test data for every row of the table.
 void addRows(const char *heading)
 {
     QTest::addColumn<QStringList>("row");
-    const Table table = tableBelow(QLatin1String(heading));
+    const Table table = tableBelow(QLatin1String("docs/settings-format.md"), heading);
     QVERIFY(table.size() > 5);
     for (int i = 0; i < table.size(); ++i)
         QTest::newRow(qPrintable(table.at(i).at(0))) << table.at(i);
