@@ -33,6 +33,9 @@ if(NUV_SANITIZERS)
     target_compile_options(nuv_options INTERFACE ${nuv_sanitize})
     target_link_options(nuv_options INTERFACE ${nuv_sanitize})
 endif()
+if(NUV_BUILD_FUZZERS)
+    target_compile_options(nuv_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # Includes are written from the root; the export header is made by the build.
 target_include_directories(nuv_options INTERFACE

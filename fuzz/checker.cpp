@@ -1,0 +1,68 @@
+// What nuv-apps-config finds in a file: an error exactly where the library reads nothing, and findings, places and secrets that lie inside the file.
+
+#include "fuzz/fuzztarget.h"
+#include "json/jsonparser.h"
+#include "json/varianttree.h"
+#include "tests/support/temporarydir.h"
+#include "tools/nuv-apps-config/analysis.h"
+
+namespace {
+
+bool isReadByLibrary(const QByteArray &bytes)
+{
+    QString error;
+    QVariant tree = parseJson(bytes, &error);
+    const VariantTree::Disposer disposer(tree);
+    return error.isEmpty();
+}
+
+bool isUnreadable(const Findings &findings)
+{
+    return findings.hasSyntaxError() || findings.has("empty-file") || findings.has("not-text");
+}
+
+void checkPlace(const SourceText &source, int offset)
+{
+    Fuzz::require(offset >= -1 && offset <= source.size(), "a finding lies inside the file");
+    if (offset < 0)
+        return;
+    const Place place = source.place(offset);
+    Fuzz::require(place.line >= 1 && place.column >= 1, "places begin at 1");
+}
+
+void checkFinding(const SourceText &source, const Finding &finding)
+{
+    checkPlace(source, finding.offset);
+    Fuzz::require(finding.length >= 0 && finding.offset + finding.length <= source.size(),
+                  "a finding ends inside the file");
+    Fuzz::require(!finding.text.isEmpty(), "a finding has a text");
+    for (const Remark &remark : finding.remarks)
+        checkPlace(source, remark.offset);
+}
+
+void checkSecrets(const Analysis &analysis)
+{
+    int end = 0;
+    for (const SecretRanges::Range &range : analysis.secrets->all()) {
+        Fuzz::require(range.begin >= end && range.end >= range.begin, "secrets come in order");
+        end = range.end;
+    }
+    Fuzz::require(end <= analysis.source.size(), "secrets lie inside the file");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    static const TemporaryDir folder;
+    Fuzz::silenceWarnings();
+    const FuzzInput input(data, size);
+    const auto analysis = analyse(QLatin1String("input.json"), input.bytes(), folder.path());
+    const Findings &findings = analysis->findings;
+    for (const Finding &finding : findings.all())
+        checkFinding(analysis->source, finding);
+    checkSecrets(*analysis);
+    Fuzz::require(isUnreadable(findings) != isReadByLibrary(input.bytes()),
+                  "there is an error exactly where the library finds one");
+    return 0;
+}

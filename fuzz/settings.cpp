@@ -1,0 +1,83 @@
+// Read, written, read again, through the two callbacks of the settings format: the flat keys are those
+// of a plain recursion, and a document that was written once no longer changes.
+
+#include "fuzz/fuzztarget.h"
+#include "fuzz/sizes.h"
+#include "settings/jsonsettingsformat.h"
+#include "tests/json/plainreader.h"
+#include "tests/settings/referenceformat.h"
+#include "tests/support/describe.h"
+
+#include <QBuffer>
+
+#include <cmath>
+
+static QSettings::SettingsMap readMap(const QByteArray &bytes)
+{
+    QBuffer device;
+    device.setData(bytes);
+    device.open(QIODevice::ReadOnly);
+    QSettings::SettingsMap map;
+    Fuzz::require(readJsonSettings(device, map), "the read callback returns true");
+    return map;
+}
+
+static QByteArray writtenMap(const QSettings::SettingsMap &map)
+{
+    QBuffer device;
+    device.open(QIODevice::WriteOnly);
+    Fuzz::require(writeJsonSettings(device, map), "the write callback returns true");
+    return device.data();
+}
+
+// The infinities are written as words that cannot be read, and the largest doubles become one when they
+// are rounded to 15 digits.
+static bool holdsInfinity(const QSettings::SettingsMap &map)
+{
+    for (const QVariant &value : map) {
+        if (value.userType() == QMetaType::Double
+            && std::fabs(value.toDouble()) > 1.7976931348623e308)
+            return true;
+    }
+    return false;
+}
+
+// A negative zero is written as "-0", which is the integer 0 when it is read again.
+static void makeZerosPositive(QSettings::SettingsMap &map)
+{
+    for (QVariant &value : map) {
+        if (value.userType() == QMetaType::Double && std::fpclassify(value.toDouble()) == FP_ZERO)
+            value = 0;
+    }
+}
+
+static void compareWithRecursion(const QByteArray &bytes, const QSettings::SettingsMap &map)
+{
+    const PlainReader plain(bytes);
+    if (plain.isTooDeep())
+        return;
+    QSettings::SettingsMap reference;
+    QString prefix;
+    if (plain.error().isEmpty())
+        referenceFlatten(prefix, reference, plain.tree());
+    Fuzz::requireEqual(describeLines(map), describeLines(reference),
+                       "the flat keys are those of a plain recursion");
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    Fuzz::silenceWarnings();
+    const FuzzInput input(data, size);
+    QSettings::SettingsMap map = readMap(input.bytes());
+    compareWithRecursion(input.bytes(), map);
+    if (map.isEmpty() || claimsTooMuch(map) || holdsInfinity(map))
+        return 0;
+    makeZerosPositive(map);
+
+    const QByteArray written = writtenMap(map);
+    const QSettings::SettingsMap again = readMap(written);
+    compareWithRecursion(written, again);
+    Fuzz::require(!again.isEmpty(), "what was written can be read");
+    Fuzz::requireEqual(writtenMap(again), written, "what was written once stays as it is");
+    return 0;
+}
