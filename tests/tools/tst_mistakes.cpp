@@ -141,6 +141,7 @@ void tst_Mistakes::certificatesAreExamined_data()
     row("no certificate", "nothing.pem", "device.key", "", "3:9 certificate-invalid\n");
     row("a missing key", "device.pem", "none.key", "", "4:15 certificate-missing\n");
     row("a folder", ".", "device.key", "", "3:9 certificate-unreadable\n");
+    row("a device", "/dev/null", "device.key", "", "3:9 certificate-unreadable\n");
     row("an empty path", "", "device.key", "", "3:9 certificate-missing\n");
 }
 

@@ -32,6 +32,7 @@ private slots:
     void secretsAreShownWhenAskedFor();
     void showsWhatTheLauncherSees();
     void showsWhatWasSkipped();
+    void showsWhyABinaryFileGivesNothing();
     void showsAsJson();
     void listsTheTags();
     void getsOneValue();
@@ -44,6 +45,7 @@ private slots:
     void tellsWhatDiffersInMeaning();
     void wrongCallsAreTold_data();
     void wrongCallsAreTold();
+    void waitsForNoPipe();
     void tellsAFileThatCannotBeRead();
     void refusesToLoadWhatTakesMinutes_data();
     void refusesToLoadWhatTakesMinutes();
@@ -379,6 +381,13 @@ void tst_Program::showsWhatWasSkipped()
                 .output.contains("Version: 0 (the file has a syntax error"));
 }
 
+void tst_Program::showsWhyABinaryFileGivesNothing()
+{
+    write(QByteArray("\xff\xfe{\0}\0", 6));
+    const Result shown = run(words("show --file test.json"));
+    QVERIFY2(shown.output.contains("not-text"), shown.output.constData());
+}
+
 void tst_Program::showsAsJson()
 {
     write(clean);
@@ -515,6 +524,7 @@ void tst_Program::wrongCallsAreTold_data()
     row("too many arguments", "list a b", "usage: nuv-apps-config list");
     row("a file that does not exist", "check none.json", "none.json: ");
     row("a folder", "check .", ".: a folder");
+    row("a device", "check /dev/null", "/dev/null: not a file but a pipe or a device");
 }
 
 void tst_Program::wrongCallsAreTold()
@@ -525,6 +535,18 @@ void tst_Program::wrongCallsAreTold()
     QCOMPARE(result.status, 2);
     QVERIFY2(result.errors.startsWith("nuv-apps-config: ") && result.errors.contains(message),
              result.errors.constData());
+}
+
+void tst_Program::waitsForNoPipe()
+{
+    const QByteArray pipe = QFile::encodeName(m_folder.filePath(QLatin1String("pipe.json")));
+    QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
+    for (const char *call : { "check pipe.json", "fmt pipe.json", "show --file pipe.json" }) {
+        const Result result = run(words(call));
+        QCOMPARE(result.status, 2);
+        QVERIFY2(result.errors.contains("pipe.json: not a file but a pipe or a device"),
+                 result.errors.constData());
+    }
 }
 
 // Root reads every file, unless it gives up the two rights to do so.

@@ -38,11 +38,14 @@ bool read(const Node &path, const QString &folder, QByteArray *bytes, Findings &
         return false;
     }
     QFile file(name);
-    if (info.isDir() || !file.open(QIODevice::ReadOnly)) {
+    if (!info.isFile()) { // opening a pipe would wait for its writer
         add(findings, "certificate-unreadable", path,
-            info.isDir()
-                ? name + text(" is a folder")
-                : QString(QLatin1String("%1 cannot be read: %2")).arg(name, file.errorString()));
+            name + (info.isDir() ? text(" is a folder") : text(" is a pipe or a device")));
+        return false;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        add(findings, "certificate-unreadable", path,
+            QString(QLatin1String("%1 cannot be read: %2")).arg(name, file.errorString()));
         return false;
     }
     *bytes = file.read(largest);

@@ -80,8 +80,10 @@ bool ConfigurationFile::read(const QString &name, QByteArray *bytes, QString *er
         *error = file.errorString();
         return false;
     }
-    if (QFileInfo(name).isDir()) {
-        *error = text("a folder");
+    const QFileInfo info(name);
+    if (info.exists() && !info.isFile()) { // opening a pipe would wait for its writer
+        *error = info.isDir() ? text("a folder")
+                              : text("not a file but a pipe or a device; standard input is -");
         return false;
     }
     if (!file.open(QIODevice::ReadOnly)) {

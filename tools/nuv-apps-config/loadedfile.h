@@ -24,7 +24,11 @@ public:
     const WebAppSettingsPrivate &state() const { return *m_state; }
 
     /// Whether the library could parse it at all.
-    bool isParsed() const { return !m_analysis->findings.hasSyntaxError(); }
+    bool isParsed() const
+    {
+        const Findings &findings = m_analysis->findings;
+        return !findings.hasSyntaxError() && !findings.has("not-text");
+    }
 
     /// The tags in the order of the file.
     QStringList tags() const;
