@@ -1,10 +1,12 @@
-// What nuv-apps-config finds in a file: an error exactly where the library reads nothing, and findings, places and secrets that lie inside the file.
+// What nuv-apps-config finds in a file: an error exactly where the library reads nothing, and findings,
+// places and secrets that lie inside the file; and all forms of its report.
 
 #include "fuzz/fuzztarget.h"
 #include "json/jsonparser.h"
 #include "json/varianttree.h"
 #include "tests/support/temporarydir.h"
 #include "tools/nuv-apps-config/analysis.h"
+#include "tools/nuv-apps-config/reports.h"
 
 namespace {
 
@@ -33,8 +35,9 @@ void checkPlace(const SourceText &source, int offset)
 void checkFinding(const SourceText &source, const Finding &finding)
 {
     checkPlace(source, finding.offset);
-    Fuzz::require(finding.length >= 0 && finding.offset + finding.length <= source.size(),
-                  "a finding ends inside the file");
+    // What is missing at the end of a file is found behind its last byte.
+    Fuzz::require(finding.length >= 0 && finding.offset + finding.length <= source.size() + 1,
+                  "a finding ends with the file");
     Fuzz::require(!finding.text.isEmpty(), "a finding has a text");
     for (const Remark &remark : finding.remarks)
         checkPlace(source, remark.offset);
@@ -50,6 +53,20 @@ void checkSecrets(const Analysis &analysis)
     Fuzz::require(end <= analysis.source.size(), "secrets lie inside the file");
 }
 
+void report(const Analysis &analysis)
+{
+    static const bool isQuiet = std::freopen("/dev/null", "w", stdout) != nullptr;
+    Fuzz::require(isQuiet, "the report goes nowhere");
+    Output output;
+    Invocation invocation;
+    for (const Format format : { Format::Text, Format::Json, Format::Sarif, Format::Github }) {
+        invocation.format = format;
+        const std::unique_ptr<Report> report = Report::make(invocation, output);
+        report->add(analysis);
+        report->finish();
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -62,6 +79,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     for (const Finding &finding : findings.all())
         checkFinding(analysis->source, finding);
     checkSecrets(*analysis);
+    report(*analysis);
     Fuzz::require(isUnreadable(findings) != isReadByLibrary(input.bytes()),
                   "there is an error exactly where the library finds one");
     return 0;

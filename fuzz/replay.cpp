@@ -45,6 +45,6 @@ int main(int argc, char **argv)
             return 1;
         count += inPath;
     }
-    std::printf("%d inputs\n", count);
+    std::fprintf(stderr, "%d inputs\n", count);
     return count > 0 ? 0 : 1;
 }

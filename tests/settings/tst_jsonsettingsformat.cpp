@@ -7,6 +7,7 @@
 #include "tests/settings/referenceformat.h"
 #include "tests/support/describe.h"
 #include "tests/support/messages.h"
+#include "tests/support/restrictions.h"
 #include "tests/support/smallstackthread.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
@@ -17,11 +18,7 @@
 
 #include <type_traits>
 
-#include <csignal>
-
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 static_assert(std::is_same<decltype(JsonSettingsFormat), QSettings::Format>::value
                   && std::is_convertible<decltype(&readJsonSettings), QSettings::ReadFunc>::value
@@ -123,53 +120,6 @@ void writeSetting(const QString &path, const QVariant &value)
     QSettings settings(path, JsonSettingsFormat);
     settings.setValue(QLatin1String("key"), value);
 }
-
-/// Lets no file of this process grow beyond `size` bytes until the end of the block, as a full disk
-/// would.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t size) : m_handler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit = { size, m_before.rlim_max };
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-
-private:
-    Q_DISABLE_COPY(FileSizeLimit)
-
-    rlimit m_before;
-    void (*m_handler)(int);
-};
-
-/// Takes the rights of root away until the end of the block, where there are any.
-class AsNobody
-{
-public:
-    AsNobody() : m_isRoot(::geteuid() == 0)
-    {
-        if (m_isRoot && ::seteuid(65534) != 0)
-            qFatal("the rights of root cannot be given up");
-    }
-
-    ~AsNobody()
-    {
-        if (m_isRoot && ::seteuid(0) != 0)
-            qFatal("the rights of root do not come back");
-    }
-
-private:
-    Q_DISABLE_COPY(AsNobody)
-
-    const bool m_isRoot;
-};
 
 QByteArray nested(const QByteArray &begin, int depth, const QByteArray &end)
 {

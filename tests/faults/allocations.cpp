@@ -1,0 +1,89 @@
+#include "tests/faults/allocations.h"
+
+#include <cerrno>
+#include <cstddef>
+
+// Where the C library has the functions that it would otherwise call malloc() and so on.
+extern "C" {
+void *__libc_malloc(size_t size);
+void *__libc_calloc(size_t count, size_t size);
+void *__libc_realloc(void *block, size_t size);
+void __libc_free(void *block);
+}
+
+namespace {
+
+// Without constructors: they are used before any could run.
+thread_local long liveBlocks;
+thread_local long untilFailure; ///< 0: none is to fail
+thread_local bool failsFromThenOn;
+thread_local bool hasFailed;
+
+bool isToFail()
+{
+    if (hasFailed && failsFromThenOn)
+        return true;
+    if (untilFailure == 0 || --untilFailure > 0)
+        return false;
+    hasFailed = true;
+    return true;
+}
+
+void *refused()
+{
+    errno = ENOMEM;
+    return nullptr;
+}
+
+void *counted(void *block)
+{
+    liveBlocks += block ? 1 : 0;
+    return block;
+}
+
+} // namespace
+
+#define NUV_EXPORTED extern "C" __attribute__((visibility("default")))
+
+NUV_EXPORTED void *malloc(size_t size)
+{
+    return isToFail() ? refused() : counted(__libc_malloc(size));
+}
+
+NUV_EXPORTED void *calloc(size_t count, size_t size)
+{
+    return isToFail() ? refused() : counted(__libc_calloc(count, size));
+}
+
+NUV_EXPORTED void *realloc(void *block, size_t size)
+{
+    if (isToFail())
+        return refused();
+    void *const moved = __libc_realloc(block, size);
+    return block ? moved : counted(moved);
+}
+
+NUV_EXPORTED void free(void *block)
+{
+    liveBlocks -= block ? 1 : 0;
+    __libc_free(block);
+}
+
+long Allocations::live()
+{
+    return liveBlocks;
+}
+
+void Allocations::failAt(long n, Duration duration)
+{
+    hasFailed = false;
+    failsFromThenOn = duration == FromThenOn;
+    untilFailure = n;
+}
+
+bool Allocations::succeed()
+{
+    const bool result = hasFailed;
+    failAt(0, Once);
+    return result;
+}

@@ -1,0 +1,550 @@
+#include "config/appconfig.h"
+#include "config/webappsettings.h"
+#include "config/webappsettings_p.h"
+#include "global/qtcompat.h"
+#include "json/jsonparser.h"
+#include "json/jsonwriter.h"
+#include "json/varianttree.h"
+#include "settings/jsonsettingsformat.h"
+#include "tests/faults/allocations.h"
+#include "tests/faults/childprocess.h"
+#include "tests/json/jsoninput.h"
+#include "tests/support/configdescription.h"
+#include "tests/support/temporarydir.h"
+#include "tests/support/testmain.h"
+
+#include <QBuffer>
+#include <QSettings>
+
+#include <cstdio>
+#include <exception>
+
+namespace {
+
+// What a failing allocation is for: the work in the toolkit's constructor, or the one behind it.
+enum Place { Nowhere, InsideOpening, BehindOpening };
+
+struct PlannedFailure {
+    Place place;
+    long number;
+    Allocations::Duration duration;
+};
+
+const PlannedFailure withoutFailure = { Nowhere, 0, Allocations::Once };
+PlannedFailure planned = withoutFailure;
+
+void beginAt(Place place)
+{
+    if (planned.place == place)
+        Allocations::failAt(planned.number, planned.duration);
+}
+
+} // namespace
+
+// The linker puts this in place of the constructor that the loader calls.
+extern "C" void __real__ZN9QSettingsC1ERK7QStringNS_6FormatEP7QObject(QSettings *, const QString &,
+                                                                      QSettings::Format, QObject *);
+extern "C" void __wrap__ZN9QSettingsC1ERK7QStringNS_6FormatEP7QObject(QSettings *settings,
+                                                                      const QString &path,
+                                                                      QSettings::Format format,
+                                                                      QObject *parent)
+{
+    beginAt(InsideOpening);
+    __real__ZN9QSettingsC1ERK7QStringNS_6FormatEP7QObject(settings, path, format, parent);
+    beginAt(BehindOpening);
+}
+
+namespace {
+
+const char document[] =
+    "{'Global':{'Version':1.5,'RemoteInspectorPort':9222,\n"
+    "  'Certificate':{'Path':'device.pem','PrivateKey':'device.key','PassPhrase':'a secret'}},\n"
+    " 'Applications':[{'Tag':'tv','Url':'http://tv.example/\\u0041','Scale':1.5,'UseWebGL':true,\n"
+    "  'UserAgent':'a text that is long enough to need a block of its own, \\\"quoted\\\"',\n"
+    "  'GrantBroadcastAccessRightDomains':[{'Domain':'a.example'},{'Domain':'b.example'}]},\n"
+    "  {'Tag':'menu','HttpProxy':'proxy:3128','Numbers':[2147483648,1e400,-0.1234567890123456]}],\n"
+    " 'a/"
+    "b':{'size':[[],{},null]},'z':1,'a':1,'z':2,'deep':[[[[[[[[[[[[[[[[[[[[1]]]]]]]]]]]]]]]]]]]]}";
+
+QVariant documentTree()
+{
+    return parseJson(json(document), nullptr);
+}
+
+QSettings::SettingsMap documentMap()
+{
+    QSettings::SettingsMap map;
+    QString prefix;
+    flattenVariant(prefix, map, documentTree());
+    return map;
+}
+
+// What is done with failing allocations. It begins with all that it needs in place, so that only the
+// work itself can fail, and tells its result in words.
+class Work
+{
+public:
+    virtual ~Work() {}
+    virtual void run() = 0;
+    virtual QByteArray result() const = 0;
+
+    // Holds also when run() has thrown.
+    virtual bool isSound() const { return true; }
+};
+
+class Parsing : public Work
+{
+public:
+    explicit Parsing(const QByteArray &text) : m_text(text) {}
+    void run() override { m_tree = parseJson(m_text, &m_error); }
+    QByteArray result() const override { return describe(m_tree) + m_error.toLatin1(); }
+
+private:
+    const QByteArray m_text;
+    QVariant m_tree;
+    QString m_error;
+};
+
+class Flattening : public Work
+{
+public:
+    Flattening() : m_tree(documentTree()) { m_map.insert(QLatin1String("before"), 1); }
+    void run() override { flattenVariant(m_prefix, m_map, m_tree); }
+    QByteArray result() const override { return describeLines(m_map); }
+
+    // What was there before is still there, and what came is in order.
+    bool isSound() const override
+    {
+        const QList<QString> keys = m_map.keys();
+        for (int i = 1; i < keys.size(); ++i) {
+            if (!(keys.at(i - 1) < keys.at(i)))
+                return false;
+        }
+        return m_map.value(QLatin1String("before")) == 1;
+    }
+
+private:
+    const QVariant m_tree;
+    QSettings::SettingsMap m_map;
+    QString m_prefix;
+};
+
+class Unflattening : public Work
+{
+public:
+    Unflattening() : m_map(documentMap()), m_before(describeLines(m_map)) {}
+    void run() override { m_tree = unflattenMap(m_map); }
+    QByteArray result() const override { return describe(m_tree); }
+    bool isSound() const override { return describeLines(m_map) == m_before; }
+
+private:
+    const QSettings::SettingsMap m_map;
+    const QByteArray m_before;
+    QVariant m_tree;
+};
+
+// What the toolkit alone does first when one of the copies of a tree is to change.
+class CopyingMap : public Work
+{
+public:
+    CopyingMap() : m_map(documentTree().toMap()) {}
+    void run() override
+    {
+        m_copy = m_map;
+        m_copy.detach();
+    }
+    QByteArray result() const override { return describe(m_copy); }
+
+private:
+    const QVariantMap m_map;
+    QVariantMap m_copy;
+};
+
+class SettingInTree : public Work
+{
+public:
+    SettingInTree()
+        : m_node(documentTree()),
+          m_before(describe(m_node)),
+          m_key(QLatin1String("Applications/7/Tag"))
+    {
+    }
+    void run() override { m_tree = unflattenVariant(m_node, m_key, true); }
+    QByteArray result() const override { return describe(m_tree); }
+    bool isSound() const override { return describe(m_node) == m_before; }
+
+private:
+    const QVariant m_node;
+    const QByteArray m_before;
+    const QString m_key;
+    QVariant m_tree;
+};
+
+class Writing : public Work
+{
+public:
+    explicit Writing(bool isCompact) : m_isCompact(isCompact), m_tree(documentTree()) {}
+    void run() override
+    {
+        m_text = m_isCompact ? JsonWriter::serializeCompact(m_tree)
+                             : JsonWriter::serialize(m_tree, 4, 0);
+    }
+    QByteArray result() const override { return m_text; }
+
+private:
+    const bool m_isCompact;
+    const QVariant m_tree;
+    QByteArray m_text;
+};
+
+class ReadCallback : public Work
+{
+public:
+    explicit ReadCallback(const QByteArray &text)
+    {
+        m_device.setData(text);
+        m_device.open(QIODevice::ReadOnly);
+    }
+    void run() override { readJsonSettings(m_device, m_map); }
+    QByteArray result() const override { return describeLines(m_map); }
+
+private:
+    QBuffer m_device;
+    QSettings::SettingsMap m_map;
+};
+
+class WriteCallback : public Work
+{
+public:
+    WriteCallback() : m_map(documentMap()) { m_device.open(QIODevice::WriteOnly); }
+    void run() override { writeJsonSettings(m_device, m_map); }
+    QByteArray result() const override { return m_device.data(); }
+
+private:
+    const QSettings::SettingsMap m_map;
+    QBuffer m_device;
+};
+
+class FillingBags : public Work
+{
+public:
+    FillingBags() : m_value(QLatin1String("value")) { m_original.setUrl(m_value); }
+    void run() override
+    {
+        m_copy = m_original;
+        for (const AppConfigProperty &property : appConfigProperties)
+            (m_copy.*property.set)(m_value);
+    }
+    QByteArray result() const override { return describeConfig(m_copy); }
+    bool isSound() const override
+    {
+        return describeConfig(m_original) == "Url = string \"value\""
+            && m_copy.getUrl().toString()
+            == QLatin1String(m_copy.getUrl().isValid() ? "value" : "");
+    }
+
+private:
+    const QVariant m_value;
+    AppConfig m_original;
+    AppConfig m_copy;
+};
+
+QByteArray describeSettings(unsigned int port, const AppConfig &global,
+                            const AppConfig &application)
+{
+    return QByteArray::number(port) + "; " + describeConfig(global) + "; "
+        + describeConfig(application);
+}
+
+class LookingUp : public Work
+{
+public:
+    LookingUp() : m_tag(QLatin1String("tv")), m_port(0) { getWebAppSettings(); }
+    void run() override
+    {
+        const WebAppSettings *const settings = getWebAppSettings();
+        settings->getGlobalRemoteInspectorPort(m_port);
+        settings->getGlobalConfig(m_global);
+        settings->getAppConfig(m_tag, m_application);
+    }
+    QByteArray result() const override { return describeSettings(m_port, m_global, m_application); }
+
+private:
+    const QString m_tag;
+    unsigned int m_port;
+    AppConfig m_global;
+    AppConfig m_application;
+};
+
+class Loading : public Work
+{
+public:
+    ~Loading()
+    {
+        if (m_loaded)
+            delete m_loaded->settings; // of the process's own they are never freed
+    }
+    void run() override { m_loaded.reset(new WebAppSettingsPrivate); }
+    QByteArray result() const override
+    {
+        return describeSettings(m_loaded->remoteInspectorPort, m_loaded->globalConfig,
+                                m_loaded->applications.value(QLatin1String("tv")));
+    }
+
+private:
+    QScopedPointer<WebAppSettingsPrivate> m_loaded;
+};
+
+const char *const works[] = {
+    "parsing",           "parsing with an error", "flattening",
+    "unflattening",      "setting in a tree",     "writing",
+    "writing compactly", "read callback",         "read callback with an error",
+    "write callback",    "filling bags",          "looking up",
+    "loading, once open"
+};
+
+Work *newWork(const QByteArray &name)
+{
+    if (name == "parsing")
+        return new Parsing(json(document));
+    if (name == "parsing with an error")
+        return new Parsing(json(document).replace(":2,", ";2,"));
+    if (name == "flattening")
+        return new Flattening;
+    if (name == "unflattening")
+        return new Unflattening;
+    if (name == "the toolkit's copying of a map")
+        return new CopyingMap;
+    if (name == "setting in a tree")
+        return new SettingInTree;
+    if (name == "writing" || name == "writing compactly")
+        return new Writing(name == "writing compactly");
+    if (name == "read callback")
+        return new ReadCallback(json(document));
+    if (name == "read callback with an error")
+        return new ReadCallback("[1,]");
+    if (name == "write callback")
+        return new WriteCallback;
+    if (name == "filling bags")
+        return new FillingBags;
+    if (name == "looking up")
+        return new LookingUp;
+    return new Loading;
+}
+
+void addDurations()
+{
+    QTest::addColumn<int>("duration");
+    QTest::newRow("once") << int(Allocations::Once);
+    QTest::newRow("from then on") << int(Allocations::FromThenOn);
+}
+
+void passOver(QtMsgType, const QByteArray &) {}
+
+enum Outcome { Succeeded, Survived, Threw, WrongResult, Unsound, Leaked };
+
+// One attempt with the planned failure. Survived is a right result although an allocation failed.
+Outcome attempt(const QByteArray &name, const QByteArray &expected)
+{
+    const long before = Allocations::live();
+    Outcome outcome = Succeeded;
+    {
+        const QScopedPointer<Work> work(newWork(name));
+        beginAt(Nowhere);
+        try {
+            work->run();
+        } catch (const std::exception &) {
+            outcome = Threw;
+        }
+        if (Allocations::succeed() && outcome == Succeeded)
+            outcome = Survived;
+        if (outcome != Threw && work->result() != expected)
+            outcome = WrongResult;
+        else if (!work->isSound())
+            outcome = Unsound;
+    }
+    return Allocations::live() <= before ? outcome : Leaked;
+}
+
+QByteArray resultWithoutFailure(const QByteArray &name)
+{
+    const QScopedPointer<Work> work(newWork(name));
+    work->run();
+    return work->result();
+}
+
+struct Sweep {
+    int points, exceptions, withoutEffect, leaks;
+    long firstFault; ///< where the result was wrong or something damaged, 0 for nowhere
+};
+
+// Lets one allocation after the other fail, until all is done without.
+Sweep sweep(const QByteArray &name, Allocations::Duration duration)
+{
+    Sweep result = Sweep();
+    const QByteArray expected = resultWithoutFailure(name);
+    planned.place = name == "loading, once open" ? BehindOpening : Nowhere;
+    planned.duration = duration;
+    Outcome outcome = Threw;
+    for (planned.number = 1; outcome != Succeeded; ++planned.number) {
+        outcome = attempt(name, expected);
+        result.points += outcome != Succeeded ? 1 : 0;
+        result.exceptions += outcome == Threw ? 1 : 0;
+        result.withoutEffect += outcome == Survived ? 1 : 0;
+        result.leaks += outcome == Leaked ? 1 : 0;
+        if (outcome == WrongResult || outcome == Unsound) {
+            result.firstFault = planned.number;
+            break;
+        }
+    }
+    planned = withoutFailure;
+    return result;
+}
+
+// The toolkit loses what it has copied of a map when it cannot copy all of it.
+int leaksOfTheToolkit(const QByteArray &name, Allocations::Duration duration)
+{
+    const char *const copying = "the toolkit's copying of a map";
+    const bool copies = name == copying || name == "setting in a tree";
+    return copies ? sweep(copying, duration).leaks : 0;
+}
+
+enum { FirstThrew = 1, NothingLeaked = 2, SecondIsRight = 4, NothingFailed = 8 };
+
+// Asks twice for the process's settings, the first time with the planned failure, and tells what came
+// of it.
+int askTwice(const QByteArray &expected)
+{
+    int outcome = 0;
+    const long before = Allocations::live();
+    try {
+        getWebAppSettings();
+    } catch (const std::exception &) {
+        outcome |= FirstThrew;
+    }
+    outcome |= Allocations::succeed() ? 0 : NothingFailed;
+    // The toolkit gives up a file that it kept, too, when it lacks the memory to keep it on.
+    outcome |= Allocations::live() <= before ? NothingLeaked : 0;
+    planned = withoutFailure;
+    LookingUp lookups;
+    lookups.run();
+    return outcome | (lookups.result() == expected ? SecondIsRight : 0);
+}
+
+// Asks once, with the planned failure inside of the toolkit's constructor.
+int askOnce()
+{
+    int outcome = 0;
+    try {
+        getWebAppSettings();
+    } catch (const std::exception &) {
+        outcome |= FirstThrew;
+    }
+    return outcome | (Allocations::succeed() ? 0 : NothingFailed);
+}
+
+} // namespace
+
+/// Everything that the library does, with the n-th allocation failing, for every n until all is done.
+class tst_AllocationFailures : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+    void failuresInsideOfOpeningAreTheToolkits();
+    void afterAFirstRequestThatFailedTheNextSucceeds_data();
+    void afterAFirstRequestThatFailedTheNextSucceeds();
+    void failuresAreExceptionsOrHaveNoEffect_data();
+    void failuresAreExceptionsOrHaveNoEffect();
+
+private:
+    TemporaryDir m_folder;
+};
+
+void tst_AllocationFailures::initTestCase()
+{
+    const QString path = m_folder.write(QLatin1String("apps.json"), json(document));
+    qputenv("NUV_APPS_CONFIG_FILE", QFile::encodeName(path));
+}
+
+void tst_AllocationFailures::cleanup()
+{
+    planned = withoutFailure;
+    QtCompat::installMessageSink(nullptr);
+}
+
+// What comes of them is up to the toolkit, so it is told and not judged. Each attempt is a process of
+// its own, since most of them crash.
+void tst_AllocationFailures::failuresInsideOfOpeningAreTheToolkits()
+{
+    planned.place = InsideOpening;
+    int exceptions = 0;
+    int crashes = 0;
+    int outcome = 0;
+    for (planned.number = 1; outcome != NothingFailed; ++planned.number) {
+        outcome = ChildProcess(askOnce).wait();
+        exceptions += outcome == FirstThrew ? 1 : 0;
+        crashes += outcome < 0 ? 1 : 0;
+    }
+    const long points = planned.number - 2;
+    std::printf("opening: %ld points, %d exceptions, %d crashes\n", points, exceptions, crashes);
+    QVERIFY(points > 0);
+}
+
+void tst_AllocationFailures::afterAFirstRequestThatFailedTheNextSucceeds_data()
+{
+    addDurations();
+}
+
+void tst_AllocationFailures::afterAFirstRequestThatFailedTheNextSucceeds()
+{
+    QFETCH(int, duration);
+    const QByteArray expected = resultWithoutFailure("loading, once open");
+    planned.place = BehindOpening;
+    planned.duration = Allocations::Duration(duration);
+    int exceptions = 0;
+    int outcome = 0;
+    for (planned.number = 1; !(outcome & NothingFailed); ++planned.number) {
+        outcome = ChildProcess([&] { return askTwice(expected); }).wait();
+        QVERIFY2(outcome >= 0 && (outcome & SecondIsRight),
+                 QByteArray::number(outcome).constData());
+        QVERIFY2(!(outcome & FirstThrew) || (outcome & NothingLeaked),
+                 QByteArray::number(outcome).constData());
+        exceptions += outcome & FirstThrew ? 1 : 0;
+    }
+    std::printf("first request, failing %s: %ld points, %d exceptions\n", QTest::currentDataTag(),
+                planned.number - 2, exceptions);
+    QVERIFY(exceptions > 0);
+}
+
+void tst_AllocationFailures::failuresAreExceptionsOrHaveNoEffect_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<int>("duration");
+    for (const char *name : works) {
+        QTest::newRow(name) << QByteArray(name) << int(Allocations::Once);
+        QTest::newRow((QByteArray(name) + ", from then on").constData())
+            << QByteArray(name) << int(Allocations::FromThenOn);
+    }
+}
+
+void tst_AllocationFailures::failuresAreExceptionsOrHaveNoEffect()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(int, duration);
+    QtCompat::installMessageSink(passOver);
+
+    const Sweep swept = sweep(name, Allocations::Duration(duration));
+
+    std::printf("%s: %d points, %d exceptions, %d without effect, %d leaks\n",
+                QTest::currentDataTag(), swept.points, swept.exceptions, swept.withoutEffect,
+                swept.leaks);
+    QCOMPARE(int(swept.firstFault), 0);
+    QCOMPARE(swept.leaks, leaksOfTheToolkit(name, Allocations::Duration(duration)));
+}
+
+NUV_TEST_MAIN(tst_AllocationFailures)
+
+#include "tst_allocationfailures.moc"
