@@ -1,5 +1,5 @@
 // What nuv-apps-config finds in a file: an error exactly where the library reads nothing, and findings,
-// places and secrets that lie inside the file; and all forms of its report.
+// places and secrets that lie inside the file; and the forms of its report.
 
 #include "fuzz/fuzztarget.h"
 #include "json/jsonparser.h"
@@ -53,18 +53,18 @@ void checkSecrets(const Analysis &analysis)
     Fuzz::require(end <= analysis.source.size(), "secrets lie inside the file");
 }
 
+// In one of the forms, the next one for the next size of an input.
 void report(const Analysis &analysis)
 {
+    static const Format formats[] = { Format::Text, Format::Json, Format::Sarif, Format::Github };
     static const bool isQuiet = std::freopen("/dev/null", "w", stdout) != nullptr;
     Fuzz::require(isQuiet, "the report goes nowhere");
     Output output;
     Invocation invocation;
-    for (const Format format : { Format::Text, Format::Json, Format::Sarif, Format::Github }) {
-        invocation.format = format;
-        const std::unique_ptr<Report> report = Report::make(invocation, output);
-        report->add(analysis);
-        report->finish();
-    }
+    invocation.format = formats[analysis.source.size() % 4];
+    const std::unique_ptr<Report> report = Report::make(invocation, output);
+    report->add(analysis);
+    report->finish();
 }
 
 } // namespace
