@@ -8,6 +8,7 @@
 #include "settings/jsonsettingsformat.h"
 #include "tests/faults/allocations.h"
 #include "tests/faults/childprocess.h"
+#include "tests/faults/opening.h"
 #include "tests/json/jsoninput.h"
 #include "tests/support/configdescription.h"
 #include "tests/support/temporarydir.h"
@@ -39,22 +40,15 @@ void beginAt(Place place)
         Allocations::failAt(planned.number, planned.duration);
 }
 
-} // namespace
-
-// The linker puts this in place of the constructor that the loader calls.
-extern "C" void __real__ZN9QSettingsC1ERK7QStringNS_6FormatEP7QObject(QSettings *, const QString &,
-                                                                      QSettings::Format, QObject *);
-extern "C" void __wrap__ZN9QSettingsC1ERK7QStringNS_6FormatEP7QObject(QSettings *settings,
-                                                                      const QString &path,
-                                                                      QSettings::Format format,
-                                                                      QObject *parent)
+void beginInsideOpening(const QString &)
 {
     beginAt(InsideOpening);
-    __real__ZN9QSettingsC1ERK7QStringNS_6FormatEP7QObject(settings, path, format, parent);
-    beginAt(BehindOpening);
 }
 
-namespace {
+void beginBehindOpening()
+{
+    beginAt(BehindOpening);
+}
 
 const char document[] =
     "{'Global':{'Version':1.5,'RemoteInspectorPort':9222,\n"
@@ -95,7 +89,7 @@ public:
 class Parsing : public Work
 {
 public:
-    explicit Parsing(const QByteArray &text) : m_text(text) {}
+    explicit Parsing(const QByteArray &text = json(document)) : m_text(text) {}
     void run() override { m_tree = parseJson(m_text, &m_error); }
     QByteArray result() const override { return describe(m_tree) + m_error.toLatin1(); }
 
@@ -103,6 +97,12 @@ private:
     const QByteArray m_text;
     QVariant m_tree;
     QString m_error;
+};
+
+class ParsingWithError : public Parsing
+{
+public:
+    ParsingWithError() : Parsing(json(document).replace(":2,", ";2,")) {}
 };
 
 class Flattening : public Work
@@ -183,7 +183,7 @@ private:
 class Writing : public Work
 {
 public:
-    explicit Writing(bool isCompact) : m_isCompact(isCompact), m_tree(documentTree()) {}
+    explicit Writing(bool isCompact = false) : m_isCompact(isCompact), m_tree(documentTree()) {}
     void run() override
     {
         m_text = m_isCompact ? JsonWriter::serializeCompact(m_tree)
@@ -197,10 +197,16 @@ private:
     QByteArray m_text;
 };
 
+class WritingCompactly : public Writing
+{
+public:
+    WritingCompactly() : Writing(true) {}
+};
+
 class ReadCallback : public Work
 {
 public:
-    explicit ReadCallback(const QByteArray &text)
+    explicit ReadCallback(const QByteArray &text = json(document))
     {
         m_device.setData(text);
         m_device.open(QIODevice::ReadOnly);
@@ -211,6 +217,12 @@ public:
 private:
     QBuffer m_device;
     QSettings::SettingsMap m_map;
+};
+
+class ReadCallbackWithError : public ReadCallback
+{
+public:
+    ReadCallbackWithError() : ReadCallback("[1,]") {}
 };
 
 class WriteCallback : public Work
@@ -295,50 +307,40 @@ private:
     QScopedPointer<WebAppSettingsPrivate> m_loaded;
 };
 
-const char *const works[] = {
-    "parsing",
-    "parsing with an error",
-    "flattening",
-    "unflattening",
-    "the toolkit's copying of a map",
-    "setting in a tree",
-    "writing",
-    "writing compactly",
-    "read callback",
-    "read callback with an error",
-    "write callback",
-    "filling bags",
-    "looking up",
-    "loading, once open",
+template<typename T>
+Work *make()
+{
+    return new T;
+}
+
+const struct {
+    const char *name;
+    Work *(*make)();
+} works[] = {
+    { "parsing", make<Parsing> },
+    { "parsing with an error", make<ParsingWithError> },
+    { "flattening", make<Flattening> },
+    { "unflattening", make<Unflattening> },
+    { "the toolkit's copying of a map", make<CopyingMap> },
+    { "setting in a tree", make<SettingInTree> },
+    { "writing", make<Writing> },
+    { "writing compactly", make<WritingCompactly> },
+    { "read callback", make<ReadCallback> },
+    { "read callback with an error", make<ReadCallbackWithError> },
+    { "write callback", make<WriteCallback> },
+    { "filling bags", make<FillingBags> },
+    { "looking up", make<LookingUp> },
+    { "loading, once open", make<Loading> },
 };
 
 Work *newWork(const QByteArray &name)
 {
-    if (name == "parsing")
-        return new Parsing(json(document));
-    if (name == "parsing with an error")
-        return new Parsing(json(document).replace(":2,", ";2,"));
-    if (name == "flattening")
-        return new Flattening;
-    if (name == "unflattening")
-        return new Unflattening;
-    if (name == "the toolkit's copying of a map")
-        return new CopyingMap;
-    if (name == "setting in a tree")
-        return new SettingInTree;
-    if (name == "writing" || name == "writing compactly")
-        return new Writing(name == "writing compactly");
-    if (name == "read callback")
-        return new ReadCallback(json(document));
-    if (name == "read callback with an error")
-        return new ReadCallback("[1,]");
-    if (name == "write callback")
-        return new WriteCallback;
-    if (name == "filling bags")
-        return new FillingBags;
-    if (name == "looking up")
-        return new LookingUp;
-    return new Loading;
+    for (const auto &work : works) {
+        if (name == work.name)
+            return work.make();
+    }
+    qFatal("no such work: %s", name.constData());
+    return nullptr;
 }
 
 void addDurations()
@@ -476,6 +478,8 @@ void tst_AllocationFailures::initTestCase()
 {
     const QString path = m_folder.write(QLatin1String("apps.json"), json(document));
     qputenv("NUV_APPS_CONFIG_FILE", QFile::encodeName(path));
+    Opening::before = beginInsideOpening;
+    Opening::behind = beginBehindOpening;
 }
 
 void tst_AllocationFailures::cleanup()
@@ -535,10 +539,11 @@ void tst_AllocationFailures::failuresAreExceptionsOrHaveNoEffect_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<int>("duration");
-    for (const char *name : works) {
-        QTest::newRow(name) << QByteArray(name) << int(Allocations::Once);
-        QTest::newRow((QByteArray(name) + ", from then on").constData())
-            << QByteArray(name) << int(Allocations::FromThenOn);
+    for (const auto &work : works) {
+        const QByteArray name = work.name;
+        QTest::newRow(work.name) << name << int(Allocations::Once);
+        QTest::newRow((name + ", from then on").constData())
+            << name << int(Allocations::FromThenOn);
     }
 }
 

@@ -2,6 +2,7 @@
 #include "global/qtcompat.h"
 #include "settings/jsonsettingsformat.h"
 #include "tests/faults/childprocess.h"
+#include "tests/faults/opening.h"
 #include "tests/json/jsoninput.h"
 #include "tests/support/configdescription.h"
 #include "tests/support/messages.h"
@@ -19,28 +20,10 @@
 
 #include <sys/stat.h>
 
-namespace {
-
 /// What happens to the file between the loader's look for it and the toolkit's opening it.
 typedef void (*FileChange)(const QString &path);
-FileChange beforeOpening = nullptr;
-
-} // namespace
 
 Q_DECLARE_METATYPE(FileChange)
-
-// The linker puts this in place of the constructor that the loader calls.
-extern "C" void __real__ZN9QSettingsC1ERK7QStringNS_6FormatEP7QObject(QSettings *, const QString &,
-                                                                      QSettings::Format, QObject *);
-extern "C" void __wrap__ZN9QSettingsC1ERK7QStringNS_6FormatEP7QObject(QSettings *settings,
-                                                                      const QString &path,
-                                                                      QSettings::Format format,
-                                                                      QObject *parent)
-{
-    if (beforeOpening)
-        beforeOpening(path);
-    __real__ZN9QSettingsC1ERK7QStringNS_6FormatEP7QObject(settings, path, format, parent);
-}
 
 namespace {
 
@@ -206,7 +189,7 @@ void tst_InputFailures::initTestCase()
 
 void tst_InputFailures::cleanup()
 {
-    beforeOpening = nullptr;
+    Opening::before = nullptr;
 }
 
 void tst_InputFailures::readingThatEndsEarlyGivesAllOrNothing_data()
@@ -301,7 +284,7 @@ void tst_InputFailures::filesMayChangeBeforeTheyAreOpened()
     QFETCH(QByteArray, state);
     const Messages messages;
     writeConfiguration(json(document));
-    beforeOpening = change;
+    Opening::before = change;
 
     const AsNobody nobody;
     QCOMPARE(loaded(), state);

@@ -1,0 +1,15 @@
+#ifndef OPENING_H
+#define OPENING_H
+
+class QString;
+
+/// What a test does directly in front of and directly behind the toolkit's opening of a settings file: the
+/// linker puts a function of ours in place of that constructor of QSettings. Null for nothing.
+namespace Opening {
+
+extern void (*before)(const QString &path);
+extern void (*behind)();
+
+} // namespace Opening
+
+#endif // OPENING_H
