@@ -32,7 +32,7 @@ private slots:
     void secretsAreShownWhenAskedFor();
     void showsWhatTheLauncherSees();
     void showsWhatWasSkipped();
-    void showsWhyABinaryFileGivesNothing();
+    void aBinaryFileIsNoFileWithoutKeys();
     void showsAsJson();
     void listsTheTags();
     void getsOneValue();
@@ -381,11 +381,14 @@ void tst_Program::showsWhatWasSkipped()
                 .output.contains("Version: 0 (the file has a syntax error"));
 }
 
-void tst_Program::showsWhyABinaryFileGivesNothing()
+void tst_Program::aBinaryFileIsNoFileWithoutKeys()
 {
     write(QByteArray("\xff\xfe{\0}\0", 6));
     const Result shown = run(words("show --file test.json"));
     QVERIFY2(shown.output.contains("not-text"), shown.output.constData());
+    m_folder.write(QLatin1String("other.json"), QByteArray("\xff\xfe[\0]\0", 6));
+    QVERIFY(run(words("keys --file test.json")).status != 0);
+    QVERIFY(run(words("diff test.json other.json")).status != 0);
 }
 
 void tst_Program::showsAsJson()
