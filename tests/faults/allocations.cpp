@@ -43,19 +43,21 @@ void *counted(void *block)
 
 } // namespace
 
-#define NUV_EXPORTED extern "C" __attribute__((visibility("default")))
+// The toolkit must find them as well.
+#pragma GCC visibility push(default)
+extern "C" {
 
-NUV_EXPORTED void *malloc(size_t size)
+void *malloc(size_t size)
 {
     return isToFail() ? refused() : counted(__libc_malloc(size));
 }
 
-NUV_EXPORTED void *calloc(size_t count, size_t size)
+void *calloc(size_t count, size_t size)
 {
     return isToFail() ? refused() : counted(__libc_calloc(count, size));
 }
 
-NUV_EXPORTED void *realloc(void *block, size_t size)
+void *realloc(void *block, size_t size)
 {
     if (isToFail())
         return refused();
@@ -63,11 +65,14 @@ NUV_EXPORTED void *realloc(void *block, size_t size)
     return block ? moved : counted(moved);
 }
 
-NUV_EXPORTED void free(void *block)
+void free(void *block)
 {
     liveBlocks -= block ? 1 : 0;
     __libc_free(block);
 }
+
+} // extern "C"
+#pragma GCC visibility pop
 
 long Allocations::live()
 {
