@@ -1,12 +1,11 @@
 #ifndef JSONPARSER_H
 #define JSONPARSER_H
 
+#include "json/jsondriver.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QVariant>
-#include <QVector>
-
-class JsonLexer;
 
 /// Parses JSON text into a variant tree.
 ///
@@ -20,7 +19,21 @@ class JsonLexer;
 /// one, else an invalid variant. On success it leaves `*errorMessage` alone. Reentrant.
 QVariant parseJson(const QByteArray &json, QString *errorMessage);
 
-/// The driver of the LALR(1) tables, made anew for every parse.
+/// Builds variant trees. A value is null as an invalid variant.
+struct JsonTreeBuilder {
+    typedef QVariant Value;
+
+    static QVariant &scalar(QVariant &value) { return value; }
+    static void beginObject(QVariant &value);
+    static void addMember(QVariant &object, QString &lastKey, QString &key, QVariant &value);
+    static void endObject(QVariant &) {}
+    static void beginArray(QVariant &value);
+    static void addElement(QVariant &array, QVariant &value);
+    static void endArray(QVariant &) {}
+    static void dispose(QVariant &value);
+};
+
+/// Parses one document into a variant tree, made anew for each.
 class JsonParser
 {
 public:
@@ -32,42 +45,27 @@ public:
     bool parse(JsonLexer *lexer);
 
     /// The root value, once the document held a complete one; invalid before.
-    const QVariant &result() const { return m_result; }
+    const QVariant &result() const { return m_driver.result(); }
 
     /// Moves the root value out of the parser.
     QVariant takeResult();
 
     /// What could have stood in place of the error, as "Expected 'x'" or "Expected 'x', 'y'"; empty
     /// when nothing or more than two things could.
-    QString errorMessage() const { return m_errorMessage; }
+    QString errorMessage() const { return m_driver.error().expected; }
 
     /// The lexer's line and position at the error; meaningful after one only.
-    int errorLine() const { return m_errorLine; }
-    int errorPos() const { return m_errorPos; }
+    int errorLine() const { return m_driver.error().line; }
+    int errorPos() const { return m_driver.error().pos; }
+
+    /// The whole message; meaningful after an error only.
+    QString errorText() const { return m_driver.error().toString(); }
 
 private:
     Q_DISABLE_COPY(JsonParser)
 
-    // The state stack and the stack of the symbols' values in one. The key of a member is held as
-    // what it is.
-    struct Slot {
-        int state;
-        QString key;
-        QVariant value;
-    };
-
-    Slot *push(Slot *top, int state);
-    Slot *grow();
-    static void takeValue(JsonLexer *lexer, Slot *slot);
-    void reduce(int rule, Slot *sym);
-    void reportError(const JsonLexer &lexer, int state);
-
-    QVector<Slot> m_stack; ///< slot 0 is never used
-    Slot *m_limit; ///< behind the last slot
-    QString m_errorMessage;
-    int m_errorLine;
-    int m_errorPos;
-    QVariant m_result;
+    JsonTreeBuilder m_builder;
+    JsonDriver<JsonTreeBuilder> m_driver;
 };
 
 #endif // JSONPARSER_H
