@@ -100,6 +100,21 @@ inline QVariant &insertMultiLast(QVariantMap &map, const QString &key)
 #endif
 }
 
+/// As insertMulti() with a value, for a key that is expected to sort in front of every other: cheap
+/// where it does, the same result where it does not.
+inline QVariant &insertMultiFirst(QVariantMap &map, const QString &key, const QVariant &value)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return map.insertMulti(key, value).value();
+#else
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    QVariant &inserted = map.insertMulti(map.constBegin(), key, value).value();
+    QT_WARNING_POP
+    return inserted;
+#endif
+}
+
 /// Inserts or replaces, for a key that is expected to sort behind every other: cheap where it does,
 /// the same result where it does not.
 inline void insertLast(QVariantMap &map, const QString &key, const QVariant &value)
