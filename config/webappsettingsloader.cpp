@@ -58,16 +58,25 @@ const Row rows[] = {
     { "ProhibitMainFrameScrolling", &AppConfig::setProhibitMainFrameScrolling },
 };
 
+// The keys of the rows as QSettings wants them, made once for all applications.
+QStringList keysOfRows()
+{
+    QStringList keys;
+    for (const Row &row : rows)
+        keys.append(QLatin1String(row.key));
+    return keys;
+}
+
 QVariant read(const QSettings &settings, const char *key)
 {
     return settings.value(QLatin1String(key));
 }
 
 // A JSON null counts as absent, as its variant is invalid. Values are stored as they are.
-void copy(const QSettings &settings, const char *key, AppConfig &config,
+void copy(const QSettings &settings, const QString &key, AppConfig &config,
           void (AppConfig::*set)(QVariant const &))
 {
-    const QVariant value = read(settings, key);
+    const QVariant value = settings.value(key);
     if (value.isValid())
         (config.*set)(value);
 }
@@ -79,8 +88,8 @@ void loadCertificate(QSettings &settings, AppConfig &config)
     const QVariant path = read(settings, "Path");
     if (path.isValid()) {
         config.setCertPath(path);
-        copy(settings, "PrivateKey", config, &AppConfig::setCertPrivateKey);
-        copy(settings, "PassPhrase", config, &AppConfig::setCertPassPhrase);
+        copy(settings, QLatin1String("PrivateKey"), config, &AppConfig::setCertPrivateKey);
+        copy(settings, QLatin1String("PassPhrase"), config, &AppConfig::setCertPassPhrase);
     }
     settings.endGroup();
 }
@@ -101,11 +110,11 @@ void loadDomains(QSettings &settings, AppConfig &config)
         config.setGrantBroadcastAccessRightDomains(domains);
 }
 
-AppConfig loadApplication(QSettings &settings)
+AppConfig loadApplication(QSettings &settings, const QStringList &keys)
 {
     AppConfig config;
-    for (const Row &row : rows)
-        copy(settings, row.key, config, row.set);
+    for (int i = 0; i < keys.size(); ++i)
+        copy(settings, keys.at(i), config, rows[i].set);
     loadCertificate(settings, config);
     loadDomains(settings, config);
     return config;
@@ -157,6 +166,7 @@ void WebAppSettingsPrivate::loadGlobal()
 
 void WebAppSettingsPrivate::loadApplications()
 {
+    const QStringList keys = keysOfRows();
     applications.clear();
     const int count = settings->beginReadArray(QLatin1String("Applications"));
     for (int i = 0; i < count; ++i) {
@@ -165,7 +175,7 @@ void WebAppSettingsPrivate::loadApplications()
         const QString tag = value.toString();
         // The first application with a tag wins whole; nothing of a later one is merged into it.
         if (value.isValid() && !applications.contains(tag))
-            applications.insert(tag, loadApplication(*settings));
+            applications.insert(tag, loadApplication(*settings, keys));
     }
     settings->endArray();
 }

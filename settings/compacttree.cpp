@@ -7,9 +7,6 @@
 
 namespace {
 
-// The arrays of the toolkit end at 2 GB.
-const int MostEntries = 1 << 24;
-
 class ByName
 {
 public:
@@ -112,17 +109,16 @@ void CompactTree::flatten(CompactNode &root, QSettings::SettingsMap &map)
 // Drops the node when the tree has no place for it.
 inline void CompactTree::add(CompactNode &container, QString &name, CompactNode &node)
 {
-    if (m_entries.size() == MostEntries)
-        giveUp();
+    if (m_count == m_entries.size())
+        grow();
     if (!m_isPlain) {
         node = CompactNode();
         return;
     }
-    m_open.append(m_entries.size());
-    m_entries.append(CompactEntry());
-    CompactEntry &entry = m_entries.last();
-    entry.name.swap(name);
+    CompactEntry &entry = m_entries.data()[m_count];
+    qSwap(entry.name, name);
     entry.node.swap(node);
+    m_open.append(m_count++);
     ++container.extent.count;
 }
 
@@ -142,7 +138,7 @@ void CompactTree::addElement(CompactNode &array, CompactNode &node)
 
 void CompactTree::endObject(CompactNode &object)
 {
-    if (m_isPlain && !sortMembers(m_open.end() - object.extent.count, m_open.end()))
+    if (m_isPlain && !sortMembers(m_open.end() - int(object.extent.count), m_open.end()))
         giveUp();
     close(object);
 }
@@ -164,15 +160,25 @@ void CompactTree::close(CompactNode &container)
         return;
     const int first = m_open.size() - int(container.extent.count);
     container.extent.first = m_closed.size();
-    for (int i = first; i < m_open.size(); ++i)
-        m_closed.append(m_open.at(i));
+    m_closed.append(m_open.constData() + first, int(container.extent.count));
     m_open.resize(first);
+}
+
+// Doubles the room, up to what the toolkit's arrays can hold.
+void CompactTree::grow()
+{
+    const int mostEntries = 1 << 25;
+    if (m_count >= mostEntries)
+        giveUp();
+    else
+        m_entries.resize(qMax(32, 2 * m_count));
 }
 
 void CompactTree::giveUp()
 {
     m_isPlain = false;
     m_entries.clear();
+    m_count = 0;
     m_open.clear();
     m_closed.clear();
 }

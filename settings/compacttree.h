@@ -5,6 +5,7 @@
 
 #include <QSettings>
 #include <QString>
+#include <QVarLengthArray>
 #include <QVariant>
 #include <QVector>
 
@@ -45,7 +46,7 @@ Q_DECLARE_TYPEINFO(CompactEntry, Q_MOVABLE_TYPE);
 class CompactTree
 {
 public:
-    CompactTree() : m_isPlain(true) {}
+    CompactTree() : m_isPlain(true), m_count(0) {}
 
     /// Whether the document was a plain one, and not too large for an array.
     bool isPlain() const { return m_isPlain; }
@@ -71,14 +72,18 @@ private:
     class View;
 
     void add(CompactNode &container, QString &name, CompactNode &node);
-    bool sortMembers(int *first, int *last) const;
     void close(CompactNode &container);
+    bool sortMembers(int *first, int *last) const;
+    void grow();
     void giveUp();
 
+    typedef QVarLengthArray<int, 64> Indices;
+
     bool m_isPlain;
-    QVector<CompactEntry> m_entries; ///< in the order of the text
-    QVector<int> m_open; ///< the entries of the open containers, the innermost's last
-    QVector<int> m_closed; ///< the entries of the others, each one's together, members by their names
+    QVector<CompactEntry> m_entries; ///< in the order of the text, and free ones behind them
+    int m_count; ///< of the entries in use
+    Indices m_open; ///< the entries of the open containers, the innermost's last
+    Indices m_closed; ///< the entries of the others, each one's together, members by their names
     SeparatorSearch m_separators;
 };
 
