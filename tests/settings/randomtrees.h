@@ -14,7 +14,9 @@
 class RandomTrees
 {
 public:
-    explicit RandomTrees(unsigned int seed) : m_engine(seed) {}
+    enum Keys { AnyKeys, KeysWithoutSeparator };
+
+    explicit RandomTrees(unsigned int seed, Keys keys = AnyKeys) : m_engine(seed), m_keys(keys) {}
 
     QVariant tree(int depth = 5)
     {
@@ -39,10 +41,12 @@ private:
 
     QString key()
     {
-        static const char *const keys[] = { "",    "/",   "a/b",  "size", "1", "10", "01",
-                                            "a-b", "a b", "a",    "b",    "2", "3",  "//",
-                                            "/a",  "a/",  "Size", "z",    "11" };
-        return QLatin1String(keys[below(int(sizeof keys / sizeof keys[0]))]);
+        static const char *const keys[] = { "",  "size", "1",    "10", "01", "a-b", "a b",
+                                            "a", "b",    "2",    "3",  "Size", "z", "11",
+                                            "/", "a/b",  "//",   "/a", "a/" };
+        const int count = int(sizeof keys / sizeof keys[0]);
+        const int countWithSeparator = 5;
+        return QLatin1String(keys[below(m_keys == AnyKeys ? count : count - countWithSeparator)]);
     }
 
     QVariant scalar()
@@ -105,6 +109,7 @@ private:
     }
 
     std::mt19937 m_engine;
+    const Keys m_keys;
 };
 
 #endif // RANDOMTREES_H
