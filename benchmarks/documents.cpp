@@ -222,7 +222,7 @@ QByteArray shortString(Random &random, int)
 QByteArray escapedString(Random &random, int)
 {
     QByteArray text = "\"";
-    const int size = random.between(6, 18);
+    const int size = random.between(5, 20);
     for (int i = 0; i < size; ++i) {
         if (random.below(4) == 0)
             text += "\\u0" + QByteArray::number(random.between(0x400, 0x4ff), 16);

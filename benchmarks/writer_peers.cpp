@@ -9,8 +9,8 @@
 
 namespace {
 
-typedef rapidjson::GenericStringBuffer<rapidjson::UTF8<>> Buffer;
-typedef rapidjson::PrettyWriter<Buffer, rapidjson::UTF16<ushort>, rapidjson::UTF8<>> RapidWriter;
+typedef rapidjson::GenericStringBuffer<rapidjson::ASCII<>> Buffer;
+typedef rapidjson::PrettyWriter<Buffer, rapidjson::UTF16<ushort>, rapidjson::ASCII<>> RapidWriter;
 
 void writeText(RapidWriter &writer, const QString &text)
 {

@@ -12,7 +12,24 @@
 
 namespace {
 
-const char hexDigits[] = "0123456789abcdef";
+// A byte in two digits. The digits one by one make escapes cost half as much again.
+const char hexPairs[] =
+    "000102030405060708090a0b0c0d0e0f"
+    "101112131415161718191a1b1c1d1e1f"
+    "202122232425262728292a2b2c2d2e2f"
+    "303132333435363738393a3b3c3d3e3f"
+    "404142434445464748494a4b4c4d4e4f"
+    "505152535455565758595a5b5c5d5e5f"
+    "606162636465666768696a6b6c6d6e6f"
+    "707172737475767778797a7b7c7d7e7f"
+    "808182838485868788898a8b8c8d8e8f"
+    "909192939495969798999a9b9c9d9e9f"
+    "a0a1a2a3a4a5a6a7a8a9aaabacadaeaf"
+    "b0b1b2b3b4b5b6b7b8b9babbbcbdbebf"
+    "c0c1c2c3c4c5c6c7c8c9cacbcccdcecf"
+    "d0d1d2d3d4d5d6d7d8d9dadbdcdddedf"
+    "e0e1e2e3e4e5e6e7e8e9eaebecedeeef"
+    "f0f1f2f3f4f5f6f7f8f9fafbfcfdfeff";
 
 const char digitPairs[] = "00010203040506070809101112131415161718192021222324252627282930313233"
                           "34353637383940414243444546474849505152535455565758596061626364656667"
@@ -30,32 +47,27 @@ const char shortEscapes[128] = {
 };
 // clang-format on
 
-char *writeUnicodeEscape(char *out, ushort unit)
+inline char *writeUnicodeEscape(char *out, size_t unit)
 {
-    *out++ = '\\';
-    *out++ = 'u';
-    *out++ = hexDigits[unit >> 12];
-    *out++ = hexDigits[unit >> 8 & 0xf];
-    *out++ = hexDigits[unit >> 4 & 0xf];
-    *out++ = hexDigits[unit & 0xf];
-    return out;
+    std::memcpy(out, "\\u", 2);
+    std::memcpy(out + 2, hexPairs + 2 * (unit >> 8), 2);
+    std::memcpy(out + 4, hexPairs + 2 * (unit & 0xff), 2);
+    return out + 6;
 }
 
-char *writeEscape(char *out, ushort unit)
+inline bool isPlain(ushort unit)
+{
+    return unit < 128 && shortEscapes[unit] == 0;
+}
+
+// Writes a unit that is not plain.
+inline char *writeEscape(char *out, ushort unit)
 {
     if (unit > 127)
         return writeUnicodeEscape(out, unit);
-    *out++ = '\\';
-    *out++ = shortEscapes[unit];
-    return out;
-}
-
-inline char *writeUnit(char *out, ushort unit)
-{
-    if (unit > 127 || shortEscapes[unit])
-        return writeEscape(out, unit);
-    *out++ = char(unit);
-    return out;
+    out[0] = '\\';
+    out[1] = shortEscapes[unit];
+    return out + 2;
 }
 
 inline quint64 inAllBytes(uchar byte)
@@ -96,6 +108,25 @@ inline bool writeEightPlain(char *out, const ushort *units)
     return true;
 }
 
+// Writes a part of a text: eight units at once as long as they are plain, then some one by one, for where
+// one escape is, the next is often near.
+inline char *writeUnits(char *out, const ushort *unit, const ushort *end)
+{
+    while (unit != end) {
+        for (; end - unit >= 8 && writeEightPlain(out, unit); unit += 8)
+            out += 8;
+        const ushort *const stop = end - unit > 16 ? unit + 16 : end;
+        for (;;) {
+            for (; unit != stop && isPlain(*unit); ++unit)
+                *out++ = char(*unit);
+            if (unit == stop)
+                break;
+            out = writeEscape(out, *unit++);
+        }
+    }
+    return out;
+}
+
 // A text that grows by half, so that the old block and the new one together never hold more than two
 // and a half times what is written.
 class Text
@@ -134,7 +165,7 @@ public:
         putSpaces(indentation);
     }
 
-    void appendEscaped(const QString &text);
+    void appendEscaped(const QString &text, bool isQuoted);
     void appendNumber(qulonglong magnitude, bool isNegative);
     void appendNumber(double value);
 
@@ -188,25 +219,28 @@ void Text::grow(int count)
     m_limit = m_bytes.data() + m_bytes.size();
 }
 
-// In pieces of eight, with room for the longest escapes of one piece at a time: for those of the whole
-// text it would be six times as much as a long one needs.
-void Text::appendEscaped(const QString &text)
+// In pieces, with room for the longest escapes of one piece at a time: for those of the whole text it
+// would be six times as much as a long one needs. There is room for a quote on either side of each.
+void Text::appendEscaped(const QString &text, bool isQuoted)
 {
-    const int pieceSize = 8;
+    const int pieceSize = 32;
     const int longestEscape = 6;
     const ushort *unit = reinterpret_cast<const ushort *>(text.constData());
     const ushort *const last = unit + text.size();
-    while (unit != last) {
-        reserve(pieceSize * longestEscape);
-        const ushort *const pieceEnd = last - unit > pieceSize ? unit + pieceSize : last;
-        if (pieceEnd - unit == pieceSize && writeEightPlain(m_out, unit)) {
-            unit = pieceEnd;
-            m_out += pieceSize;
-            continue;
-        }
-        for (; unit != pieceEnd; ++unit)
-            m_out = writeUnit(m_out, *unit);
+    reserve(pieceSize * longestEscape + 2);
+    char *out = m_out;
+    if (isQuoted)
+        *out++ = '"';
+    while (last - unit > pieceSize) {
+        m_out = writeUnits(out, unit, unit + pieceSize);
+        unit += pieceSize;
+        reserve(pieceSize * longestEscape + 2);
+        out = m_out;
     }
+    out = writeUnits(out, unit, last);
+    if (isQuoted)
+        *out++ = '"';
+    m_out = out;
 }
 
 // The digits are written from the last one, two at a time, and copied with what stands behind them:
@@ -280,6 +314,7 @@ private:
     void printMember(Level &level);
     void printElement(Level &level);
     void printValue(int type, const QVariant &value);
+    void printRarer(int type, const QVariant &value);
     void printOther(int type, const QVariant &value);
     void printInteger(qlonglong value);
     void printString(const QString &text);
@@ -362,7 +397,18 @@ void Printer::printElement(Level &level)
     printValue(element.userType(), element);
 }
 
-void Printer::printValue(int type, const QVariant &value)
+// Texts and integers come first, without the preparations that all the other types need together.
+inline void Printer::printValue(int type, const QVariant &value)
+{
+    if (type == QMetaType::QString)
+        printString(valueOf<QString>(value));
+    else if (type == QMetaType::Int)
+        printInteger(valueOf<int>(value));
+    else
+        printRarer(type, value);
+}
+
+void Printer::printRarer(int type, const QVariant &value)
 {
     switch (type) {
     case QVariant::Invalid:
@@ -370,9 +416,6 @@ void Printer::printValue(int type, const QVariant &value)
         break;
     case QMetaType::Bool:
         valueOf<bool>(value) ? m_text.append("true", 4) : m_text.append("false", 5);
-        break;
-    case QMetaType::Int:
-        printInteger(valueOf<int>(value));
         break;
     case QMetaType::LongLong:
         printInteger(valueOf<qlonglong>(value));
@@ -386,9 +429,6 @@ void Printer::printValue(int type, const QVariant &value)
     case QMetaType::Double:
     case QMetaType::Float:
         m_text.appendNumber(value.toDouble());
-        break;
-    case QMetaType::QString:
-        printString(valueOf<QString>(value));
         break;
     case QMetaType::QByteArray:
         printString(value.toString());
@@ -441,11 +481,9 @@ void Printer::printInteger(qlonglong value)
     m_text.appendNumber(isNegative ? 0 - bits : bits, isNegative);
 }
 
-void Printer::printString(const QString &text)
+inline void Printer::printString(const QString &text)
 {
-    m_text.append('"');
-    m_text.appendEscaped(text);
-    m_text.append('"');
+    m_text.appendEscaped(text, true);
 }
 
 // The types that no parser makes. A character is written without quotes, as it always has been.
@@ -480,6 +518,6 @@ QByteArray JsonWriter::serializeCompact(const QVariant &value)
 QByteArray JsonWriter::escapeString(const QVariant &value)
 {
     Text text;
-    text.appendEscaped(value.toString());
+    text.appendEscaped(value.toString(), false);
     return text.take();
 }
