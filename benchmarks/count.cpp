@@ -71,6 +71,9 @@ int run(const QByteArray &action, const QByteArray &what, const QByteArray &who)
 
 int main(int argc, char **argv)
 {
+    // As it is at the start of every process. The allocator raises it when a large block is freed, and
+    // the documents that are prepared here would have the growth of large blocks counted as copies.
+    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
     const int status =
         run(argc > 1 ? argv[1] : "", argc > 2 ? argv[2] : "", argc > 3 ? argv[3] : "");
     if (status == 2)
