@@ -77,10 +77,7 @@ public:
     int index() const { return m_position - 1; }
 
     /// Good until the next step.
-    KeyName name() const
-    {
-        return KeyName(m_digits + m_firstDigit, MostDigits - m_firstDigit);
-    }
+    KeyName name() const { return KeyName(m_digits + m_firstDigit, MostDigits - m_firstDigit); }
 
 private:
     enum { MostDigits = 10 };

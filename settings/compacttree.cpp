@@ -95,14 +95,14 @@ private:
     const int *const m_closed;
 };
 
-void CompactTree::flatten(CompactNode &root, QSettings::SettingsMap &map)
+void CompactTree::flatten(QSettings::SettingsMap &map)
 {
     View view(this);
-    if (!view.isContainer(root)) {
-        map.insert(QString(), root.scalar);
+    if (!view.isContainer(m_root)) {
+        map.insert(QString(), m_root.scalar);
         return;
     }
-    QSettings::SettingsMap entries = BackwardFlattener<View>(&view, QString()).flatten(root);
+    QSettings::SettingsMap entries = BackwardFlattener<View>(&view, QString()).flatten(m_root);
     addEntries(entries, map);
 }
 
@@ -164,14 +164,17 @@ void CompactTree::close(CompactNode &container)
     m_open.resize(first);
 }
 
-// Doubles the room, up to what the toolkit's arrays can hold.
+// By half and no more: the toolkit's own growth goes up to the next power of two, which would cost more
+// memory than a tree of variants. Its arrays end at 2 GB.
 void CompactTree::grow()
 {
     const int mostEntries = 1 << 25;
-    if (m_count >= mostEntries)
+    if (m_count >= mostEntries) {
         giveUp();
-    else
-        m_entries.resize(qMax(32, 2 * m_count));
+        return;
+    }
+    m_entries.reserve(m_count == 0 ? 32 : m_count + m_count / 2);
+    m_entries.resize(m_entries.capacity());
 }
 
 void CompactTree::giveUp()

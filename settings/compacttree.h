@@ -51,9 +51,12 @@ public:
     /// Whether the document was a plain one, and not too large for an array.
     bool isPlain() const { return m_isPlain; }
 
-    /// Moves the values below `root` into `map`, under their flat keys; what a key held before is
-    /// replaced. The tree must be plain, and is used up.
-    void flatten(CompactNode &root, QSettings::SettingsMap &map);
+    /// The root of the document, null until it is put here.
+    CompactNode &root() { return m_root; }
+
+    /// Moves the values into `map`, under their flat keys; what a key held before is replaced. The tree
+    /// must be plain, and is used up.
+    void flatten(QSettings::SettingsMap &map);
 
     // What JsonDriver asks of its builder.
     typedef CompactNode Value;
@@ -79,6 +82,7 @@ private:
 
     typedef QVarLengthArray<int, 64> Indices;
 
+    CompactNode m_root;
     bool m_isPlain;
     QVector<CompactEntry> m_entries; ///< in the order of the text, and free ones behind them
     int m_count; ///< of the entries in use

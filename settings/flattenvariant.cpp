@@ -228,7 +228,8 @@ void flattenVariant(QString &prefix, QSettings::SettingsMap &map, const QVariant
 {
     if (VariantTree::isContainer(value) && isPath(prefix) && PlainTreeCheck().passes(value)) {
         VariantView view;
-        QSettings::SettingsMap entries = BackwardFlattener<VariantView>(&view, prefix).flatten(value);
+        QSettings::SettingsMap entries =
+            BackwardFlattener<VariantView>(&view, prefix).flatten(value);
         addEntries(entries, map);
         prefix.truncate(prefix.lastIndexOf(Separator, -2) + 1);
         return;

@@ -163,6 +163,18 @@ void TreeBuilder::openDownTo(const QString &path)
     }
 }
 
+bool parse(const QByteArray &json, CompactTree &tree, QString *errorMessage)
+{
+    JsonLexer lexer(json);
+    JsonDriver<CompactTree> driver(&tree);
+    if (!driver.parse(&lexer)) {
+        *errorMessage = driver.error().toString();
+        return false;
+    }
+    tree.root().swap(driver.result());
+    return true;
+}
+
 // For the documents that a compact tree cannot hold.
 void readThroughVariants(const QByteArray &json, QSettings::SettingsMap &map)
 {
@@ -176,19 +188,20 @@ void readThroughVariants(const QByteArray &json, QSettings::SettingsMap &map)
 
 bool readJsonSettings(QIODevice &device, QSettings::SettingsMap &map)
 {
-    const QByteArray json = device.readAll();
+    QByteArray json = device.readAll();
     CompactTree tree;
-    JsonLexer lexer(json);
-    JsonDriver<CompactTree> driver(&tree);
-    if (!driver.parse(&lexer)) {
+    QString errorMessage;
+    if (!parse(json, tree, &errorMessage)) {
         // As the debug stream of Qt 4 writes a string: in quotes and with a space behind it.
-        qWarning("\"%s\" ", qPrintable(driver.error().toString()));
+        qWarning("\"%s\" ", qPrintable(errorMessage));
         return true;
     }
-    if (tree.isPlain())
-        tree.flatten(driver.result(), map);
-    else
+    if (!tree.isPlain()) {
         readThroughVariants(json, map);
+        return true;
+    }
+    json.clear(); // makes room for the keys
+    tree.flatten(map);
     return true;
 }
 

@@ -41,9 +41,9 @@ private:
 
     QString key()
     {
-        static const char *const keys[] = { "",  "size", "1",    "10", "01", "a-b", "a b",
-                                            "a", "b",    "2",    "3",  "Size", "z", "11",
-                                            "/", "a/b",  "//",   "/a", "a/" };
+        static const char *const keys[] = { "",  "size", "1",  "10", "01",   "a-b", "a b",
+                                            "a", "b",    "2",  "3",  "Size", "z",   "11",
+                                            "/", "a/b",  "//", "/a", "a/" };
         const int count = int(sizeof keys / sizeof keys[0]);
         const int countWithSeparator = 5;
         return QLatin1String(keys[below(m_keys == AnyKeys ? count : count - countWithSeparator)]);

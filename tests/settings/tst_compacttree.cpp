@@ -95,8 +95,8 @@ void tst_CompactTree::holdsPlainDocuments_data()
     QTest::newRow("a separator deep inside") << QByteArray("[[{\"a\":{\"/\":[]}}],1]") << false;
     QTest::newRow("an escaped separator") << QByteArray("{\"x\\u002fy\":2}") << false;
     QTest::newRow("a key that comes twice at once") << QByteArray("{\"a\":1,\"a\":1}") << false;
-    QTest::newRow("a key that comes twice") << QByteArray("{\"a\":1,\"c\":2,\"b\":3,\"a\":4}")
-                                            << false;
+    QTest::newRow("a key that comes twice")
+        << QByteArray("{\"a\":1,\"c\":2,\"b\":3,\"a\":4}") << false;
     QTest::newRow("a key that comes twice, once escaped")
         << QByteArray("{\"a\":1,\"b\":2,\"\\u0061\":3}") << false;
     QTest::newRow("an empty key that comes twice") << QByteArray("[{\"\":1,\"\":{}},{}]") << false;
@@ -202,7 +202,8 @@ void tst_CompactTree::positionsDescendAsText_data()
 {
     QTest::addColumn<int>("count");
 
-    for (int count : { 0, 1, 8, 9, 10, 11, 19, 20, 89, 90, 98, 99, 100, 101, 109, 110, 999, 1000, 1001, 12345 })
+    for (int count :
+         { 0, 1, 8, 9, 10, 11, 19, 20, 89, 90, 98, 99, 100, 101, 109, 110, 999, 1000, 1001, 12345 })
         QTest::newRow(QByteArray::number(count).constData()) << count;
 }
 
