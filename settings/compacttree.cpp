@@ -109,7 +109,7 @@ void CompactTree::flatten(QSettings::SettingsMap &map)
 // Drops the node when the tree has no place for it.
 inline void CompactTree::add(CompactNode &container, QString &name, CompactNode &node)
 {
-    if (m_count == m_entries.size())
+    if (m_isPlain && m_count == m_entries.size())
         grow();
     if (!m_isPlain) {
         node = CompactNode();
@@ -124,7 +124,7 @@ inline void CompactTree::add(CompactNode &container, QString &name, CompactNode 
 
 void CompactTree::addMember(CompactNode &object, QString &, QString &key, CompactNode &node)
 {
-    if (m_separators.finds(key))
+    if (m_isPlain && m_separators.finds(key))
         giveUp();
     add(object, key, node);
     key = QString();
@@ -143,7 +143,7 @@ void CompactTree::endObject(CompactNode &object)
     close(object);
 }
 
-// False when a name comes twice.
+// False when a name comes twice. Files that were written by this library have their keys in order.
 bool CompactTree::sortMembers(int *first, int *last) const
 {
     const ByName byName(m_entries);

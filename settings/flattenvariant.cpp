@@ -7,6 +7,8 @@
 
 #include <QVector>
 
+#include <cstring>
+
 namespace {
 
 const QLatin1Char Separator('/');
@@ -216,7 +218,7 @@ void Flattener::leaveComponent()
     m_prefix.truncate(m_prefix.lastIndexOf(Separator, -2) + 1);
 }
 
-// Whether a component behind `prefix` is cut off again by looking for the separator.
+// Whether what is appended to the prefix is what leaving it cuts off again.
 bool isPath(const QString &prefix)
 {
     return prefix.isEmpty() || prefix.endsWith(Separator);

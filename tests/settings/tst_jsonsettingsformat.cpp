@@ -457,13 +457,14 @@ void tst_JsonSettingsFormat::flattenContinuesUnderThePrefixAndCutsItBack()
 
 void tst_JsonSettingsFormat::flattenEqualsThePlainRecursion()
 {
-    RandomTrees random(20110503);
-    for (int i = 0; i < 2000; ++i) {
-        const QVariant tree = random.tree();
+    RandomTrees anyKeys(20110503);
+    RandomTrees plainKeys(20110507, RandomTrees::KeysWithoutSeparator);
+    for (int i = 0; i < 4000; ++i) {
+        const QVariant tree = i % 2 ? anyKeys.tree() : plainKeys.tree();
         QString prefix;
         QString expectedPrefix;
-        if (i % 4 == 3)
-            prefix = expectedPrefix = QLatin1String("some/where/");
+        if (i % 8 >= 6)
+            prefix = expectedPrefix = QLatin1String(i % 16 >= 14 ? "some/where" : "some/where/");
         QSettings::SettingsMap map;
         QSettings::SettingsMap expected;
 
