@@ -40,9 +40,8 @@ inline void JsonTreeBuilder::beginArray(QVariant &value)
 
 Q_ALWAYS_INLINE void JsonTreeBuilder::addElement(QVariant &array, QVariant &value)
 {
-    static const QVariant invalid;
     QVariantList &values = VariantTree::list(array);
-    values.append(invalid);
+    values.append(m_invalid);
     values.last().swap(value);
 }
 

@@ -20,7 +20,9 @@
 QVariant parseJson(const QByteArray &json, QString *errorMessage);
 
 /// Builds variant trees. A value is null as an invalid variant.
-struct JsonTreeBuilder {
+class JsonTreeBuilder
+{
+public:
     typedef QVariant Value;
 
     static QVariant &scalar(QVariant &value) { return value; }
@@ -28,9 +30,12 @@ struct JsonTreeBuilder {
     static void addMember(QVariant &object, QString &lastKey, QString &key, QVariant &value);
     static void endObject(QVariant &) {}
     static void beginArray(QVariant &value);
-    static void addElement(QVariant &array, QVariant &value);
+    void addElement(QVariant &array, QVariant &value);
     static void endArray(QVariant &) {}
     static void dispose(QVariant &value);
+
+private:
+    const QVariant m_invalid; ///< to make room in an array with
 };
 
 /// Parses one document into a variant tree, made anew for each.
