@@ -138,7 +138,8 @@ void CompactTree::addElement(CompactNode &array, CompactNode &node)
 
 void CompactTree::endObject(CompactNode &object)
 {
-    if (m_isPlain && !sortMembers(m_open.end() - int(object.extent.count), m_open.end()))
+    int *const last = m_open.data() + m_open.size();
+    if (m_isPlain && !sortMembers(last - object.extent.count, last))
         giveUp();
     close(object);
 }
