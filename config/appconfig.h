@@ -1,6 +1,9 @@
 #ifndef APPCONFIG_H
 #define APPCONFIG_H
 
+/// \file
+/// The settings of one web application.
+
 #include "nuvlaunchersupport_export.h"
 
 #include <QHash>
@@ -38,9 +41,13 @@ public:
     /// Stores `value` under `key` and replaces what was there.
     void setProperty(QString const &key, QVariant const &value);
 
-    // The named properties: each reads and writes the key of its own name. The certificate's three
-    // come from "Path", "PrivateKey" and "PassPhrase" of the file's "Certificate".
+    /// \name The named properties
+    /// Each reads and writes the key of its own name. The certificate's three come from "Path",
+    /// "PrivateKey" and "PassPhrase" of the file's "Certificate".
+    /// \{
 
+    /// Reads or stores the value under the key that the function's name ends in. A getter returns an
+    /// invalid value when that is not configured.
     QVariant getProhibitMainFrameScrolling() const;
     void setProhibitMainFrameScrolling(QVariant const &value);
 
@@ -166,6 +173,8 @@ public:
 
     QVariant getCertPath() const;
     void setCertPath(QVariant const &value);
+
+    /// \}
 
 private:
     QHash<QString, QVariant> properties;

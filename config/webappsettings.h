@@ -1,6 +1,9 @@
 #ifndef WEBAPPSETTINGS_H
 #define WEBAPPSETTINGS_H
 
+/// \file
+/// What the configuration file says about web applications.
+
 #include "nuvlaunchersupport_export.h"
 
 class AppConfig;

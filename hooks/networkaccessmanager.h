@@ -1,6 +1,9 @@
 #ifndef NETWORKACCESSMANAGER_H
 #define NETWORKACCESSMANAGER_H
 
+/// \file
+/// A platform's network access, and where the platform registers the factory of it.
+
 #include "nuvlaunchersupport_export.h"
 
 #include <QObject>
@@ -19,7 +22,9 @@ class NUVLAUNCHERSUPPORT_EXPORT NetworkAccessManager : public QObject
     Q_OBJECT
 
 public:
+    /// An object that belongs to `parent`, which may be null.
     explicit NetworkAccessManager(QObject *parent);
+
     virtual ~NetworkAccessManager();
 
     /// Sets the client certificate for the connections to come. Which of the three texts is the

@@ -1,6 +1,9 @@
 #ifndef ZAREXEXTBASE_H
 #define ZAREXEXTBASE_H
 
+/// \file
+/// An object for the scripts of a page, and where a launcher registers the factory of it.
+
 #include "nuvlaunchersupport_export.h"
 
 #include <QObject>
