@@ -1,10 +1,16 @@
 # Finds the toolkit and gives its modules the same names for Qt 4 and Qt 5:
 #   nuv::Core, nuv::WebKit (with NUV_WITH_HOOKS), nuv::Test (with BUILD_TESTING).
+# nuv_toolkit_modules has the toolkit's own names of what the library needs.
+
+set(nuv_toolkit_modules "")
 
 function(nuv_name_module name)
     add_library(nuv_toolkit_${name} INTERFACE)
     target_link_libraries(nuv_toolkit_${name} INTERFACE ${ARGN})
     add_library(nuv::${name} ALIAS nuv_toolkit_${name})
+    if(NOT name STREQUAL "Test")
+        set(nuv_toolkit_modules ${nuv_toolkit_modules} ${ARGN} PARENT_SCOPE)
+    endif()
 endfunction()
 
 # nuv_refuse_qt4(QMAKE MODULE...): ends with what the search for Qt 4 lacks: a qmake of it, or one of
