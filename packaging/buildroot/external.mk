@@ -1,0 +1,1 @@
+include $(BR2_EXTERNAL_NUVLAUNCHERSUPPORT_PATH)/package/nuvlaunchersupport/nuvlaunchersupport.mk
