@@ -18,7 +18,7 @@ endif()
 # the callbacks of an unmapped one.
 target_link_options(nuvlaunchersupport PRIVATE
     "LINKER:--version-script=${CMAKE_CURRENT_LIST_DIR}/nuvlaunchersupport.map"
-    LINKER:-z,relro,-z,now,-z,nodelete)
+    LINKER:-z,nodelete)
 if(NOT (NUV_SANITIZERS AND CMAKE_CXX_COMPILER_ID MATCHES "Clang"))
     target_link_options(nuvlaunchersupport PRIVATE LINKER:--no-undefined)
 endif()

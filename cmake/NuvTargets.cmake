@@ -37,6 +37,19 @@ if(NUV_BUILD_FUZZERS)
     target_compile_options(nuv_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+if(NUV_HARDENING)
+    include(NuvHardening)
+endif()
+
+# Two builds of the same sources in different folders are the same to the byte. Who debugs wants to
+# find the sources where they are.
+check_cxx_compiler_flag(-ffile-prefix-map=/nowhere=. NUV_HAVE_FILE_PREFIX_MAP)
+if(NUV_HAVE_FILE_PREFIX_MAP)
+    target_compile_options(nuv_options INTERFACE
+        "$<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>"
+        "$<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>")
+endif()
+
 # Includes are written from the root; the export header is made by the build.
 target_include_directories(nuv_options INTERFACE
     "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}/include")
