@@ -1,6 +1,6 @@
 # What makes mistakes and attacks harder to use: the options that the OpenSSF's guide to compiler
 # options names, as far as the compiler at hand has them. tests/library/check-hardening looks for
-# their traces in what was built, docs/compatibility.md says what they cost and which were left out.
+# their traces in what was built, docs/hardening.md says what they cost and which were left out.
 #
 # The options go to nuv_options, so they reach the library, the programs and the tests alike.
 

@@ -26,7 +26,7 @@ private slots:
 namespace {
 
 struct Verdict {
-    Verdict(const QByteArray &bytes) : source(QLatin1String("test"), bytes)
+    explicit Verdict(const QByteArray &bytes) : source(QLatin1String("test"), bytes)
     {
         isReliable = readDocument(source, document, findings);
     }

@@ -67,7 +67,7 @@ private:
     void stepRoot();
     void takeKey(Level &level);
     void takeComma(Level &level);
-    void takeStrayColon(Level &level);
+    void takeStrayColon(const Level &level);
     void takeUnexpected();
 
     int addNode();
@@ -330,7 +330,7 @@ void Pass::stepElement(Level &level)
 
 // A colon in an array: the text in front of it is a key of the object around, so the array should
 // have ended by then.
-void Pass::takeStrayColon(Level &level)
+void Pass::takeStrayColon(const Level &level)
 {
     if (isOpen(Node::Object) && level.state == Separator)
         missing(Node::Array, level.comma >= 0 ? level.comma : m_token.begin);
@@ -403,7 +403,7 @@ void Pass::attach(int node)
 {
     if (m_levels.empty())
         return;
-    Level &level = m_levels.back();
+    const Level &level = m_levels.back();
     Node::Child child = isObject(level) ? level.member : Node::Child { -1, 0, 0, QString() };
     child.node = node;
     m_document.nodes[size_t(level.node)].children.push_back(child);
