@@ -5,15 +5,32 @@
 #include <cstdio>
 #include <new>
 
+#include <sys/resource.h>
+#ifdef Q_OS_LINUX
+#include <sys/prctl.h>
+#endif
+
 namespace {
 
 // The library says in a warning what check says better.
 void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 
+// The pass phrases of the file would stand in a core file. The limit keeps it off the disk; only a
+// process that is not to be dumped is kept from a program that collects core files, too.
+void leaveNoCoreFile()
+{
+    const rlimit nothing = { 0, 0 };
+    setrlimit(RLIMIT_CORE, &nothing);
+#ifdef Q_OS_LINUX
+    prctl(PR_SET_DUMPABLE, 0);
+#endif
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    leaveNoCoreFile();
     Output output;
     QCoreApplication application(argc, argv);
     qInstallMessageHandler(dropMessage);
