@@ -29,7 +29,7 @@ const Node *textMember(const Document &document, const Node &object, const char 
 // Returns false, and says why, when the file cannot be had.
 bool read(const Node &path, const QString &folder, QByteArray *bytes, Findings &findings)
 {
-    const qint64 largest = 4 * 1024 * 1024;
+    const qint64 largest = Q_INT64_C(4) * 1024 * 1024;
     const QString name = QDir(folder).absoluteFilePath(path.value.toString());
     const QFileInfo info(name);
     if (path.value.toString().isEmpty() || !info.exists()) {
