@@ -47,6 +47,7 @@ private slots:
     void wrongCallsAreTold();
     void waitsForNoPipe();
     void tellsAFileThatCannotBeRead();
+    void readsAPipeToItsEnd();
     void refusesToLoadWhatTakesMinutes_data();
     void refusesToLoadWhatTakesMinutes();
     void survivesOddFiles_data();
@@ -562,6 +563,18 @@ void tst_Program::tellsAFileThatCannotBeRead()
     QFile::remove(m_folder.filePath(QLatin1String("test.json")));
     QCOMPARE(result.status, 2);
     QCOMPARE(result.errors, QByteArray("nuv-apps-config: test.json: Permission denied\n"));
+}
+
+void tst_Program::readsAPipeToItsEnd()
+{
+    const QByteArray document = "{ \"Global\": { \"Version\": 1 },\n"
+                                "\"Applications\": [ { \"Tag\": \"tv\" } ] }\n";
+    write(document);
+    const Result result =
+        shell("(head -n 1 test.json; sleep 0.5; tail -n 1 test.json) | '" PROGRAM "' check -");
+
+    QCOMPARE(result.output, run(words("check -"), document).output);
+    QVERIFY(!result.output.contains("missing"));
 }
 
 void tst_Program::refusesToLoadWhatTakesMinutes_data()

@@ -33,9 +33,14 @@ QString whyNotNamed()
         : why;
 }
 
+// A pipe gives what is there; all of it has come when it gives nothing.
 bool readAll(QFile &file, QByteArray *bytes, QString *error)
 {
-    *bytes = file.read(ConfigurationFile::LargestFile + 1);
+    QByteArray piece;
+    do {
+        piece = file.read(ConfigurationFile::LargestFile + 1 - bytes->size());
+        *bytes += piece;
+    } while (!piece.isEmpty() && bytes->size() <= ConfigurationFile::LargestFile);
     if (file.error() != QFile::NoError) {
         *error = file.errorString();
         return false;
