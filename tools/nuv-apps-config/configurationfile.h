@@ -26,7 +26,7 @@ bool read(const QString &name, QByteArray *bytes, QString *error);
 QString folderOf(const QString &name);
 
 /// Larger files are refused: they are no configuration.
-const qint64 LargestFile = 256 * 1024 * 1024;
+const qint64 LargestFile = Q_INT64_C(256) * 1024 * 1024;
 
 } // namespace ConfigurationFile
 
