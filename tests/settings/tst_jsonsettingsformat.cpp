@@ -498,6 +498,11 @@ static void addOddSizes()
     QTest::newRow("Size is a name like any other")
         << QByteArray("{\"a/Size\": 1, \"a/1\": 1}")
         << QByteArray("{\n    \"a\":\n    {\n        \"1\":1,\n        \"Size\":1\n    }\n}");
+    // 4294967297 is 1 where it is cut to 32 bits, as is 18446744073709551617 to 64.
+    QTest::newRow("numbers that no position can have are dropped")
+        << QByteArray("{\"a/size\": 1, \"a/2147483648\": 5, \"a/4294967297\": 5, "
+                      "\"a/18446744073709551617\": 5}")
+        << QByteArray("{\n    \"a\":\n    [\n        null\n    ]\n}");
     QTest::newRow("numbers above the size and with leading zeros are dropped")
         << QByteArray(
                "{\"a/size\": 2, \"a/1\": 1, \"a/02\": 5, \"a/+2\": 5, \"a/0\": 5, \"a/3\": 5}")
