@@ -6,6 +6,8 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# A program finds the library in the build by its own place, not by the name of the folder.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 # Measured with -O2; -O3 makes the library larger and nothing faster.
 string(REPLACE "-O3" "-O2" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
