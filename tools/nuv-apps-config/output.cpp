@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -50,7 +49,7 @@ bool Output::flush()
     if (m_isClosed || !writeAll(bytes.constData(), bytes.size())) {
         m_hasFailed = true;
         complain(QString(QLatin1String("cannot write to the standard output: %1"))
-                     .arg(QString::fromLocal8Bit(std::strerror(errno))));
+                     .arg(qt_error_string(errno)));
     }
     return !m_hasFailed;
 }
