@@ -1,0 +1,26 @@
+#ifndef ENGINESETTINGS_H
+#define ENGINESETTINGS_H
+
+#include "examples/launcher/applicationview.h"
+
+#include <QVariant>
+#include <QWebPage>
+#include <QWebSettings>
+
+/// The effects on the web settings of an application, for the table of properties.
+namespace EngineSettings {
+
+/// For the properties that the engine has an attribute for.
+template<QWebSettings::WebAttribute attribute>
+bool setAttribute(ApplicationView &view, const QVariant &on)
+{
+    view.page()->settings()->setAttribute(attribute, on.toBool());
+    return true;
+}
+
+bool setSpatialNavigationDisabled(ApplicationView &view, const QVariant &on);
+bool setLocalStorage(ApplicationView &view, const QVariant &on);
+
+} // namespace EngineSettings
+
+#endif // ENGINESETTINGS_H

@@ -1,0 +1,72 @@
+#include "examples/launcher/pagesettings.h"
+
+#include "examples/launcher/applicationview.h"
+#include "examples/launcher/configurationfile.h"
+
+#include <QFile>
+#include <QPalette>
+#include <QUrl>
+#include <QVariant>
+#include <QWebFrame>
+#include <QWebPage>
+
+bool PageSettings::setUrl(ApplicationView &view, const QVariant &address)
+{
+    const QUrl base =
+        QUrl::fromLocalFile(ConfigurationFile::resolve(QLatin1String(".")) + QLatin1Char('/'));
+    view.setAddress(base.resolved(QUrl(address.toString())));
+    return true;
+}
+
+bool PageSettings::setUserAgent(ApplicationView &view, const QVariant &name)
+{
+    view.setUserAgent(name.toString());
+    return true;
+}
+
+bool PageSettings::setUserScript(ApplicationView &view, const QVariant &file)
+{
+    QFile script(ConfigurationFile::resolve(file.toString()));
+    if (!script.open(QIODevice::ReadOnly))
+        return false;
+    view.setUserScript(QString::fromUtf8(script.readAll().constData()));
+    return true;
+}
+
+bool PageSettings::setScale(ApplicationView &view, const QVariant &factor)
+{
+    view.setZoomFactor(qreal(factor.toDouble())); // a float in the Qt 4 of ARM devices
+    return true;
+}
+
+bool PageSettings::setTransparentBackground(ApplicationView &view, const QVariant &on)
+{
+    if (!on.toBool())
+        return true;
+    QPalette palette = view.page()->palette();
+    palette.setBrush(QPalette::Base, Qt::transparent);
+    view.page()->setPalette(palette);
+    view.setAttribute(Qt::WA_TranslucentBackground);
+    view.setAttribute(Qt::WA_OpaquePaintEvent, false);
+    return true;
+}
+
+bool PageSettings::setScrollbar(ApplicationView &view, const QVariant &on)
+{
+    const Qt::ScrollBarPolicy policy = on.toBool() ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff;
+    view.page()->mainFrame()->setScrollBarPolicy(Qt::Horizontal, policy);
+    view.page()->mainFrame()->setScrollBarPolicy(Qt::Vertical, policy);
+    return true;
+}
+
+bool PageSettings::setConsoleSuppressed(ApplicationView &view, const QVariant &on)
+{
+    view.setConsoleIsShown(!on.toBool());
+    return true;
+}
+
+bool PageSettings::setLoadedUrlsPrinted(ApplicationView &view, const QVariant &on)
+{
+    view.setLoadedUrlsArePrinted(on.toBool());
+    return true;
+}
