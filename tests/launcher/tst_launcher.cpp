@@ -1,108 +1,14 @@
 #include "examples/launcher/options.h"
-#include "tests/support/temporarydir.h"
+#include "tests/launcher/stage.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QProcess>
 #include <QRegExp>
 #include <QStringList>
 
 namespace {
-
-/// What a run of the launcher left behind.
-struct Run {
-    int status;
-    QString out;
-    QString err;
-};
-
-/// A folder with a configuration file and pages, in which the launcher is started.
-class Stage
-{
-public:
-    Stage() : m_environment(QProcessEnvironment::systemEnvironment())
-    {
-        const char *const displays[] = { "DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM" };
-        for (const char *display : displays)
-            m_environment.remove(QLatin1String(display));
-        m_environment.remove(QLatin1String("NUV_APPS_CONFIG_FILE"));
-        m_environment.remove(QLatin1String("XDG_CACHE_HOME"));
-        m_environment.remove(QLatin1String("XDG_DATA_HOME"));
-        m_environment.insert(QLatin1String("HOME"), m_dir.path());
-        m_environment.insert(QLatin1String("XDG_RUNTIME_DIR"), m_dir.path());
-    }
-
-    QString path(const char *name) const { return m_dir.filePath(QLatin1String(name)); }
-
-    void write(const char *name, const QByteArray &contents) const
-    {
-        m_dir.write(QLatin1String(name), contents);
-    }
-
-    /// Writes an AppsConfig.json with these elements of "Applications".
-    void configure(const QByteArray &applications) const
-    {
-        write("AppsConfig.json",
-              "{ \"Global\": { \"Version\": 1 }, \"Applications\": [" + applications + "] }");
-    }
-
-    void setConfigurationFile(const QString &name)
-    {
-        m_environment.insert(QLatin1String("NUV_APPS_CONFIG_FILE"), name);
-    }
-
-    Run launch(const QStringList &arguments, const QString &folder) const
-    {
-        QProcess process;
-        process.setProcessEnvironment(m_environment);
-        process.setWorkingDirectory(folder);
-        process.start(QLatin1String(LAUNCHER), arguments);
-        if (!process.waitForFinished(60000)) {
-            process.kill();
-            process.waitForFinished();
-        }
-        Run run;
-        run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-        run.out = QString::fromLocal8Bit(process.readAllStandardOutput().constData());
-        run.err = QString::fromLocal8Bit(process.readAllStandardError().constData());
-        return run;
-    }
-
-    /// In the folder of this stage; the arguments are separated by spaces.
-    Run launch(const char *arguments) const
-    {
-        return launch(QString(QLatin1String(arguments)).split(QLatin1Char(' ')), m_dir.path());
-    }
-
-private:
-    TemporaryDir m_dir;
-    QProcessEnvironment m_environment;
-};
-
-/// The lines that begin so, each without its beginning.
-QStringList linesAfter(const char *beginning, const QString &text)
-{
-    QStringList result;
-    const QStringList lines = text.split(QLatin1Char('\n'));
-    for (int i = 0; i < lines.size(); ++i) {
-        if (lines.at(i).startsWith(QLatin1String(beginning)))
-            result.append(lines.at(i).mid(static_cast<int>(qstrlen(beginning))));
-    }
-    return result;
-}
-
-QString said(const Run &run, const char *tag = "tv")
-{
-    const QByteArray beginning = QByteArray(tag) + "  says: ";
-    return linesAfter(beginning.constData(), run.out).join(QLatin1String("; "));
-}
-
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 const QRgb green = 0xff00ff00u;
 
