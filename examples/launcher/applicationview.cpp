@@ -10,6 +10,7 @@
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QNetworkRequest>
 #include <QPainter>
 #include <QWebFrame>
 
@@ -56,7 +57,9 @@ void ApplicationView::keepSize(const QSize &size)
 void ApplicationView::start()
 {
     if (!networkAccess()) {
-        emit failed(QLatin1String("its certificate or private key cannot be used"));
+        const QString problem = networkProblem();
+        emit failed(problem.isEmpty() ? QString(QLatin1String("it has no network access"))
+                                      : problem);
         return;
     }
     if (m_address.isEmpty()) {
@@ -65,7 +68,10 @@ void ApplicationView::start()
     }
     connect(this, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
     show();
-    load(m_address);
+    QNetworkRequest request(m_address);
+    if (!m_referrer.isEmpty())
+        request.setRawHeader("Referer", m_referrer);
+    page()->mainFrame()->load(request);
 }
 
 // The widget draws on a background of its own, the frame on what it is given.
@@ -81,6 +87,11 @@ QImage ApplicationView::picture() const
 void ApplicationView::setAddress(const QUrl &address)
 {
     m_address = address;
+}
+
+void ApplicationView::setReferrer(const QByteArray &address)
+{
+    m_referrer = address;
 }
 
 void ApplicationView::setUserAgent(const QString &userAgent)
@@ -138,9 +149,12 @@ void ApplicationView::firstLoadFinished(bool ok)
         emit loaded();
         return;
     }
-    const QString reason = m_page->loadError();
-    emit failed(QLatin1String("the page ") + m_address.toString() + QLatin1String(" does not load")
-                + (reason.isEmpty() ? QString() : QLatin1String(": ") + reason));
+    QString text = QString(QLatin1String("the page %1 does not load")).arg(m_address.toString());
+    if (!m_page->loadError().isEmpty())
+        text += QLatin1String(": ") + m_page->loadError();
+    if (!networkProblem().isEmpty())
+        text += QLatin1String("; ") + networkProblem();
+    emit failed(text);
 }
 
 void ApplicationView::printConsoleMessage(const QString &message)
@@ -170,4 +184,10 @@ void ApplicationView::useCertificate(const AppConfig &config)
     else
         m_network->setSslConfiguration(ConfigurationFile::resolve(certificate),
                                        ConfigurationFile::resolve(keyFile));
+}
+
+// The property of a network module that has one.
+QString ApplicationView::networkProblem() const
+{
+    return m_network ? m_network->property("problem").toString() : QString();
 }

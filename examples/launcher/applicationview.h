@@ -38,6 +38,7 @@ public:
 
     // For the table of properties.
     void setAddress(const QUrl &address);
+    void setReferrer(const QByteArray &address); ///< of the first request
     void setUserAgent(const QString &userAgent);
     void setUserScript(const QString &source);
     void setConsoleIsShown(bool shown);
@@ -58,11 +59,13 @@ private Q_SLOTS:
 private:
     void createExtension();
     void useCertificate(const AppConfig &config);
+    QString networkProblem() const;
 
     ApplicationPage *m_page;
     NetworkAccessManager *m_network;
     QPointer<ZarexExtBase> m_extension; ///< guarded: a script can delete it
     QUrl m_address;
+    QByteArray m_referrer;
     QString m_userScript;
     bool m_consoleIsShown;
     bool m_loadedUrlsArePrinted;

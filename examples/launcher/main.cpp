@@ -8,7 +8,11 @@
 //   applicationpage    a page with a user agent of its own
 //   viewsettings       the table from a configured property to what it does to a view
 //   launcherextension  what the scripts of a page can call, as window.zarexExt
-//   launchernetwork    the network access of a page, with its clientcertificate
+//   launchernetwork    the network access of an application: a configuredaccess, which presents its
+//                      clientcertificate
+//   networksettings    what the configured properties do to it, with a cookiejar for lasting cookies
+//   trustedauthorities whose certificates make a server trusted
+//   terminationsignals the end of the program at a signal
 //   console            what the launcher prints
 //   userfolders        where it keeps what pages store
 
@@ -17,6 +21,7 @@
 #include "examples/launcher/launcherextension.h"
 #include "examples/launcher/launchernetwork.h"
 #include "examples/launcher/options.h"
+#include "examples/launcher/terminationsignals.h"
 #include "examples/launcher/userfolders.h"
 
 #include <QApplication>
@@ -53,6 +58,8 @@ int showApplications(const Options &options)
     LauncherNetworkFactory networks;
     registerNetworkAccessManagerFactory(&networks);
 
+    TerminationSignals endings;
+    QObject::connect(&endings, SIGNAL(received()), qApp, SLOT(quit()));
     Launcher launcher(options);
     return launcher.start() ? launcher.run() : Launcher::Failed;
 }

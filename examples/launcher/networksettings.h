@@ -1,6 +1,7 @@
 #ifndef NETWORKSETTINGS_H
 #define NETWORKSETTINGS_H
 
+struct Need;
 class ApplicationView;
 class QVariant;
 
@@ -8,6 +9,18 @@ class QVariant;
 namespace NetworkSettings {
 
 bool setDiskCache(ApplicationView &view, const QVariant &on);
+bool setDiskCookies(ApplicationView &view, const QVariant &on);
+
+/// Takes "host:port", where a user and a password, "http://", and a slash at the end may stand
+/// around it.
+bool setProxy(ApplicationView &view, const QVariant &address);
+
+/// Takes an address of the web, without which user and fragment it ever has.
+bool setReferrer(ApplicationView &view, const QVariant &address);
+
+/// No toolkit on Linux closes a network session when nothing was transferred for a while, so that
+/// there is nothing to keep open.
+extern const Need closingSessions;
 
 } // namespace NetworkSettings
 

@@ -101,3 +101,4 @@ const ValueKind ValueKinds::bytes = { "a whole number of bytes up to 90071992547
 const ValueKind ValueKinds::texts = { "a list of texts", isListOfTexts, joined };
 const ValueKind ValueKinds::secret = { "a text", isText, masked };
 const ValueKind ValueKinds::proxy = { "a text as in host:port", isFilledText, withMaskedPassword };
+const ValueKind ValueKinds::webAddress = { "a text as in http://host/path", isFilledText, asText };

@@ -25,6 +25,7 @@ extern const ValueKind bytes;
 extern const ValueKind texts;
 extern const ValueKind secret;
 extern const ValueKind proxy;
+extern const ValueKind webAddress;
 
 } // namespace ValueKinds
 

@@ -14,6 +14,13 @@
 /// source needs to know which toolkit it is built with.
 namespace ToolkitDifferences {
 
+/// What QTcpServer::incomingConnection() takes.
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+typedef int SocketDescriptor;
+#else
+typedef qintptr SocketDescriptor;
+#endif
+
 inline bool isQt4()
 {
     return QT_VERSION < QT_VERSION_CHECK(5, 0, 0);
