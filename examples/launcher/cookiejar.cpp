@@ -47,8 +47,7 @@ bool replaceFile(const QString &fileName, const QByteArray &contents)
 
 } // namespace
 
-CookieJar::CookieJar(const QString &file, QObject *parent)
-    : QNetworkCookieJar(parent), m_file(file)
+CookieJar::CookieJar(const QString &file, QObject *parent) : QNetworkCookieJar(parent), m_file(file)
 {
     read();
 }

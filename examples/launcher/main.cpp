@@ -50,9 +50,17 @@ void keepDatabasesAtHome()
                                                     + QLatin1String("/applications"));
 }
 
+// The engine remembers in one place what any page has loaded, so that an application would be given
+// what another one was sent for its cookies or its certificate.
+void keepApplicationsApart()
+{
+    QWebSettings::setObjectCacheCapacities(0, 0, 0);
+}
+
 int showApplications(const Options &options)
 {
     keepDatabasesAtHome();
+    keepApplicationsApart();
     LauncherExtensionFactory extensions;
     registerZarexExtFactory(&extensions);
     LauncherNetworkFactory networks;

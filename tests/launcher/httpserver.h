@@ -30,7 +30,8 @@ public:
     virtual QString address(const char *path = "/") const;
 
     /// Answers a target with a page; `headers` are whole lines.
-    void serve(const char *target, const QByteArray &body, const QByteArray &headers = QByteArray());
+    void serve(const char *target, const QByteArray &body,
+               const QByteArray &headers = QByteArray());
 
     /// Answers a target with these very bytes, after which the server closes. Without bytes, it never
     /// answers and never closes.

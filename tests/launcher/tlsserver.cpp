@@ -18,8 +18,8 @@ QByteArray contents(const QString &fileName)
 // A list of names under Qt 5, where a subject may have several.
 QString commonName(const QSslCertificate &certificate)
 {
-    const QVariant names = QVariant::fromValue(
-        certificate.subjectInfo(QSslCertificate::CommonName));
+    const QVariant names =
+        QVariant::fromValue(certificate.subjectInfo(QSslCertificate::CommonName));
     return names.userType() == QMetaType::QStringList ? names.toStringList().value(0)
                                                       : names.toString();
 }
