@@ -4,37 +4,48 @@
 #include "examples/launcher/applicationpage.h"
 #include "examples/launcher/configurationfile.h"
 #include "examples/launcher/console.h"
+#include "examples/launcher/remoteinspector.h"
 #include "examples/launcher/viewsettings.h"
+#include "examples/launcher/websurface.h"
 #include "examples/launcher/zarexextfactory.h"
 #include "hooks/networkaccessmanager.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QPainter>
+#include <QTimer>
+#include <QVBoxLayout>
 #include <QWebFrame>
 
 ApplicationView::ApplicationView(const QString &tag)
     : m_page(new ApplicationPage(this)),
       m_network(createNetworkAccessManager(this)),
-      m_consoleIsShown(true),
+      m_layout(new QVBoxLayout(this)),
+      m_timeout(0),
       m_loadedUrlsArePrinted(false)
 {
     setObjectName(tag);
     setWindowTitle(tag);
     setAttribute(Qt::WA_DeleteOnClose);
-    setPage(m_page);
+    m_layout->setContentsMargins(0, 0, 0, 0);
+    m_layout->setSpacing(0);
+    m_layout->setSizeConstraint(QLayout::SetNoConstraint); // the configured size counts
+    setSurface(WebSurface::createWidget(m_page, this));
+    RemoteInspector::admit(m_page);
     if (networkAccess()) {
         m_page->setNetworkAccessManager(networkAccess());
         connect(networkAccess(), SIGNAL(finished(QNetworkReply *)),
                 SLOT(printUrl(QNetworkReply *)));
     }
-    connect(m_page, SIGNAL(consoleMessage(QString)), SLOT(printConsoleMessage(QString)));
+    connect(m_page, SIGNAL(note(QString)), SLOT(note(QString)));
+    connect(m_page, SIGNAL(windowCloseRequested()), SLOT(close()));
 
     // From its first evaluation on, a frame announces the window object of each document once, even
     // of one without scripts.
     m_page->mainFrame()->evaluateJavaScript(QLatin1String("undefined"));
     connect(m_page->mainFrame(), SIGNAL(javaScriptWindowObjectCleared()), SLOT(prepareScripts()));
 }
+
+ApplicationView::~ApplicationView() {}
 
 QString ApplicationView::tag() const
 {
@@ -53,6 +64,12 @@ void ApplicationView::keepSize(const QSize &size)
     resize(size);
 }
 
+void ApplicationView::expectNobody(int timeout)
+{
+    m_timeout = timeout;
+    m_page->setUnattended(true);
+}
+
 void ApplicationView::start()
 {
     if (!networkAccess()) {
@@ -63,44 +80,24 @@ void ApplicationView::start()
         emit failed(QLatin1String("it has no usable Url"));
         return;
     }
-    connect(this, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
+    connect(m_page, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
+    if (m_timeout > 0)
+        QTimer::singleShot(m_timeout, this, SLOT(giveUp()));
     show();
-    load(m_address);
+    m_page->mainFrame()->load(m_address);
 }
 
-// The widget draws on a background of its own, the frame on what it is given.
-QImage ApplicationView::picture() const
+bool ApplicationView::showsErrorPage() const
+{
+    return m_page->errorPageIsShown() && !m_page->loadError().isEmpty();
+}
+
+QImage ApplicationView::picture()
 {
     QImage image(size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    QPainter painter(&image);
-    m_page->mainFrame()->render(&painter);
+    render(&image, QPoint(), QRegion(), DrawChildren);
     return image;
-}
-
-void ApplicationView::setAddress(const QUrl &address)
-{
-    m_address = address;
-}
-
-void ApplicationView::setUserAgent(const QString &userAgent)
-{
-    m_page->setUserAgent(userAgent);
-}
-
-void ApplicationView::setUserScript(const QString &source)
-{
-    m_userScript = source;
-}
-
-void ApplicationView::setConsoleIsShown(bool shown)
-{
-    m_consoleIsShown = shown;
-}
-
-void ApplicationView::setLoadedUrlsArePrinted(bool printed)
-{
-    m_loadedUrlsArePrinted = printed;
 }
 
 QNetworkAccessManager *ApplicationView::networkAccess() const
@@ -108,16 +105,55 @@ QNetworkAccessManager *ApplicationView::networkAccess() const
     return m_network ? m_network->impl() : nullptr;
 }
 
+ApplicationPage *ApplicationView::page() const
+{
+    return m_page;
+}
+
+WebSurface &ApplicationView::surface() const
+{
+    return *m_surface;
+}
+
+void ApplicationView::useScene()
+{
+    delete m_surface->widget();
+    setSurface(WebSurface::createScene(m_page, this));
+}
+
+void ApplicationView::addBar(QWidget *bar)
+{
+    m_layout->insertWidget(0, bar);
+}
+
+void ApplicationView::setAddress(const QUrl &address)
+{
+    m_address = address;
+}
+
+void ApplicationView::setLoadedUrlsArePrinted(bool printed)
+{
+    m_loadedUrlsArePrinted = printed;
+}
+
+// The extension object finds out by the name of the widget which application it serves.
+void ApplicationView::setSurface(WebSurface *surface)
+{
+    m_surface.reset(surface);
+    surface->widget()->setObjectName(tag());
+    m_layout->addWidget(surface->widget());
+    setFocusProxy(surface->widget());
+}
+
 // A new document is about to run its scripts. It finds the extension object, even where a script of
-// an earlier document deleted it, and the effects of the user script.
+// an earlier document deleted it, and the effects of the launcher's own scripts.
 void ApplicationView::prepareScripts()
 {
     if (!m_extension)
         createExtension();
     if (m_extension)
         m_extension->attachObject();
-    if (!m_userScript.isEmpty())
-        m_page->mainFrame()->evaluateJavaScript(m_userScript);
+    m_page->runDocumentScripts();
 }
 
 // The object does not watch its page. As the page's child it is gone before the page is.
@@ -133,7 +169,8 @@ void ApplicationView::createExtension()
 // there is their own affair.
 void ApplicationView::firstLoadFinished(bool ok)
 {
-    disconnect(this, SIGNAL(loadFinished(bool)), this, SLOT(firstLoadFinished(bool)));
+    disconnect(m_page, SIGNAL(loadFinished(bool)), this, SLOT(firstLoadFinished(bool)));
+    m_timeout = 0;
     if (ok) {
         emit loaded();
         return;
@@ -143,10 +180,21 @@ void ApplicationView::firstLoadFinished(bool ok)
                 + (reason.isEmpty() ? QString() : QLatin1String(": ") + reason));
 }
 
-void ApplicationView::printConsoleMessage(const QString &message)
+void ApplicationView::giveUp()
 {
-    if (m_consoleIsShown)
-        Console::note(tag(), QLatin1String("console: ") + message);
+    if (m_timeout == 0)
+        return; // it loaded, or failed by itself
+    const int limit = m_timeout;
+    m_timeout = 0;
+    disconnect(m_page, SIGNAL(loadFinished(bool)), this, SLOT(firstLoadFinished(bool)));
+    m_page->triggerAction(QWebPage::Stop);
+    emit failed(QString(QLatin1String("the page %1 has not loaded after %2 ms"))
+                    .arg(m_address.toString(), QString::number(limit)));
+}
+
+void ApplicationView::note(const QString &text)
+{
+    Console::note(tag(), text);
 }
 
 void ApplicationView::printUrl(QNetworkReply *reply)

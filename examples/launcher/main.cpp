@@ -1,16 +1,29 @@
-// A web application launcher in a dozen small files: it shows the applications of a configuration
-// file in views of QtWebKit, with what libnuvlaunchersupport gives it.
+// A web application launcher in small files, each with one job: it shows the applications of a
+// configuration file in views of QtWebKit, with what libnuvlaunchersupport gives it.
 //
+// The program
 //   options            what the command line asks for
-//   launcher           asks the library for the applications, opens them, takes their pictures
+//   launcher           asks the library for the applications, opens them, asks their pages
 //   configurationfile  which file the library reads, and what relative paths in it mean
-//   applicationview    one application: its page, its network access and its extension object
-//   applicationpage    a page with a user agent of its own
-//   viewsettings       the table from a configured property to what it does to a view
-//   launcherextension  what the scripts of a page can call, as window.zarexExt
-//   launchernetwork    the network access of a page, with its clientcertificate
 //   console            what the launcher prints
 //   userfolders        where it keeps what pages store
+//
+// An application
+//   applicationview    its window: brings the page, the network access and the extension together
+//   websurface         shows the page, as a widget or, in a sceneview, as an item of a scene
+//   applicationpage    a page with a user agent, an errorpage and scripts of the launcher's
+//   unattendedpage     a page that waits for nobody
+//   pagescript         asks a page what a script of the command line gives
+//   launcherextension  what the scripts of a page can call, as window.zarexExt
+//   launchernetwork    the network access of a page, with its clientcertificate
+//
+// The configured properties
+//   viewsettings       the table: what each one takes, works on and does, and when
+//   valuekind          which values a property takes, and how they are shown
+//   pagesettings, enginesettings, windowsettings, networksettings
+//                      the effects, by what they are applied to
+//   chrome, framerate, remoteinspector, storagequota
+//                      effects that are more than a call of the toolkit
 
 #include "examples/launcher/console.h"
 #include "examples/launcher/launcher.h"
@@ -18,6 +31,7 @@
 #include "examples/launcher/launchernetwork.h"
 #include "examples/launcher/options.h"
 #include "examples/launcher/userfolders.h"
+#include "examples/launcher/viewsettings.h"
 
 #include <QApplication>
 #include <QWebSettings>
@@ -73,6 +87,10 @@ int main(int argc, char **argv)
     }
     if (options.help) {
         Console::print(Options::helpText());
+        return Launcher::Succeeded;
+    }
+    if (options.properties) {
+        Console::print(ViewSettings::description());
         return Launcher::Succeeded;
     }
     return showApplications(options);
