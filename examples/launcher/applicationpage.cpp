@@ -1,12 +1,44 @@
 #include "examples/launcher/applicationpage.h"
 
-#include <QUrl>
+#include "examples/launcher/errorpage.h"
 
-ApplicationPage::ApplicationPage(QObject *parent) : QWebPage(parent) {}
+#include <QUrl>
+#include <QWebFrame>
+
+ApplicationPage::ApplicationPage(QObject *parent)
+    : UnattendedPage(parent), m_errorPageIsShown(false), m_consoleIsShown(true)
+{
+}
 
 void ApplicationPage::setUserAgent(const QString &userAgent)
 {
     m_userAgent = userAgent;
+}
+
+void ApplicationPage::setErrorPageIsShown(bool shown)
+{
+    m_errorPageIsShown = shown;
+}
+
+bool ApplicationPage::errorPageIsShown() const
+{
+    return m_errorPageIsShown;
+}
+
+void ApplicationPage::setConsoleIsShown(bool shown)
+{
+    m_consoleIsShown = shown;
+}
+
+void ApplicationPage::addDocumentScript(const QString &source)
+{
+    m_documentScripts.append(source);
+}
+
+void ApplicationPage::runDocumentScripts()
+{
+    for (int i = 0; i < m_documentScripts.size(); ++i)
+        mainFrame()->evaluateJavaScript(m_documentScripts.at(i));
 }
 
 QString ApplicationPage::loadError() const
@@ -16,32 +48,43 @@ QString ApplicationPage::loadError() const
 
 bool ApplicationPage::supportsExtension(Extension extension) const
 {
-    return extension == ErrorPageExtension || QWebPage::supportsExtension(extension);
+    return extension == ErrorPageExtension || UnattendedPage::supportsExtension(extension);
 }
 
-// The engine asks for a page to show in place of one that failed; there is none, but it says why.
+// The engine asks for a page to show in place of one that failed, in inner frames as well.
 bool ApplicationPage::extension(Extension extension, const ExtensionOption *option,
                                 ExtensionReturn *output)
 {
     if (extension != ErrorPageExtension)
-        return QWebPage::extension(extension, option, output);
-    m_loadError = static_cast<const ErrorPageExtensionOption *>(option)->errorString;
-    return false;
+        return UnattendedPage::extension(extension, option, output);
+    const ErrorPageExtensionOption *failure = static_cast<const ErrorPageExtensionOption *>(option);
+    if (failure->frame == mainFrame())
+        m_loadError = failure->errorString;
+    if (!m_errorPageIsShown)
+        return false;
+    ErrorPageExtensionReturn *page = static_cast<ErrorPageExtensionReturn *>(output);
+    page->baseUrl = failure->url;
+    page->contentType = QLatin1String("text/html");
+    page->encoding = QLatin1String("utf-8");
+    page->content = ErrorPage::html(failure->url, failure->errorString);
+    return true;
 }
 
 QString ApplicationPage::userAgentForUrl(const QUrl &url) const
 {
-    return m_userAgent.isEmpty() ? QWebPage::userAgentForUrl(url) : m_userAgent;
+    return m_userAgent.isEmpty() ? UnattendedPage::userAgentForUrl(url) : m_userAgent;
 }
 
 void ApplicationPage::javaScriptConsoleMessage(const QString &message, int line,
                                                const QString &source)
 {
+    if (!m_consoleIsShown)
+        return;
     if (source.isEmpty()) { // nor does the line mean anything then
-        emit consoleMessage(message);
+        emit note(QLatin1String("console: ") + message);
         return;
     }
     const QString file = source.section(QLatin1Char('/'), -1);
-    emit consoleMessage(
-        QString(QLatin1String("%1:%2: %3")).arg(file, QString::number(line), message));
+    emit note(
+        QString(QLatin1String("console: %1:%2: %3")).arg(file, QString::number(line), message));
 }

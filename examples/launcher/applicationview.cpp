@@ -4,38 +4,49 @@
 #include "examples/launcher/applicationpage.h"
 #include "examples/launcher/configurationfile.h"
 #include "examples/launcher/console.h"
+#include "examples/launcher/remoteinspector.h"
 #include "examples/launcher/viewsettings.h"
+#include "examples/launcher/websurface.h"
 #include "examples/launcher/zarexextfactory.h"
 #include "hooks/networkaccessmanager.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
-#include <QPainter>
+#include <QTimer>
+#include <QVBoxLayout>
 #include <QWebFrame>
 
 ApplicationView::ApplicationView(const QString &tag)
     : m_page(new ApplicationPage(this)),
       m_network(createNetworkAccessManager(this)),
-      m_consoleIsShown(true),
+      m_layout(new QVBoxLayout(this)),
+      m_timeout(0),
       m_loadedUrlsArePrinted(false)
 {
     setObjectName(tag);
     setWindowTitle(tag);
     setAttribute(Qt::WA_DeleteOnClose);
-    setPage(m_page);
+    m_layout->setContentsMargins(0, 0, 0, 0);
+    m_layout->setSpacing(0);
+    m_layout->setSizeConstraint(QLayout::SetNoConstraint); // the configured size counts
+    setSurface(WebSurface::createWidget(m_page, this));
+    RemoteInspector::admit(m_page);
     if (networkAccess()) {
         m_page->setNetworkAccessManager(networkAccess());
         connect(networkAccess(), SIGNAL(finished(QNetworkReply *)),
                 SLOT(printUrl(QNetworkReply *)));
     }
-    connect(m_page, SIGNAL(consoleMessage(QString)), SLOT(printConsoleMessage(QString)));
+    connect(m_page, SIGNAL(note(QString)), SLOT(note(QString)));
+    connect(m_page, SIGNAL(windowCloseRequested()), SLOT(close()));
 
     // From its first evaluation on, a frame announces the window object of each document once, even
     // of one without scripts.
     m_page->mainFrame()->evaluateJavaScript(QLatin1String("undefined"));
     connect(m_page->mainFrame(), SIGNAL(javaScriptWindowObjectCleared()), SLOT(prepareScripts()));
 }
+
+ApplicationView::~ApplicationView() {}
 
 QString ApplicationView::tag() const
 {
@@ -54,6 +65,12 @@ void ApplicationView::keepSize(const QSize &size)
     resize(size);
 }
 
+void ApplicationView::expectNobody(int timeout)
+{
+    m_timeout = timeout;
+    m_page->setUnattended(true);
+}
+
 void ApplicationView::start()
 {
     if (!networkAccess()) {
@@ -66,22 +83,53 @@ void ApplicationView::start()
         emit failed(QLatin1String("it has no usable Url"));
         return;
     }
-    connect(this, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
+    connect(m_page, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
+    if (m_timeout > 0)
+        QTimer::singleShot(m_timeout, this, SLOT(giveUp()));
     show();
     QNetworkRequest request(m_address);
     if (!m_referrer.isEmpty())
         request.setRawHeader("Referer", m_referrer);
-    page()->mainFrame()->load(request);
+    m_page->mainFrame()->load(request);
 }
 
-// The widget draws on a background of its own, the frame on what it is given.
-QImage ApplicationView::picture() const
+bool ApplicationView::showsErrorPage() const
+{
+    return m_page->errorPageIsShown() && !m_page->loadError().isEmpty();
+}
+
+QImage ApplicationView::picture()
 {
     QImage image(size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    QPainter painter(&image);
-    m_page->mainFrame()->render(&painter);
+    render(&image, QPoint(), QRegion(), DrawChildren);
     return image;
+}
+
+QNetworkAccessManager *ApplicationView::networkAccess() const
+{
+    return m_network ? m_network->impl() : nullptr;
+}
+
+ApplicationPage *ApplicationView::page() const
+{
+    return m_page;
+}
+
+WebSurface &ApplicationView::surface() const
+{
+    return *m_surface;
+}
+
+void ApplicationView::useScene()
+{
+    delete m_surface->widget();
+    setSurface(WebSurface::createScene(m_page, this));
+}
+
+void ApplicationView::addBar(QWidget *bar)
+{
+    m_layout->insertWidget(0, bar);
 }
 
 void ApplicationView::setAddress(const QUrl &address)
@@ -94,41 +142,29 @@ void ApplicationView::setReferrer(const QByteArray &address)
     m_referrer = address;
 }
 
-void ApplicationView::setUserAgent(const QString &userAgent)
-{
-    m_page->setUserAgent(userAgent);
-}
-
-void ApplicationView::setUserScript(const QString &source)
-{
-    m_userScript = source;
-}
-
-void ApplicationView::setConsoleIsShown(bool shown)
-{
-    m_consoleIsShown = shown;
-}
-
 void ApplicationView::setLoadedUrlsArePrinted(bool printed)
 {
     m_loadedUrlsArePrinted = printed;
 }
 
-QNetworkAccessManager *ApplicationView::networkAccess() const
+// The extension object finds out by the name of the widget which application it serves.
+void ApplicationView::setSurface(WebSurface *surface)
 {
-    return m_network ? m_network->impl() : nullptr;
+    m_surface.reset(surface);
+    surface->widget()->setObjectName(tag());
+    m_layout->addWidget(surface->widget());
+    setFocusProxy(surface->widget());
 }
 
 // A new document is about to run its scripts. It finds the extension object, even where a script of
-// an earlier document deleted it, and the effects of the user script.
+// an earlier document deleted it, and the effects of the launcher's own scripts.
 void ApplicationView::prepareScripts()
 {
     if (!m_extension)
         createExtension();
     if (m_extension)
         m_extension->attachObject();
-    if (!m_userScript.isEmpty())
-        m_page->mainFrame()->evaluateJavaScript(m_userScript);
+    m_page->runDocumentScripts();
 }
 
 // The object does not watch its page. As the page's child it is gone before the page is.
@@ -144,7 +180,8 @@ void ApplicationView::createExtension()
 // there is their own affair.
 void ApplicationView::firstLoadFinished(bool ok)
 {
-    disconnect(this, SIGNAL(loadFinished(bool)), this, SLOT(firstLoadFinished(bool)));
+    disconnect(m_page, SIGNAL(loadFinished(bool)), this, SLOT(firstLoadFinished(bool)));
+    m_timeout = 0;
     if (ok) {
         emit loaded();
         return;
@@ -157,10 +194,21 @@ void ApplicationView::firstLoadFinished(bool ok)
     emit failed(text);
 }
 
-void ApplicationView::printConsoleMessage(const QString &message)
+void ApplicationView::giveUp()
 {
-    if (m_consoleIsShown)
-        Console::note(tag(), QLatin1String("console: ") + message);
+    if (m_timeout == 0)
+        return; // it loaded, or failed by itself
+    const int limit = m_timeout;
+    m_timeout = 0;
+    disconnect(m_page, SIGNAL(loadFinished(bool)), this, SLOT(firstLoadFinished(bool)));
+    m_page->triggerAction(QWebPage::Stop);
+    emit failed(QString(QLatin1String("the page %1 has not loaded after %2 ms"))
+                    .arg(m_address.toString(), QString::number(limit)));
+}
+
+void ApplicationView::note(const QString &text)
+{
+    Console::note(tag(), text);
 }
 
 void ApplicationView::printUrl(QNetworkReply *reply)

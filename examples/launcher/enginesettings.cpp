@@ -1,5 +1,8 @@
 #include "examples/launcher/enginesettings.h"
 
+#include "examples/launcher/console.h"
+#include "examples/launcher/remoteinspector.h"
+#include "examples/launcher/storagequota.h"
 #include "examples/launcher/userfolders.h"
 
 bool EngineSettings::setSpatialNavigationDisabled(ApplicationView &view, const QVariant &on)
@@ -13,3 +16,42 @@ bool EngineSettings::setLocalStorage(ApplicationView &view, const QVariant &on)
                                                  + UserFolders::nameFor(view.tag()));
     return setAttribute<QWebSettings::LocalStorageEnabled>(view, on);
 }
+
+bool EngineSettings::setDatabaseQuota(ApplicationView &view, const QVariant &bytes)
+{
+    new StorageQuota(view.page(), bytes.toLongLong());
+    return true;
+}
+
+bool EngineSettings::setInspectorPort(ApplicationView &view, const QVariant &port)
+{
+    const QString problem = RemoteInspector::open(view.page(), quint16(port.toUInt()));
+    if (!problem.isEmpty())
+        Console::error(QString(QLatin1String("%1: RemoteInspectorPort = %2 has no effect: %3"))
+                           .arg(view.tag(), port.toString(), problem));
+    return true;
+}
+
+// The engine has no attribute for it. It looks into the environment whenever an attribute is set, and
+// keeps for that page what it finds.
+bool EngineSettings::setDebugBorders(ApplicationView &view, const QVariant &on)
+{
+    const char variable[] = "WEBKIT_SHOW_COMPOSITING_DEBUG_VISUALS";
+    const QByteArray before = qgetenv(variable);
+    qputenv(variable, on.toBool() ? "1" : "0");
+    const QWebSettings::WebAttribute any = QWebSettings::AcceleratedCompositingEnabled;
+    view.page()->settings()->setAttribute(any, view.page()->settings()->testAttribute(any));
+    qputenv(variable, before);
+    return true;
+}
+
+namespace {
+
+bool isCompositing(const ApplicationView &view)
+{
+    return view.page()->settings()->testAttribute(QWebSettings::AcceleratedCompositingEnabled);
+}
+
+} // namespace
+
+const Need EngineSettings::compositing = { "UseCompositing", isCompositing };

@@ -1,10 +1,11 @@
 #ifndef ENGINESETTINGS_H
 #define ENGINESETTINGS_H
 
+#include "examples/launcher/applicationpage.h"
 #include "examples/launcher/applicationview.h"
+#include "examples/launcher/viewsettings.h"
 
 #include <QVariant>
-#include <QWebPage>
 #include <QWebSettings>
 
 /// The effects on the web settings of an application, for the table of properties.
@@ -20,6 +21,11 @@ bool setAttribute(ApplicationView &view, const QVariant &on)
 
 bool setSpatialNavigationDisabled(ApplicationView &view, const QVariant &on);
 bool setLocalStorage(ApplicationView &view, const QVariant &on);
+bool setDatabaseQuota(ApplicationView &view, const QVariant &bytes);
+bool setInspectorPort(ApplicationView &view, const QVariant &port);
+bool setDebugBorders(ApplicationView &view, const QVariant &on);
+
+extern const Need compositing;
 
 } // namespace EngineSettings
 

@@ -1,20 +1,32 @@
-// A web application launcher in a dozen small files: it shows the applications of a configuration
-// file in views of QtWebKit, with what libnuvlaunchersupport gives it.
+// A web application launcher in small files, each with one job: it shows the applications of a
+// configuration file in views of QtWebKit, with what libnuvlaunchersupport gives it.
 //
+// The program
 //   options            what the command line asks for
-//   launcher           asks the library for the applications, opens them, takes their pictures
+//   launcher           asks the library for the applications, opens them, asks their pages
 //   configurationfile  which file the library reads, and what relative paths in it mean
-//   applicationview    one application: its page, its network access and its extension object
-//   applicationpage    a page with a user agent of its own
-//   viewsettings       the table from a configured property to what it does to a view
-//   launcherextension  what the scripts of a page can call, as window.zarexExt
-//   launchernetwork    the network access of an application: a configuredaccess, which presents its
-//                      clientcertificate
-//   networksettings    what the configured properties do to it, with a cookiejar for lasting cookies
-//   trustedauthorities whose certificates make a server trusted
 //   terminationsignals the end of the program at a signal
 //   console            what the launcher prints
 //   userfolders        where it keeps what pages store
+//
+// An application
+//   applicationview    its window: brings the page, the network access and the extension together
+//   websurface         shows the page, as a widget or, in a sceneview, as an item of a scene
+//   applicationpage    a page with a user agent, an errorpage and scripts of the launcher's
+//   unattendedpage     a page that waits for nobody
+//   pagescript         asks a page what a script of the command line gives
+//   launcherextension  what the scripts of a page can call, as window.zarexExt
+//   launchernetwork    the network access of an application: a configuredaccess, which presents its
+//                      clientcertificate
+//   trustedauthorities whose certificates make a server trusted
+//
+// The configured properties
+//   viewsettings       the table: what each one takes, works on and does, and when
+//   valuekind          which values a property takes, and how they are shown
+//   pagesettings, enginesettings, windowsettings, networksettings
+//                      the effects, by what they are applied to
+//   chrome, cookiejar, framerate, remoteinspector, storagequota
+//                      effects that are more than a call of the toolkit
 
 #include "examples/launcher/console.h"
 #include "examples/launcher/launcher.h"
@@ -23,6 +35,7 @@
 #include "examples/launcher/options.h"
 #include "examples/launcher/terminationsignals.h"
 #include "examples/launcher/userfolders.h"
+#include "examples/launcher/viewsettings.h"
 
 #include <QApplication>
 #include <QWebSettings>
@@ -88,6 +101,10 @@ int main(int argc, char **argv)
     }
     if (options.help) {
         Console::print(Options::helpText());
+        return Launcher::Succeeded;
+    }
+    if (options.properties) {
+        Console::print(ViewSettings::description());
         return Launcher::Succeeded;
     }
     return showApplications(options);

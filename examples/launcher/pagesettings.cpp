@@ -1,14 +1,26 @@
 #include "examples/launcher/pagesettings.h"
 
+#include "examples/launcher/applicationpage.h"
 #include "examples/launcher/applicationview.h"
 #include "examples/launcher/configurationfile.h"
+#include "examples/launcher/websurface.h"
 
 #include <QFile>
 #include <QPalette>
 #include <QUrl>
 #include <QVariant>
 #include <QWebFrame>
-#include <QWebPage>
+
+namespace {
+
+// Each scrolling is taken back before the next picture, however it came about. The page cannot remove
+// a listener that it has no name for, and cannot come before the first one.
+const char takeScrollingBack[] =
+    "(function(back) {"
+    "addEventListener('scroll', function() { if (pageXOffset || pageYOffset) back(0, 0) }, true)"
+    "})(scrollTo)";
+
+} // namespace
 
 bool PageSettings::setUrl(ApplicationView &view, const QVariant &address)
 {
@@ -20,7 +32,7 @@ bool PageSettings::setUrl(ApplicationView &view, const QVariant &address)
 
 bool PageSettings::setUserAgent(ApplicationView &view, const QVariant &name)
 {
-    view.setUserAgent(name.toString());
+    view.page()->setUserAgent(name.toString());
     return true;
 }
 
@@ -29,13 +41,14 @@ bool PageSettings::setUserScript(ApplicationView &view, const QVariant &file)
     QFile script(ConfigurationFile::resolve(file.toString()));
     if (!script.open(QIODevice::ReadOnly))
         return false;
-    view.setUserScript(QString::fromUtf8(script.readAll().constData()));
+    view.page()->addDocumentScript(QString::fromUtf8(script.readAll().constData()));
     return true;
 }
 
 bool PageSettings::setScale(ApplicationView &view, const QVariant &factor)
 {
-    view.setZoomFactor(qreal(factor.toDouble())); // a float in the Qt 4 of ARM devices
+    view.page()->mainFrame()->setZoomFactor(
+        qreal(factor.toDouble())); // a float in the Qt 4 of ARM devices
     return true;
 }
 
@@ -47,7 +60,9 @@ bool PageSettings::setTransparentBackground(ApplicationView &view, const QVarian
     palette.setBrush(QPalette::Base, Qt::transparent);
     view.page()->setPalette(palette);
     view.setAttribute(Qt::WA_TranslucentBackground);
-    view.setAttribute(Qt::WA_OpaquePaintEvent, false);
+    QWidget *canvas = view.surface().canvas();
+    canvas->setPalette(palette);
+    canvas->setAttribute(Qt::WA_OpaquePaintEvent, false);
     return true;
 }
 
@@ -61,12 +76,25 @@ bool PageSettings::setScrollbar(ApplicationView &view, const QVariant &on)
 
 bool PageSettings::setConsoleSuppressed(ApplicationView &view, const QVariant &on)
 {
-    view.setConsoleIsShown(!on.toBool());
+    view.page()->setConsoleIsShown(!on.toBool());
     return true;
 }
 
 bool PageSettings::setLoadedUrlsPrinted(ApplicationView &view, const QVariant &on)
 {
     view.setLoadedUrlsArePrinted(on.toBool());
+    return true;
+}
+
+bool PageSettings::setScrollingProhibited(ApplicationView &view, const QVariant &on)
+{
+    if (on.toBool())
+        view.page()->addDocumentScript(QLatin1String(takeScrollingBack));
+    return true;
+}
+
+bool PageSettings::setErrorPage(ApplicationView &view, const QVariant &on)
+{
+    view.page()->setErrorPageIsShown(on.toBool());
     return true;
 }

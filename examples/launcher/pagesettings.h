@@ -13,6 +13,8 @@ bool setUserScript(ApplicationView &view, const QVariant &file);
 bool setScale(ApplicationView &view, const QVariant &factor);
 bool setTransparentBackground(ApplicationView &view, const QVariant &on);
 bool setScrollbar(ApplicationView &view, const QVariant &on);
+bool setScrollingProhibited(ApplicationView &view, const QVariant &on);
+bool setErrorPage(ApplicationView &view, const QVariant &on);
 bool setConsoleSuppressed(ApplicationView &view, const QVariant &on);
 bool setLoadedUrlsPrinted(ApplicationView &view, const QVariant &on);
 

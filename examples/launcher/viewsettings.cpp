@@ -29,6 +29,7 @@ const char always[] = "always";
 const char eachDocument[] = "in each new document";
 const char eachRequest[] = "with each request";
 const char atFailure[] = "when a page does not load";
+const char atFullQuota[] = "when a site asks for room";
 const char atClosing[] = "when the window is closed";
 
 } // namespace
@@ -45,8 +46,9 @@ const ViewSetting ViewSettings::table[] = {
       "a script, in UTF-8, that runs in the main frame before the scripts of the page", nullptr,
       PageSettings::setUserScript },
 
-    { "UseGraphicsView", &AppConfig::getUseGraphicsView, &ValueKinds::onOff, view, atStart, "",
-      nullptr, nullptr },
+    { "UseGraphicsView", &AppConfig::getUseGraphicsView, &ValueKinds::onOff, view, atStart,
+      "the page is an item of a graphics scene in place of a widget", nullptr,
+      WindowSettings::setGraphicsView },
     { "Frameless", &AppConfig::getFrameless, &ValueKinds::onOff, window, atStart,
       "a window without frame and title", nullptr, WindowSettings::setFrameless },
     { "StartMaximized", &AppConfig::getStartMaximized, &ValueKinds::onOff, window, atStart,
@@ -62,29 +64,36 @@ const ViewSetting ViewSettings::table[] = {
       "the zoom factor: at 2 everything is twice as large", nullptr, PageSettings::setScale },
     { "ShowScrollbar", &AppConfig::getShowScrollbar, &ValueKinds::onOff, page, always,
       "off: the page scrolls without scroll bars", nullptr, PageSettings::setScrollbar },
-    { "ShowChrome", &AppConfig::getShowChrome, &ValueKinds::onOff, window, always, "", nullptr,
-      nullptr },
-    { "ResizesToContents", &AppConfig::getResizesToContents, &ValueKinds::onOff, view, always, "",
-      nullptr, nullptr },
+    { "ShowChrome", &AppConfig::getShowChrome, &ValueKinds::onOff, window, always,
+      "a bar with back, forward, reload, stop and the address", nullptr,
+      WindowSettings::setChrome },
+    { "ResizesToContents", &AppConfig::getResizesToContents, &ValueKinds::onOff, view, always,
+      "the item grows to the size of the page, and the view scrolls over it",
+      &WindowSettings::graphicsView, WindowSettings::setGrowing },
     { "ProhibitMainFrameScrolling", &AppConfig::getProhibitMainFrameScrolling, &ValueKinds::onOff,
-      page, always, "", nullptr, nullptr },
+      page, eachDocument,
+      "the page goes back to its top left corner whenever it is scrolled; parts of it can be "
+      "scrolled",
+      nullptr, PageSettings::setScrollingProhibited },
     { "DisableSpatialNavigation", &AppConfig::getDisableSpatialNavigation, &ValueKinds::onOff,
       webSettings, always, "off: the arrow keys move the focus from link to link", nullptr,
       EngineSettings::setSpatialNavigationDisabled },
 
-    { "UseCompositing", &AppConfig::getUseCompositing, &ValueKinds::onOff, webSettings, atStart, "",
-      nullptr, EngineSettings::setAttribute<QWebSettings::AcceleratedCompositingEnabled> },
+    { "UseCompositing", &AppConfig::getUseCompositing, &ValueKinds::onOff, webSettings, atStart,
+      "parts of the page that move are layers of their own", nullptr,
+      EngineSettings::setAttribute<QWebSettings::AcceleratedCompositingEnabled> },
     { "UseTiledBackingStore", &AppConfig::getUseTiledBackingStore, &ValueKinds::onOff, webSettings,
-      atStart, "", nullptr, EngineSettings::setAttribute<QWebSettings::TiledBackingStoreEnabled> },
-    { "UseWebGL", &AppConfig::getUseWebGL, &ValueKinds::onOff, webSettings, eachDocument, "",
-      nullptr, EngineSettings::setAttribute<QWebSettings::WebGLEnabled> },
+      atStart, "the page is painted ahead in tiles", &WindowSettings::graphicsView,
+      EngineSettings::setAttribute<QWebSettings::TiledBackingStoreEnabled> },
+    { "UseWebGL", &AppConfig::getUseWebGL, &ValueKinds::onOff, webSettings, eachDocument,
+      "scripts get a WebGL context; it needs a display with OpenGL", nullptr,
+      EngineSettings::setAttribute<QWebSettings::WebGLEnabled> },
     { "UseFrameFlattening", &AppConfig::getUseFrameFlattening, &ValueKinds::onOff, webSettings,
       eachDocument, "inner frames grow to the size of their contents", nullptr,
       EngineSettings::setAttribute<QWebSettings::FrameFlatteningEnabled> },
-    { "ShowDebugBorders", &AppConfig::getShowDebugBorders, &ValueKinds::onOff, webSettings, always,
-      "", nullptr, nullptr },
-    { "ShowFrameRate", &AppConfig::getShowFrameRate, &ValueKinds::onOff, view, always, "", nullptr,
-      nullptr },
+    { "ShowFrameRate", &AppConfig::getShowFrameRate, &ValueKinds::onOff, view, always,
+      "the corner of the window tells how often the page was painted in the last second", nullptr,
+      WindowSettings::setFrameRate },
 
     { "UseDiskCache", &AppConfig::getUseDiskCache, &ValueKinds::onOff, diskCache, eachRequest,
       "what was fetched is kept below XDG_CACHE_HOME, for the next start, too", nullptr,
@@ -93,27 +102,35 @@ const ViewSetting ViewSettings::table[] = {
       "cookies with an expiry date are kept below XDG_DATA_HOME, for the next start, too", nullptr,
       NetworkSettings::setDiskCookies },
     { "UseLocalStorage", &AppConfig::getUseLocalStorage, &ValueKinds::onOff, webSettings,
-      eachDocument, "", nullptr, EngineSettings::setLocalStorage },
+      eachDocument, "scripts get localStorage, kept in a folder for the tag of the application",
+      nullptr, EngineSettings::setLocalStorage },
     { "OfflineStorageDatabaseEnabled", &AppConfig::getOfflineStorageDatabaseEnabled,
-      &ValueKinds::onOff, webSettings, eachDocument, "", nullptr,
+      &ValueKinds::onOff, webSettings, eachDocument,
+      "scripts get databases, kept in one folder for all applications", nullptr,
       EngineSettings::setAttribute<QWebSettings::OfflineStorageDatabaseEnabled> },
     { "UseOfflineStorageDatabase", &AppConfig::getUseOfflineStorageDatabase, &ValueKinds::onOff,
-      webSettings, eachDocument, "", nullptr,
-      EngineSettings::setAttribute<QWebSettings::OfflineStorageDatabaseEnabled> },
+      webSettings, eachDocument, "the same; this name decides where an application has both",
+      nullptr, EngineSettings::setAttribute<QWebSettings::OfflineStorageDatabaseEnabled> },
     { "OfflineStorageDefaultQuotaSize", &AppConfig::getOfflineStorageDefaultQuotaSize,
-      &ValueKinds::bytes, process, always, "", nullptr, nullptr },
+      &ValueKinds::bytes, page, atFullQuota,
+      "what the databases of one site may hold in bytes; a site that has databases keeps its quota "
+      "until it asks for more",
+      nullptr, EngineSettings::setDatabaseQuota },
     { "OfflineWebApplicationCacheEnabled", &AppConfig::getOfflineWebApplicationCacheEnabled,
-      &ValueKinds::onOff, webSettings, eachDocument, "", nullptr,
+      &ValueKinds::onOff, webSettings, eachDocument,
+      "pages with a cache manifest are kept, in one folder for all applications", nullptr,
       EngineSettings::setAttribute<QWebSettings::OfflineWebApplicationCacheEnabled> },
     { "UseOfflineWebApplicationCache", &AppConfig::getUseOfflineWebApplicationCache,
-      &ValueKinds::onOff, webSettings, eachDocument, "", nullptr,
+      &ValueKinds::onOff, webSettings, eachDocument,
+      "the same; this name decides where an application has both", nullptr,
       EngineSettings::setAttribute<QWebSettings::OfflineWebApplicationCacheEnabled> },
-    { "CacheWebView", &AppConfig::getCacheWebView, &ValueKinds::onOff, window, atClosing, "",
-      nullptr, nullptr },
+    { "CacheWebView", &AppConfig::getCacheWebView, &ValueKinds::onOff, window, atClosing,
+      "the page lives on in a hidden window, which is shown when the application is opened again",
+      nullptr, WindowSettings::setKeptWhenClosed },
 
     { "LocalContentCanAccessRemoteUrls", &AppConfig::getLocalContentCanAccessRemoteUrls,
-      &ValueKinds::onOff, webSettings, eachDocument, "", nullptr,
-      EngineSettings::setAttribute<QWebSettings::LocalContentCanAccessRemoteUrls> },
+      &ValueKinds::onOff, webSettings, eachDocument, "scripts of files may fetch from the network",
+      nullptr, EngineSettings::setAttribute<QWebSettings::LocalContentCanAccessRemoteUrls> },
     { "GrantBroadcastRelatedSecurityClearance",
       &AppConfig::getGrantBroadcastRelatedSecurityClearance, &ValueKinds::onOff, extension, always,
       "", nullptr, nullptr },
@@ -142,13 +159,23 @@ const ViewSetting ViewSettings::table[] = {
       "opens the private key, and is never shown", nullptr, nullptr },
 
     { "EnableShowErrorPage", &AppConfig::getEnableShowErrorPage, &ValueKinds::onOff, page,
-      atFailure, "", nullptr, nullptr },
+      atFailure, "a page that says why takes its place; without it the window is closed", nullptr,
+      PageSettings::setErrorPage },
     { "PrintLoadedUrls", &AppConfig::getPrintLoadedUrls, &ValueKinds::onOff, network, eachRequest,
-      "", nullptr, PageSettings::setLoadedUrlsPrinted },
+      "every address that was loaded is printed", nullptr, PageSettings::setLoadedUrlsPrinted },
     { "SuppressWebCoreWarningMessages", &AppConfig::getSuppressWebCoreWarningMessages,
-      &ValueKinds::onOff, page, always, "", nullptr, PageSettings::setConsoleSuppressed },
+      &ValueKinds::onOff, page, always,
+      "messages to the console of the page, and errors of its scripts, are not printed", nullptr,
+      PageSettings::setConsoleSuppressed },
     { "RemoteInspectorPort", &AppConfig::getRemoteInspectorPort, &ValueKinds::port, process,
-      atStart, "", nullptr, nullptr },
+      atStart,
+      "the port of the one inspector of all applications, whoever opens it first; 0 is none",
+      nullptr, EngineSettings::setInspectorPort },
+
+    // The engine forgets it when another of the web settings is applied.
+    { "ShowDebugBorders", &AppConfig::getShowDebugBorders, &ValueKinds::onOff, webSettings, always,
+      "the layers of the page have coloured borders", &EngineSettings::compositing,
+      EngineSettings::setDebugBorders },
 };
 
 const int ViewSettings::count = int(sizeof table / sizeof table[0]);
@@ -209,4 +236,20 @@ void ViewSettings::apply(const AppConfig &config, ApplicationView &application)
         if (!use(row, value, application))
             warn(row, value, application);
     }
+}
+
+QString ViewSettings::description()
+{
+    QString result = QLatin1String("| property | takes | applied to | when | effect | needs |\n"
+                                   "|---|---|---|---|---|---|\n");
+    for (const ViewSetting &row : table) {
+        const char *const cells[] = {
+            row.property, row.kind->name, row.target,
+            row.moment,   row.effect,     row.need ? row.need->name : ""
+        };
+        for (const char *cell : cells)
+            result += QLatin1String("| ") + QLatin1String(cell) + QLatin1Char(' ');
+        result += QLatin1String("|\n");
+    }
+    return result;
 }

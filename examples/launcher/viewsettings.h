@@ -41,6 +41,9 @@ extern const int count;
 /// that cannot be used gets one warning on the standard error.
 void apply(const AppConfig &config, ApplicationView &view);
 
+/// The table as it stands in the documentation, in Markdown.
+QString description();
+
 } // namespace ViewSettings
 
 #endif // VIEWSETTINGS_H

@@ -1,8 +1,10 @@
 #include "examples/launcher/windowsettings.h"
 
+#include "examples/launcher/applicationpage.h"
 #include "examples/launcher/applicationview.h"
-
-#include <QVariant>
+#include "examples/launcher/chrome.h"
+#include "examples/launcher/framerate.h"
+#include "examples/launcher/websurface.h"
 
 bool WindowSettings::setFrameless(ApplicationView &view, const QVariant &on)
 {
@@ -22,3 +24,48 @@ bool WindowSettings::setOpacity(ApplicationView &view, const QVariant &fraction)
     view.setWindowOpacity(qreal(fraction.toDouble())); // a float in the Qt 4 of ARM devices
     return true;
 }
+
+bool WindowSettings::setChrome(ApplicationView &view, const QVariant &on)
+{
+    if (on.toBool())
+        view.addBar(new Chrome(view.page(), &view));
+    return true;
+}
+
+bool WindowSettings::setFrameRate(ApplicationView &view, const QVariant &on)
+{
+    if (on.toBool())
+        new FrameRate(view.surface().canvas(), &view);
+    return true;
+}
+
+bool WindowSettings::setKeptWhenClosed(ApplicationView &view, const QVariant &on)
+{
+    view.setAttribute(Qt::WA_DeleteOnClose, !on.toBool());
+    return true;
+}
+
+bool WindowSettings::setGraphicsView(ApplicationView &view, const QVariant &on)
+{
+    if (on.toBool())
+        view.useScene();
+    return true;
+}
+
+bool WindowSettings::setGrowing(ApplicationView &view, const QVariant &on)
+{
+    if (on.toBool())
+        view.surface().growToContents();
+    return true;
+}
+
+namespace {
+
+bool isGraphicsView(const ApplicationView &view)
+{
+    return view.surface().item() != nullptr;
+}
+
+} // namespace
+
+const Need WindowSettings::graphicsView = { "UseGraphicsView", isGraphicsView };
