@@ -30,15 +30,16 @@ void ApplicationPage::setConsoleIsShown(bool shown)
     m_consoleIsShown = shown;
 }
 
-void ApplicationPage::addDocumentScript(const QString &source)
+void ApplicationPage::setDocumentScript(const char *name, const QString &source)
 {
-    m_documentScripts.append(source);
+    m_documentScripts.insert(QByteArray(name), source);
 }
 
 void ApplicationPage::runDocumentScripts()
 {
-    for (int i = 0; i < m_documentScripts.size(); ++i)
-        mainFrame()->evaluateJavaScript(m_documentScripts.at(i));
+    const QList<QString> sources = m_documentScripts.values();
+    for (int i = 0; i < sources.size(); ++i)
+        mainFrame()->evaluateJavaScript(sources.at(i));
 }
 
 QString ApplicationPage::loadError() const
