@@ -8,6 +8,7 @@
 ApplicationPage::ApplicationPage(QObject *parent)
     : UnattendedPage(parent), m_errorPageIsShown(false), m_consoleIsShown(true)
 {
+    connect(this, SIGNAL(loadStarted()), SLOT(forgetLoadError()));
 }
 
 void ApplicationPage::setUserAgent(const QString &userAgent)
@@ -45,6 +46,11 @@ void ApplicationPage::runDocumentScripts()
 QString ApplicationPage::loadError() const
 {
     return m_loadError;
+}
+
+void ApplicationPage::forgetLoadError()
+{
+    m_loadError.clear();
 }
 
 bool ApplicationPage::supportsExtension(Extension extension) const

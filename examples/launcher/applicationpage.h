@@ -40,6 +40,9 @@ protected:
     QString userAgentForUrl(const QUrl &url) const override;
     void javaScriptConsoleMessage(const QString &message, int line, const QString &source) override;
 
+private Q_SLOTS:
+    void forgetLoadError();
+
 private:
     QString m_userAgent;
     QMap<QByteArray, QString> m_documentScripts;

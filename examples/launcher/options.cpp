@@ -135,13 +135,13 @@ const char beforeOptions[] =
 
 const char afterOptions[] =
     "\n"
-    "Without DISPLAY, WAYLAND_DISPLAY and QT_QPA_PLATFORM nothing appears on a screen.\n"
-    "With --screenshot or --once nobody is asked anything: a page's questions are\n"
-    "printed and answered with no.\n"
+    "Without DISPLAY, WAYLAND_DISPLAY and QT_QPA_PLATFORM nothing appears on a\n"
+    "screen. With --screenshot or --once nobody is asked anything: a page's questions\n"
+    "are printed and answered with no.\n"
     "\n"
     "Exit status: 0 when all that was asked for was done; 1 when there is no\n"
-    "configuration file, an application is not configured, or its page, its picture or\n"
-    "the script in it failed; 2 when the command line is wrong.\n";
+    "configuration file, an application is not configured, or its page, its picture\n"
+    "or the script in it failed; 2 when the command line is wrong.\n";
 
 } // namespace
 

@@ -1,11 +1,22 @@
 #include "examples/launcher/sceneview.h"
 
 #include <QGraphicsScene>
+#include <QGraphicsSceneWheelEvent>
 #include <QGraphicsWebView>
 #include <QWebPage>
 
-SceneView::SceneView(QWebPage *page, QWidget *parent)
-    : QGraphicsView(parent), m_item(new QGraphicsWebView)
+namespace {
+
+/// Leaves to its view the turns of the wheel that the page has no use for. The toolkit's keeps them all.
+class PageItem : public QGraphicsWebView
+{
+protected:
+    void wheelEvent(QGraphicsSceneWheelEvent *event) override { page()->event(event); }
+};
+
+} // namespace
+
+SceneView::SceneView(QWebPage *page, QWidget *parent) : QGraphicsView(parent), m_item(new PageItem)
 {
     setFrameShape(QFrame::NoFrame);
     setScene(new QGraphicsScene(this));

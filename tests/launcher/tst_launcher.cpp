@@ -1,4 +1,3 @@
-#include "examples/launcher/options.h"
 #include "tests/launcher/stage.h"
 #include "tests/support/testmain.h"
 
@@ -56,11 +55,6 @@ private Q_SLOTS:
     void aPageThatFailsDoesNotStopTheOthers();
     void aFailureEndsTheProgramWithoutPicturesToo();
     void aPictureThatCannotBeWrittenIsToldInOneLine();
-
-    void wrongCommandLinesAreRejected_data();
-    void wrongCommandLinesAreRejected();
-    void aWrongCommandLineIsToldInOneLine();
-    void theHelpNamesTheOptionsThatAreAccepted();
 };
 
 void tst_Launcher::theApplicationsThatItShipsWithComeUp_data()
@@ -723,74 +717,6 @@ void tst_Launcher::aPictureThatCannotBeWrittenIsToldInOneLine()
              text("nuv-launcher: tv: the picture cannot be written to "
                   "no/such/folder.png\n"));
     QCOMPARE(run.status, 1);
-}
-
-void tst_Launcher::wrongCommandLinesAreRejected_data()
-{
-    QTest::addColumn<QString>("arguments");
-    QTest::addColumn<QString>("problem");
-
-    QTest::newRow("unknown option") << text("--fast tv") << text("unknown option --fast");
-    QTest::newRow("unknown short option") << text("tv -h") << text("unknown option -h");
-    QTest::newRow("no tag") << text("--size 10x10") << text("no application is named");
-    QTest::newRow("no file") << text("tv --screenshot") << text("--screenshot needs FILE");
-    QTest::newRow("no size") << text("tv --size") << text("--size needs WxH");
-    QTest::newRow("no time") << text("tv --wait") << text("--wait needs MS");
-
-    const QString size = text("--size needs WIDTHxHEIGHT, as in 1280x720, not ");
-    const char *const sizes[] = {
-        "big", "10", "x", "10x", "0x10", "10x-1", "10x10x10", "20000x10"
-    };
-    for (const char *value : sizes)
-        QTest::newRow((QByteArray("size ") + value).constData())
-            << text("tv --size ") + text(value) << size + text(value);
-    const QString time = text("--wait needs a number of milliseconds, not ");
-    const char *const times[] = { "long", "-1", "1.5", "99999999999" };
-    for (const char *value : times)
-        QTest::newRow((QByteArray("wait ") + value).constData())
-            << text("tv --wait ") + text(value) << time + text(value);
-}
-
-void tst_Launcher::wrongCommandLinesAreRejected()
-{
-    QFETCH(QString, arguments);
-    QFETCH(QString, problem);
-
-    QCOMPARE(Options().parse(arguments.split(QLatin1Char(' '))), problem);
-}
-
-void tst_Launcher::aWrongCommandLineIsToldInOneLine()
-{
-    Stage stage;
-
-    const Run run = stage.launch("--fast tv");
-
-    QCOMPARE(run.err, text("nuv-launcher: unknown option --fast; see nuv-launcher --help\n"));
-    QCOMPARE(run.out, QString());
-    QCOMPARE(run.status, 2);
-}
-
-void tst_Launcher::theHelpNamesTheOptionsThatAreAccepted()
-{
-    Stage stage;
-
-    const Run run = stage.launch("--help");
-
-    QCOMPARE(run.status, 0);
-    QCOMPARE(run.err, QString());
-    QCOMPARE(run.out, Options::helpText());
-    QVERIFY(run.out.startsWith(text("Usage: nuv-launcher [OPTIONS] TAG...\n")));
-    QVERIFY(run.out.contains(text("Exit status: 0 ")));
-    QStringList options;
-    const QStringList lines = linesAfter("  --", run.out);
-    for (int i = 0; i < lines.size(); ++i)
-        options << lines.at(i).section(QLatin1Char(' '), 0, 0);
-    QCOMPARE(options.join(text(" ")),
-             text("screenshot eval once size wait timeout properties help"));
-    for (int i = 0; i < options.size(); ++i) {
-        const QStringList alone(text("--") + options.at(i));
-        QVERIFY(!Options().parse(alone).contains(text("unknown")));
-    }
 }
 
 NUV_TEST_MAIN(tst_Launcher)

@@ -4,6 +4,10 @@
 #include <QLocale>
 #include <QTextCodec>
 
+#ifdef QT_GUI_LIB
+#include <QWheelEvent>
+#endif
+
 #include <limits>
 
 #if QT_VERSION >= QT_VERSION_CHECK(5, 0, 0)
@@ -136,6 +140,19 @@ private:
 
     mutable int m_longestPiece;
 };
+
+#ifdef QT_GUI_LIB
+/// One notch of a mouse wheel over a widget, towards its user.
+inline QWheelEvent wheelNotch(const QPoint &at, const QPoint &globalAt)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return QWheelEvent(at, globalAt, -120, Qt::NoButton, Qt::NoModifier);
+#else
+    return QWheelEvent(at, globalAt, QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
+                       Qt::NoScrollPhase, false);
+#endif
+}
+#endif
 
 } // namespace ToolkitDifferences
 
