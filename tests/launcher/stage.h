@@ -69,6 +69,25 @@ public:
         start(process, split(arguments), m_dir.path());
     }
 
+    /// Waits until the launcher has written this. Returns false when it ends without, or takes too long.
+    static bool awaitOutput(QProcess *process, const char *expected)
+    {
+        QTimer limit;
+        limit.setSingleShot(true);
+        limit.start(60000);
+        while (!process->peek(process->bytesAvailable()).contains(expected)) {
+            if (!limit.isActive() || process->state() == QProcess::NotRunning)
+                return false;
+            QEventLoop loop;
+            QObject::connect(&limit, SIGNAL(timeout()), &loop, SLOT(quit()));
+            QObject::connect(process, SIGNAL(readyRead()), &loop, SLOT(quit()));
+            QObject::connect(process, SIGNAL(finished(int, QProcess::ExitStatus)), &loop,
+                             SLOT(quit()));
+            loop.exec();
+        }
+        return true;
+    }
+
     /// Waits with an event loop, so that servers of this process answer the launcher meanwhile.
     static Run finish(QProcess *process)
     {
