@@ -57,8 +57,7 @@ bool BroadcastAccess::answers(const QWebSecurityOrigin &origin, const QUrl &home
     if (!isOfTheWeb(origin.scheme()))
         return false;
     const QString host = normalized(origin.host());
-    const QStringList domains =
-        m_domainsAreSet ? m_domains : QStringList(normalized(home.host()));
+    const QStringList domains = m_domainsAreSet ? m_domains : QStringList(normalized(home.host()));
     for (int i = 0; i < domains.size(); ++i) {
         if (isWithin(host, domains.at(i)))
             return true;

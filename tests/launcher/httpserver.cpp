@@ -1,7 +1,5 @@
 #include "tests/launcher/httpserver.h"
 
-#include <QStringList>
-
 namespace {
 
 QByteArray response(const QByteArray &status, const QByteArray &headers, const QByteArray &body)
@@ -57,6 +55,15 @@ QList<HttpRequest> HttpServer::requests(const char *target) const
         if (m_requests.at(i).target == target)
             result.append(m_requests.at(i));
     }
+    return result;
+}
+
+QStringList HttpServer::clients(const char *target) const
+{
+    QStringList result;
+    const QList<HttpRequest> sent = requests(target);
+    for (int i = 0; i < sent.size(); ++i)
+        result.append(sent.at(i).client);
     return result;
 }
 

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QMap>
+#include <QStringList>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -42,6 +43,10 @@ public:
 
     QList<HttpRequest> requests() const { return m_requests; }
     QList<HttpRequest> requests(const char *target) const;
+
+    /// Who sent the requests for a target.
+    QStringList clients(const char *target) const;
+
     void forget() { m_requests.clear(); }
 
 protected:

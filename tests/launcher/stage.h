@@ -47,6 +47,14 @@ public:
               "{ \"Global\": { \"Version\": 1 }, \"Applications\": [" + applications + "] }");
     }
 
+    /// An element of "Applications"; the further properties begin with a comma.
+    static QByteArray application(const char *tag, const QString &url,
+                                  const QByteArray &properties = QByteArray())
+    {
+        return "{ \"Tag\": \"" + QByteArray(tag) + "\", \"Url\": \"" + url.toLatin1() + "\""
+            + properties + " }";
+    }
+
     void setConfigurationFile(const QString &name) { set("NUV_APPS_CONFIG_FILE", name); }
 
     /// Sets a variable of the launcher's environment.

@@ -131,14 +131,15 @@ void tst_LauncherExtension::scriptsSeeTheseMembersAndNoOthers()
     QStringList reached;
     const QMetaObject *meta = host.extension()->metaObject();
     for (int i = 0; i < meta->methodCount(); ++i)
-        reached << QString::fromLatin1(ToolkitDifferences::signatureOf(meta->method(i)).constData());
+        reached << QString::fromLatin1(
+            ToolkitDifferences::signatureOf(meta->method(i)).constData());
     for (int i = 0; i < meta->propertyCount(); ++i)
         reached << text(meta->property(i).name());
     reached.removeDuplicates();
     for (int i = 0; i < reached.size(); ++i) {
         const QString name = reached.at(i);
-        const bool exists = host.ask(QString(text("typeof zarexExt['%1']")).arg(name))
-            != text("undefined");
+        const bool exists =
+            host.ask(QString(text("typeof zarexExt['%1']")).arg(name)) != text("undefined");
         QVERIFY2(exists == expected.contains(name), qPrintable(name));
         const QString shortName = name.section(QLatin1Char('('), 0, 0);
         QCOMPARE(host.ask(text("typeof zarexExt.") + shortName) != text("undefined"), exists);
@@ -208,7 +209,8 @@ void tst_LauncherExtension::theOriginOfADocumentDecides_data()
         { "a listed domain", web, "a.example b.example", "http://b.example/", true },
         { "below a listed domain", web, "a.example", "https://deep.www.a.example/", true },
         { "in another case", web, "A.Example", "http://a.EXAMPLE/", true },
-        { "in letters beyond ASCII", web, "t\303\274r.example", "http://xn--tr-xka.example/", true },
+        { "in letters beyond ASCII", web, "t\303\274r.example", "http://xn--tr-xka.example/",
+          true },
         { "behind a listed domain", web, "a.example", "http://a.example.com/", false },
         { "that ends alike", web, "a.example", "http://nota.example/", false },
         { "with the domain as its user", web, "a.example", "http://a.example@b.example/", false },
@@ -232,8 +234,8 @@ void tst_LauncherExtension::theOriginOfADocumentDecides()
     QFETCH(bool, isAnswered);
     BroadcastAccess access;
     if (domains != text("unset"))
-        QVERIFY(access.setDomains(domains.isEmpty() ? QStringList()
-                                                    : domains.split(QLatin1Char(' '))));
+        QVERIFY(
+            access.setDomains(domains.isEmpty() ? QStringList() : domains.split(QLatin1Char(' '))));
     QWebPage page;
     page.mainFrame()->setHtml(text("<p>"), QUrl(document));
 
@@ -243,8 +245,8 @@ void tst_LauncherExtension::theOriginOfADocumentDecides()
 void tst_LauncherExtension::whatIsNoDomainIsNotTaken_data()
 {
     QTest::addColumn<QString>("domain");
-    const char *const texts[] = { "",       "http://tv.example", "tv.example/", "tv.example:80",
-                                  "*.example", "tv example", ".",  "[::1]" };
+    const char *const texts[] = { "",          "http://tv.example", "tv.example/", "tv.example:80",
+                                  "*.example", "tv example",        ".",           "[::1]" };
     for (const char *domain : texts)
         QTest::newRow(*domain ? domain : "empty") << text(domain);
 }
@@ -268,16 +270,23 @@ void tst_LauncherExtension::eachDocumentIsDecidedAbout()
     HttpServer server;
     const QByteArray own = server.address("").toLatin1();
     const QByteArray foreign = QByteArray(own).replace("127.0.0.1", "localhost");
-    server.serve("/", "<iframe src='" + own + "/frame'></iframe><script>"
-                      "console.log('own: ' + typeof zarexExt);"
-                      "onload = function() { location = '" + foreign + "/foreign' }</script>");
+    server.serve("/",
+                 "<iframe src='" + own
+                     + "/frame'></iframe><script>"
+                       "console.log('own: ' + typeof zarexExt);"
+                       "onload = function() { location = '"
+                     + foreign + "/foreign' }</script>");
     server.serve("/frame", "<script>console.log('frame: ' + typeof zarexExt)</script>");
-    server.serve("/foreign", "<script>console.log('foreign: ' + typeof zarexExt);"
-                             "onload = function() { location = '" + own + "/again' }</script>");
-    server.serve("/again", "<script>console.log('again: ' + typeof zarexExt);"
-                           "onload = function() { location = '/away' }</script>");
-    server.serveBytes("/away", "HTTP/1.1 302 Found\r\nLocation: " + foreign
-                                   + "/last\r\nContent-Length: 0\r\n\r\n");
+    server.serve("/foreign",
+                 "<script>console.log('foreign: ' + typeof zarexExt);"
+                 "onload = function() { location = '"
+                     + own + "/again' }</script>");
+    server.serve("/again",
+                 "<script>console.log('again: ' + typeof zarexExt);"
+                 "onload = function() { location = '/away' }</script>");
+    server.serveBytes("/away",
+                      "HTTP/1.1 302 Found\r\nLocation: " + foreign
+                          + "/last\r\nContent-Length: 0\r\n\r\n");
     server.serve("/last", "<script>console.log('redirected: ' + typeof zarexExt)</script>");
     Stage stage;
     stage.configure("{ \"Tag\": \"tv\", \"Url\": \"" + own + "/\" }");
@@ -317,12 +326,15 @@ void tst_LauncherExtension::theListedDomainsReplaceTheOwn()
     HttpServer server;
     const QByteArray own = server.address("").toLatin1();
     const QByteArray listed = QByteArray(own).replace("127.0.0.1", "localhost");
-    server.serve("/", "<script>console.log('own: ' + typeof zarexExt);"
-                      "onload = function() { location = '" + listed + "/listed' }</script>");
+    server.serve("/",
+                 "<script>console.log('own: ' + typeof zarexExt);"
+                 "onload = function() { location = '"
+                     + listed + "/listed' }</script>");
     server.serve("/listed", "<script>zarexExt.say('listed')</script>");
     Stage stage;
-    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"" + own + "/\","
-                    "\"GrantBroadcastAccessRightDomains\": [ { \"Domain\": \"localhost\" } ] }");
+    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"" + own
+                    + "/\","
+                      "\"GrantBroadcastAccessRightDomains\": [ { \"Domain\": \"localhost\" } ] }");
     QProcess launcher;
     stage.start(&launcher, "tv");
 
@@ -339,9 +351,10 @@ void tst_LauncherExtension::aDeletedObjectIsBackInTheNextDocument()
 {
     Stage stage;
     stage.configure("{ \"Tag\": \"tv\", \"Url\": \"page.html\" }");
-    stage.write("page.html", "<script>zarexExt.say('here'); zarexExt.mine = 1; delete window.zarexExt;"
-                             "console.log('deleted: ' + typeof window.zarexExt);"
-                             "window.zarexExt = null; location.replace('next.html')</script>");
+    stage.write("page.html",
+                "<script>zarexExt.say('here'); zarexExt.mine = 1; delete window.zarexExt;"
+                "console.log('deleted: ' + typeof window.zarexExt);"
+                "window.zarexExt = null; location.replace('next.html')</script>");
     stage.write("next.html", "<script>zarexExt.say('back, ' + typeof zarexExt.mine)</script>");
     QProcess launcher;
     stage.start(&launcher, "tv");
