@@ -5,6 +5,18 @@
 #include <QUrl>
 #include <QWebFrame>
 
+namespace {
+
+// Where a server said that all is well and then broke off, the engine gives what it said.
+QString reasonOf(const QWebPage::ErrorPageExtensionOption &failure)
+{
+    const bool brokeOff = failure.domain == QWebPage::Http && failure.error < 400;
+    return brokeOff ? QString(QLatin1String("the server broke off its answer"))
+                    : failure.errorString;
+}
+
+} // namespace
+
 ApplicationPage::ApplicationPage(QObject *parent)
     : UnattendedPage(parent), m_errorPageIsShown(false), m_consoleIsShown(true)
 {
@@ -30,15 +42,16 @@ void ApplicationPage::setConsoleIsShown(bool shown)
     m_consoleIsShown = shown;
 }
 
-void ApplicationPage::addDocumentScript(const QString &source)
+void ApplicationPage::setDocumentScript(const char *name, const QString &source)
 {
-    m_documentScripts.append(source);
+    m_documentScripts.insert(QByteArray(name), source);
 }
 
 void ApplicationPage::runDocumentScripts()
 {
-    for (int i = 0; i < m_documentScripts.size(); ++i)
-        mainFrame()->evaluateJavaScript(m_documentScripts.at(i));
+    const QList<QString> sources = m_documentScripts.values();
+    for (int i = 0; i < sources.size(); ++i)
+        mainFrame()->evaluateJavaScript(sources.at(i));
 }
 
 QString ApplicationPage::loadError() const
@@ -59,14 +72,14 @@ bool ApplicationPage::extension(Extension extension, const ExtensionOption *opti
         return UnattendedPage::extension(extension, option, output);
     const ErrorPageExtensionOption *failure = static_cast<const ErrorPageExtensionOption *>(option);
     if (failure->frame == mainFrame())
-        m_loadError = failure->errorString;
+        m_loadError = reasonOf(*failure);
     if (!m_errorPageIsShown)
         return false;
     ErrorPageExtensionReturn *page = static_cast<ErrorPageExtensionReturn *>(output);
     page->baseUrl = failure->url;
     page->contentType = QLatin1String("text/html");
     page->encoding = QLatin1String("utf-8");
-    page->content = ErrorPage::html(failure->url, failure->errorString);
+    page->content = ErrorPage::html(failure->url, reasonOf(*failure));
     return true;
 }
 

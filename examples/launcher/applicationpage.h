@@ -3,7 +3,9 @@
 
 #include "examples/launcher/unattendedpage.h"
 
-#include <QStringList>
+#include <QByteArray>
+#include <QMap>
+#include <QString>
 
 /// The page of an application, with a user agent, an error page and scripts of the launcher's.
 class ApplicationPage : public UnattendedPage
@@ -22,8 +24,9 @@ public:
 
     void setConsoleIsShown(bool shown);
 
-    /// A script for each document of the main frame, run before the document's own.
-    void addDocumentScript(const QString &source);
+    /// A script for each document of the main frame, run before the document's own, in place of an
+    /// earlier one of that name; an empty one is none.
+    void setDocumentScript(const char *name, const QString &source);
     void runDocumentScripts();
 
     /// Why the last document did not load; empty when the engine does not say.
@@ -39,7 +42,7 @@ protected:
 
 private:
     QString m_userAgent;
-    QStringList m_documentScripts;
+    QMap<QByteArray, QString> m_documentScripts;
     QString m_loadError;
     bool m_errorPageIsShown;
     bool m_consoleIsShown;

@@ -17,6 +17,14 @@ bool EngineSettings::setLocalStorage(ApplicationView &view, const QVariant &on)
     return setAttribute<QWebSettings::LocalStorageEnabled>(view, on);
 }
 
+// Newer engines do not look at their attribute, and hand out databases in any case.
+bool EngineSettings::setDatabases(ApplicationView &view, const QVariant &on)
+{
+    const char takeAway[] = "Object.defineProperty(window, 'openDatabase', { value: undefined })";
+    view.page()->setDocumentScript("databases", QLatin1String(on.toBool() ? "" : takeAway));
+    return setAttribute<QWebSettings::OfflineStorageDatabaseEnabled>(view, on);
+}
+
 bool EngineSettings::setDatabaseQuota(ApplicationView &view, const QVariant &bytes)
 {
     new StorageQuota(view.page(), bytes.toLongLong());

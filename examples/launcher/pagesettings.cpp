@@ -41,7 +41,7 @@ bool PageSettings::setUserScript(ApplicationView &view, const QVariant &file)
     QFile script(ConfigurationFile::resolve(file.toString()));
     if (!script.open(QIODevice::ReadOnly))
         return false;
-    view.page()->addDocumentScript(QString::fromUtf8(script.readAll().constData()));
+    view.page()->setDocumentScript("user script", QString::fromUtf8(script.readAll().constData()));
     return true;
 }
 
@@ -88,8 +88,8 @@ bool PageSettings::setLoadedUrlsPrinted(ApplicationView &view, const QVariant &o
 
 bool PageSettings::setScrollingProhibited(ApplicationView &view, const QVariant &on)
 {
-    if (on.toBool())
-        view.page()->addDocumentScript(QLatin1String(takeScrollingBack));
+    view.page()->setDocumentScript("scrolling",
+                                   QLatin1String(on.toBool() ? takeScrollingBack : ""));
     return true;
 }
 

@@ -107,11 +107,12 @@ const ViewSetting ViewSettings::table[] = {
       nullptr, EngineSettings::setLocalStorage },
     { "OfflineStorageDatabaseEnabled", &AppConfig::getOfflineStorageDatabaseEnabled,
       &ValueKinds::onOff, webSettings, eachDocument,
-      "scripts get databases, kept in one folder for all applications", nullptr,
-      EngineSettings::setAttribute<QWebSettings::OfflineStorageDatabaseEnabled> },
+      "off: the scripts of the main frame get no databases, which all applications keep in one "
+      "folder",
+      nullptr, EngineSettings::setDatabases },
     { "UseOfflineStorageDatabase", &AppConfig::getUseOfflineStorageDatabase, &ValueKinds::onOff,
       webSettings, eachDocument, "the same; this name decides where an application has both",
-      nullptr, EngineSettings::setAttribute<QWebSettings::OfflineStorageDatabaseEnabled> },
+      nullptr, EngineSettings::setDatabases },
     { "OfflineStorageDefaultQuotaSize", &AppConfig::getOfflineStorageDefaultQuotaSize,
       &ValueKinds::bytes, page, atFullQuota,
       "what the databases of one site may hold in bytes; a site that has databases keeps its quota "

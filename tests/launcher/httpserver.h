@@ -34,9 +34,11 @@ public:
     void serve(const char *target, const QByteArray &body,
                const QByteArray &headers = QByteArray());
 
-    /// Answers a target with these very bytes, after which the server closes. Without bytes, it never
-    /// answers and never closes.
+    /// Answers a target with these very bytes, after which the server closes.
     void serveBytes(const QByteArray &target, const QByteArray &bytes);
+
+    /// Never answers a target, and never closes.
+    void ignore(const QByteArray &target);
 
     /// With this, whatever has no "Proxy-Authorization: VALUE" is told to come with one.
     void demandProxyAuthorization(const QByteArray &value) { m_authorization = value; }
@@ -66,6 +68,7 @@ private:
     QMap<QByteArray, QByteArray> m_answers;
     QList<HttpRequest> m_requests;
     QByteArray m_authorization;
+    QByteArray m_ignored;
 };
 
 #endif // HTTPSERVER_H

@@ -206,11 +206,13 @@ void tst_LauncherCertificate::whereItCannotBeUsedNothingIsAskedFor_data()
     const Run run = stage.launch(arguments, stage.path("."));
     const QString folder = QFileInfo(m_authority.path("CA.pem")).path();
     for (const Case &row : cases)
-        QTest::newRow(row.name)
-            << text(row.message).replace(text("%1"), folder).replace(text("%2"), m_server->address())
-            << linesAfter(("nuv-launcher: " + QByteArray(row.name) + ": ").constData(),
-                          QString(run.err).replace(text("hush"), text("SECRET")))
-            << m_server->requests().size();
+        QTest::newRow(row.name) << text(row.message)
+                                       .replace(text("%1"), folder)
+                                       .replace(text("%2"), m_server->address())
+                                << linesAfter(
+                                       ("nuv-launcher: " + QByteArray(row.name) + ": ").constData(),
+                                       QString(run.err).replace(text("hush"), text("SECRET")))
+                                << m_server->requests().size();
 }
 
 // What stands before a semicolon are the words of the TLS library.
@@ -243,7 +245,8 @@ void tst_LauncherCertificate::theWordsOfAServerThatRefusesAreShown()
         text("https://") + text(greeting.mid(greeting.indexOf("127.")).trimmed().constData());
     Stage stage;
     trustAuthority(&stage);
-    stage.configure(Stage::application("tv", address, ownCertificate("stranger.pem", "stranger.key")));
+    stage.configure(
+        Stage::application("tv", address, ownCertificate("stranger.pem", "stranger.key")));
 
     const Run run = stage.launch("--screenshot out.png tv");
 
@@ -259,7 +262,8 @@ void tst_LauncherCertificate::theWordsOfAServerThatRefusesAreShown()
 void tst_LauncherCertificate::aServerThatNobodyVouchesForIsNotShown()
 {
     Stage stage;
-    stage.configure(Stage::application("tv", m_server->address(), ownCertificate("device.pem", "device.key")));
+    stage.configure(
+        Stage::application("tv", m_server->address(), ownCertificate("device.pem", "device.key")));
     m_server->forget();
 
     const Run run = stage.launch("--screenshot out.png tv");
