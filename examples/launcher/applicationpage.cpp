@@ -5,6 +5,18 @@
 #include <QUrl>
 #include <QWebFrame>
 
+namespace {
+
+// Where a server said that all is well and then broke off, the engine gives what it said.
+QString reasonOf(const QWebPage::ErrorPageExtensionOption &failure)
+{
+    const bool brokeOff = failure.domain == QWebPage::Http && failure.error < 400;
+    return brokeOff ? QString(QLatin1String("the server broke off its answer"))
+                    : failure.errorString;
+}
+
+} // namespace
+
 ApplicationPage::ApplicationPage(QObject *parent)
     : UnattendedPage(parent), m_errorPageIsShown(false), m_consoleIsShown(true)
 {
@@ -66,14 +78,14 @@ bool ApplicationPage::extension(Extension extension, const ExtensionOption *opti
         return UnattendedPage::extension(extension, option, output);
     const ErrorPageExtensionOption *failure = static_cast<const ErrorPageExtensionOption *>(option);
     if (failure->frame == mainFrame())
-        m_loadError = failure->errorString;
+        m_loadError = reasonOf(*failure);
     if (!m_errorPageIsShown)
         return false;
     ErrorPageExtensionReturn *page = static_cast<ErrorPageExtensionReturn *>(output);
     page->baseUrl = failure->url;
     page->contentType = QLatin1String("text/html");
     page->encoding = QLatin1String("utf-8");
-    page->content = ErrorPage::html(failure->url, failure->errorString);
+    page->content = ErrorPage::html(failure->url, reasonOf(*failure));
     return true;
 }
 

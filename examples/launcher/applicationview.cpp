@@ -16,6 +16,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWebFrame>
+#include <QWebSecurityOrigin>
 
 ApplicationView::ApplicationView(const QString &tag)
     : m_page(new ApplicationPage(this)),
@@ -137,6 +138,11 @@ void ApplicationView::setAddress(const QUrl &address)
     m_address = address;
 }
 
+BroadcastAccess &ApplicationView::broadcastAccess()
+{
+    return m_broadcastAccess;
+}
+
 void ApplicationView::setReferrer(const QByteArray &address)
 {
     m_referrer = address;
@@ -156,14 +162,18 @@ void ApplicationView::setSurface(WebSurface *surface)
     setFocusProxy(surface->widget());
 }
 
-// A new document is about to run its scripts. It finds the extension object, even where a script of
-// an earlier document deleted it, and the effects of the launcher's own scripts.
+// A new document is about to run its scripts. It finds an extension object of its own, if it may have
+// one, and the effects of the launcher's own scripts. An object that served all documents would hand
+// from one to the next what scripts add to it, and keep each whose scripts connect to its signals.
 void ApplicationView::prepareScripts()
 {
-    if (!m_extension)
+    delete m_extension.data();
+    const QWebSecurityOrigin origin = m_page->mainFrame()->securityOrigin();
+    if (m_broadcastAccess.answers(origin, m_address))
         createExtension();
-    if (m_extension)
-        m_extension->attachObject();
+    else if (!origin.host().isEmpty())
+        note(QString(QLatin1String("zarexExt is not given to %1://%2"))
+                 .arg(origin.scheme(), origin.host()));
     m_page->runDocumentScripts();
 }
 
@@ -171,9 +181,11 @@ void ApplicationView::prepareScripts()
 void ApplicationView::createExtension()
 {
     ZarexExtFactory const *factory = getZarexExtFactory();
-    m_extension = factory ? factory->create(m_page, m_page) : nullptr;
-    if (m_extension)
-        connect(m_extension, SIGNAL(openRequested(QString)), SIGNAL(openRequested(QString)));
+    m_extension = factory ? factory->create(m_page, m_page, m_broadcastAccess) : nullptr;
+    if (!m_extension)
+        return;
+    connect(m_extension, SIGNAL(openRequested(QString)), SIGNAL(openRequested(QString)));
+    m_extension->attachObject();
 }
 
 // Only the first document decides whether the application could be opened; where its user goes from

@@ -1,6 +1,7 @@
 #ifndef APPLICATIONVIEW_H
 #define APPLICATIONVIEW_H
 
+#include "examples/launcher/broadcastaccess.h"
 #include "hooks/zarexextbase.h"
 
 #include <QImage>
@@ -56,6 +57,7 @@ public:
     void useScene(); ///< shows the page in a new surface; to be called before any effect on it
     void addBar(QWidget *bar); ///< above the page
     void setAddress(const QUrl &address);
+    BroadcastAccess &broadcastAccess();
     void setReferrer(const QByteArray &address); ///< of the first request
     void setLoadedUrlsArePrinted(bool printed);
 
@@ -82,6 +84,7 @@ private:
     QVBoxLayout *m_layout;
     QScopedPointer<WebSurface> m_surface;
     QPointer<ZarexExtBase> m_extension; ///< guarded: a script can delete it
+    BroadcastAccess m_broadcastAccess;
     QUrl m_address;
     QByteArray m_referrer;
     int m_timeout; ///< milliseconds; 0 for none

@@ -15,7 +15,9 @@
 //   applicationpage    a page with a user agent, an errorpage and scripts of the launcher's
 //   unattendedpage     a page that waits for nobody
 //   pagescript         asks a page what a script of the command line gives
-//   launcherextension  what the scripts of a page can call, as window.zarexExt
+//   launcherextension  what the scripts of a page can call, as window.zarexExt; with more for some
+//                      applications: receiverextension, for the receiver
+//   broadcastaccess    which pages find it
 //   launchernetwork    the network access of an application: a configuredaccess, which presents its
 //                      clientcertificate
 //   trustedauthorities whose certificates make a server trusted
@@ -23,7 +25,7 @@
 // The configured properties
 //   viewsettings       the table: what each one takes, works on and does, and when
 //   valuekind          which values a property takes, and how they are shown
-//   pagesettings, enginesettings, windowsettings, networksettings
+//   pagesettings, enginesettings, windowsettings, networksettings, extensionsettings
 //                      the effects, by what they are applied to
 //   chrome, cookiejar, framerate, remoteinspector, storagequota
 //                      effects that are more than a call of the toolkit

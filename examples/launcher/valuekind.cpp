@@ -98,7 +98,8 @@ const ValueKind ValueKinds::fraction = { "a number from 0 to 1", isFraction, asT
 const ValueKind ValueKinds::port = { "a whole number from 0 to 65535", isPort, asText };
 const ValueKind ValueKinds::bytes = { "a whole number of bytes up to 9007199254740991",
                                       isNumberOfBytes, asText };
-const ValueKind ValueKinds::texts = { "a list of texts", isListOfTexts, joined };
+const ValueKind ValueKinds::domains = { "a list of domains as in tv.example", isListOfTexts,
+                                        joined };
 const ValueKind ValueKinds::secret = { "a text", isText, masked };
 const ValueKind ValueKinds::proxy = { "a text as in host:port", isFilledText, withMaskedPassword };
 const ValueKind ValueKinds::webAddress = { "a text as in http://host/path", isFilledText, asText };

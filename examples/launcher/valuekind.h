@@ -22,7 +22,7 @@ extern const ValueKind factor;
 extern const ValueKind fraction;
 extern const ValueKind port;
 extern const ValueKind bytes;
-extern const ValueKind texts;
+extern const ValueKind domains;
 extern const ValueKind secret;
 extern const ValueKind proxy;
 extern const ValueKind webAddress;

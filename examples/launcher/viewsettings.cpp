@@ -4,6 +4,7 @@
 #include "examples/launcher/applicationview.h"
 #include "examples/launcher/console.h"
 #include "examples/launcher/enginesettings.h"
+#include "examples/launcher/extensionsettings.h"
 #include "examples/launcher/networksettings.h"
 #include "examples/launcher/pagesettings.h"
 #include "examples/launcher/valuekind.h"
@@ -133,10 +134,16 @@ const ViewSetting ViewSettings::table[] = {
       &ValueKinds::onOff, webSettings, eachDocument, "scripts of files may fetch from the network",
       nullptr, EngineSettings::setAttribute<QWebSettings::LocalContentCanAccessRemoteUrls> },
     { "GrantBroadcastRelatedSecurityClearance",
-      &AppConfig::getGrantBroadcastRelatedSecurityClearance, &ValueKinds::onOff, extension, always,
-      "", nullptr, nullptr },
+      &AppConfig::getGrantBroadcastRelatedSecurityClearance, &ValueKinds::onOff, extension,
+      eachDocument,
+      "zarexExt has the members that control the broadcast receiver: volume and volumeChanged",
+      nullptr, ExtensionSettings::setBroadcastClearance },
     { "GrantBroadcastAccessRightDomains", &AppConfig::getGrantBroadcastAccessRightDomains,
-      &ValueKinds::texts, extension, always, "", nullptr, nullptr },
+      &ValueKinds::domains, extension, eachDocument,
+      "zarexExt is there for pages of these domains, of what lies below them, and of the "
+      "application's "
+      "own files; without it, the host of Url is the one domain",
+      nullptr, ExtensionSettings::setBroadcastDomains },
 
     { "HttpProxy", &AppConfig::getHttpProxy, &ValueKinds::proxy, proxy, eachRequest,
       "the HTTP proxy that all requests go through, with its user and password where it asks for "

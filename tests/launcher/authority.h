@@ -45,7 +45,21 @@ public:
 
     void openssl(const char *arguments) const { openssl(QString(QLatin1String(arguments))); }
 
+    /// Writes the contents of two files into a third.
+    void join(const char *one, const char *other, const char *both) const
+    {
+        m_dir.write(QLatin1String(both), contents(one) + contents(other));
+    }
+
 private:
+    QByteArray contents(const char *name) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("%s cannot be read", name);
+        return file.readAll();
+    }
+
     TemporaryDir m_dir;
 };
 

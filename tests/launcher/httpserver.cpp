@@ -1,7 +1,5 @@
 #include "tests/launcher/httpserver.h"
 
-#include <QStringList>
-
 namespace {
 
 QByteArray response(const QByteArray &status, const QByteArray &headers, const QByteArray &body)
@@ -50,6 +48,11 @@ void HttpServer::serveBytes(const QByteArray &target, const QByteArray &bytes)
     m_answers.insert(target, bytes);
 }
 
+void HttpServer::ignore(const QByteArray &target)
+{
+    m_ignored = target;
+}
+
 QList<HttpRequest> HttpServer::requests(const char *target) const
 {
     QList<HttpRequest> result;
@@ -57,6 +60,15 @@ QList<HttpRequest> HttpServer::requests(const char *target) const
         if (m_requests.at(i).target == target)
             result.append(m_requests.at(i));
     }
+    return result;
+}
+
+QStringList HttpServer::clients(const char *target) const
+{
+    QStringList result;
+    const QList<HttpRequest> sent = requests(target);
+    for (int i = 0; i < sent.size(); ++i)
+        result.append(sent.at(i).client);
     return result;
 }
 
@@ -90,13 +102,13 @@ void HttpServer::read()
 
 void HttpServer::answer(QTcpSocket *socket, const HttpRequest &request)
 {
+    if (request.target == m_ignored)
+        return;
     QByteArray bytes =
         m_answers.value(request.target, response("404 Not Found", QByteArray(), "none"));
     if (request.headers.value("proxy-authorization") != m_authorization)
         bytes = response("407 Proxy Authentication Required",
                          "Proxy-Authenticate: Basic realm=\"tests\"\r\n", QByteArray());
-    if (bytes.isEmpty())
-        return;
     socket->write(bytes);
     socket->disconnectFromHost();
 }

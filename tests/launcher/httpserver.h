@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QMap>
+#include <QStringList>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -33,15 +34,21 @@ public:
     void serve(const char *target, const QByteArray &body,
                const QByteArray &headers = QByteArray());
 
-    /// Answers a target with these very bytes, after which the server closes. Without bytes, it never
-    /// answers and never closes.
+    /// Answers a target with these very bytes, after which the server closes.
     void serveBytes(const QByteArray &target, const QByteArray &bytes);
+
+    /// Never answers a target, and never closes.
+    void ignore(const QByteArray &target);
 
     /// With this, whatever has no "Proxy-Authorization: VALUE" is told to come with one.
     void demandProxyAuthorization(const QByteArray &value) { m_authorization = value; }
 
     QList<HttpRequest> requests() const { return m_requests; }
     QList<HttpRequest> requests(const char *target) const;
+
+    /// Who sent the requests for a target.
+    QStringList clients(const char *target) const;
+
     void forget() { m_requests.clear(); }
 
 protected:
@@ -61,6 +68,7 @@ private:
     QMap<QByteArray, QByteArray> m_answers;
     QList<HttpRequest> m_requests;
     QByteArray m_authorization;
+    QByteArray m_ignored;
 };
 
 #endif // HTTPSERVER_H

@@ -47,6 +47,14 @@ public:
               "{ \"Global\": { \"Version\": 1 }, \"Applications\": [" + applications + "] }");
     }
 
+    /// An element of "Applications"; the further properties begin with a comma.
+    static QByteArray application(const char *tag, const QString &url,
+                                  const QByteArray &properties = QByteArray())
+    {
+        return "{ \"Tag\": \"" + QByteArray(tag) + "\", \"Url\": \"" + url.toLatin1() + "\""
+            + properties + " }";
+    }
+
     void setConfigurationFile(const QString &name) { set("NUV_APPS_CONFIG_FILE", name); }
 
     /// Sets a variable of the launcher's environment.
@@ -67,6 +75,25 @@ public:
     void start(QProcess *process, const char *arguments) const
     {
         start(process, split(arguments), m_dir.path());
+    }
+
+    /// Waits until the launcher has written this. Returns false when it ends without, or takes too long.
+    static bool awaitOutput(QProcess *process, const char *expected)
+    {
+        QTimer limit;
+        limit.setSingleShot(true);
+        limit.start(60000);
+        while (!process->peek(process->bytesAvailable()).contains(expected)) {
+            if (!limit.isActive() || process->state() == QProcess::NotRunning)
+                return false;
+            QEventLoop loop;
+            QObject::connect(&limit, SIGNAL(timeout()), &loop, SLOT(quit()));
+            QObject::connect(process, SIGNAL(readyRead()), &loop, SLOT(quit()));
+            QObject::connect(process, SIGNAL(finished(int, QProcess::ExitStatus)), &loop,
+                             SLOT(quit()));
+            loop.exec();
+        }
+        return true;
     }
 
     /// Waits with an event loop, so that servers of this process answer the launcher meanwhile.

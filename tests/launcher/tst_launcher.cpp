@@ -44,9 +44,7 @@ private Q_SLOTS:
 
     void addressesAreMeantFromTheFolderOfTheConfiguration();
 
-    void theVolumeIsBoundedAndAnnounced();
     void aPageCanOpenAnotherApplication();
-    void aDeletedExtensionIsBackInTheNextDocument();
 
     void badInputIsToldInOneLine_data();
     void badInputIsToldInOneLine();
@@ -87,7 +85,7 @@ void tst_Launcher::theApplicationsThatItShipsWithComeUp()
     QCOMPARE(run.status, 0);
     const QStringList lines = run.out.split(QLatin1Char('\n'));
     QCOMPARE(lines.at(0), text("Configuration file: ") + found);
-    QCOMPARE(lines.at(1), text("menu  Url                             = pages/menu.html"));
+    QCOMPARE(lines.at(1), text("menu  Url                                    = pages/menu.html"));
     QCOMPARE(lines.filter(text("given  Scale ")).join(QString()),
              text("given  Scale                            = 1.25"));
     QCOMPARE(lines.filter(text("given  GrantBroadcast")).join(QString()),
@@ -541,21 +539,6 @@ void tst_Launcher::addressesAreMeantFromTheFolderOfTheConfiguration()
     QVERIFY(QFile::exists(stage.path("out-tag2.png")));
 }
 
-void tst_Launcher::theVolumeIsBoundedAndAnnounced()
-{
-    Stage stage;
-    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"page.html\" }");
-    stage.write("page.html",
-                "<script>var e = zarexExt; e.volumeChanged.connect(function(volume) {"
-                "e.say('changed to ' + volume) });"
-                "e.volume = 400; e.volume = 100; e.volume = -3;"
-                "e.say(e.model + ' at ' + e.volume)</script>");
-
-    const Run run = stage.launch("--screenshot out.png tv");
-
-    QCOMPARE(said(run), text("changed to 100; changed to 0; nuv-launcher at 0"));
-}
-
 void tst_Launcher::aPageCanOpenAnotherApplication()
 {
     Stage stage;
@@ -573,24 +556,6 @@ void tst_Launcher::aPageCanOpenAnotherApplication()
                   "file of version 1\n"));
     QCOMPARE(QImage(stage.path("out-news.png")).pixel(20, 20), green);
     QVERIFY(QFile::exists(stage.path("out-tv.png")));
-}
-
-void tst_Launcher::aDeletedExtensionIsBackInTheNextDocument()
-{
-    Stage stage;
-    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"page.html\" }");
-    stage.write("page.html",
-                "<script>zarexExt.deleteLater();"
-                "setTimeout(\"location = 'next.html'\", 20)</script>");
-    stage.write("next.html",
-                "<script>zarexExt.say('back at ' + zarexExt.volume);"
-                "setTimeout(\"location = 'last.html'\", 20)</script>");
-    stage.write("last.html", "<script>zarexExt.say('still there')</script>");
-
-    const Run run = stage.launch("--screenshot out.png --wait 700 tv");
-
-    QCOMPARE(run.status, 0);
-    QCOMPARE(said(run), text("back at 30; still there"));
 }
 
 void tst_Launcher::badInputIsToldInOneLine_data()

@@ -1,19 +1,15 @@
-#include "examples/launcher/tlscompat.h"
-#include "examples/launcher/trustedauthorities.h"
-#include "tests/launcher/authority.h"
+#include "tests/launcher/httpserver.h"
 #include "tests/launcher/stage.h"
-#include "tests/launcher/tlsserver.h"
 #include "tests/support/testmain.h"
 
 #include <QFile>
-#include <QSharedPointer>
 
 namespace {
 
 /// An application "tv" with this first page and these further properties.
 QByteArray tv(const QString &url, const QByteArray &properties = QByteArray())
 {
-    return "{ \"Tag\": \"tv\", \"Url\": \"" + url.toLatin1() + "\"" + properties + " }";
+    return Stage::application("tv", url, properties);
 }
 
 } // namespace
@@ -23,18 +19,6 @@ class tst_LauncherNetwork : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-
-    void theConfiguredCertificateIsPresented_data();
-    void theConfiguredCertificateIsPresented();
-    void whereTheCertificateCannotBeUsedNothingIsAskedFor_data();
-    void whereTheCertificateCannotBeUsedNothingIsAskedFor();
-    void theWordsOfAServerThatRefusesAreShown();
-    void aServerThatNobodyVouchesForIsNotShown();
-    void authoritiesThatCannotBeAddedAreTold_data();
-    void authoritiesThatCannotBeAddedAreTold();
-    void theAuthoritiesOfTheSystemStayInForce();
-
     void theFirstRequestCarriesUserAgentAndReferrer();
     void aReferrerIsSentWithoutItsSecrets();
     void aProxyIsUsed_data();
@@ -51,253 +35,7 @@ private Q_SLOTS:
     void cookiesThatCannotBeKeptAreTold();
     void whatWasFetchedSurvivesARestartOnDemand_data();
     void whatWasFetchedSurvivesARestartOnDemand();
-    void applicationsShareNothing();
-
-private:
-    /// The value of "Certificate": files of the authority, of which the key may be left out.
-    QByteArray certificate(const char *file, const char *key = nullptr,
-                           const char *passPhrase = nullptr) const;
-    void trustAuthority(Stage *stage) const;
-
-    Authority m_authority;
-    QSharedPointer<TlsServer> m_server;
 };
-
-void tst_LauncherNetwork::initTestCase()
-{
-    m_authority.issue("server");
-    m_authority.issue("device");
-    m_authority.issue("other");
-    m_authority.issue("curve", "ec -pkeyopt ec_paramgen_curve:prime256v1");
-    m_authority.openssl("pkey -in device.key -aes256 -passout pass:hush -out locked.key");
-    m_authority.openssl("rsa -in device.key -aes256 -passout pass:hush -traditional -out old.key");
-    m_authority.openssl("req -x509 -newkey rsa:2048 -nodes -keyout stranger.key -out stranger.pem "
-                        "-subj /CN=stranger");
-    m_server = QSharedPointer<TlsServer>(new TlsServer(m_authority.path("CA.pem"),
-                                                       m_authority.path("server.pem"),
-                                                       m_authority.path("server.key")));
-    m_server->serve("/", "<script>zarexExt.say(document.title)</script>");
-}
-
-QByteArray tst_LauncherNetwork::certificate(const char *file, const char *key,
-                                            const char *passPhrase) const
-{
-    QString value =
-        QString(text("\"Certificate\": { \"Path\": \"%1\"")).arg(m_authority.path(file));
-    if (key)
-        value += QString(text(", \"PrivateKey\": \"%1\"")).arg(m_authority.path(key));
-    if (passPhrase)
-        value += QString(text(", \"PassPhrase\": \"%1\"")).arg(text(passPhrase));
-    return (value + text(" }")).toLatin1();
-}
-
-void tst_LauncherNetwork::trustAuthority(Stage *stage) const
-{
-    stage->set("SSL_CERT_FILE", m_authority.path("CA.pem"));
-}
-
-void tst_LauncherNetwork::theConfiguredCertificateIsPresented_data()
-{
-    QTest::addColumn<QByteArray>("global");
-    QTest::addColumn<QByteArray>("own");
-    QTest::addColumn<QString>("client");
-
-    const QByteArray none;
-    QFile both(m_authority.path("both.pem"));
-    QFile::copy(m_authority.path("device.pem"), both.fileName());
-    QFile key(m_authority.path("device.key"));
-    QVERIFY(both.open(QIODevice::Append) && key.open(QIODevice::ReadOnly));
-    both.write(key.readAll());
-    both.close();
-
-    const QByteArray device = certificate("device.pem", "device.key");
-    const QByteArray other = certificate("other.pem", "other.key");
-    QTest::newRow("RSA key") << none << device << text("device");
-    QTest::newRow("EC key") << none << certificate("curve.pem", "curve.key") << text("curve");
-    QTest::newRow("key with a pass phrase")
-        << none << certificate("device.pem", "locked.key", "hush") << text("device");
-    QTest::newRow("key with a pass phrase, in the older form")
-        << none << certificate("device.pem", "old.key", "hush") << text("device");
-    QTest::newRow("both in one file") << none << certificate("both.pem") << text("device");
-    QTest::newRow("the global one, without one of its own") << device << none << text("device");
-    QTest::newRow("its own, beside the global one") << device << other << text("other");
-}
-
-void tst_LauncherNetwork::theConfiguredCertificateIsPresented()
-{
-    QFETCH(QByteArray, global);
-    QFETCH(QByteArray, own);
-    QFETCH(QString, client);
-    Stage stage;
-    trustAuthority(&stage);
-    stage.write("AppsConfig.json",
-                "{ \"Global\": { \"Version\": 1" + (global.isEmpty() ? global : ", " + global)
-                    + " }, \"Applications\": [ "
-                    + tv(m_server->address(), own.isEmpty() ? own : ", " + own) + " ] }");
-    m_server->forget();
-
-    const Run run = stage.launch("--screenshot out.png tv");
-
-    QCOMPARE(run.err, QString());
-    QCOMPARE(run.status, 0);
-    QCOMPARE(m_server->requests("/").size(), 1);
-    QCOMPARE(m_server->requests("/").at(0).client, client);
-    QVERIFY(!run.out.contains(text("hush")));
-}
-
-void tst_LauncherNetwork::whereTheCertificateCannotBeUsedNothingIsAskedFor_data()
-{
-    QTest::addColumn<QByteArray>("configured");
-    QTest::addColumn<QString>("message"); // %1 is the folder, %2 the server
-
-    const QString its = text("its private key %1/");
-    const QString perhaps = text("the page %2 does not load: Connection closed");
-    QTest::newRow("no certificate file")
-        << certificate("none.pem", "device.key")
-        << text("its certificate %1/none.pem cannot be read: No such file or directory");
-    QTest::newRow("certificate that is none")
-        << certificate("names", "device.key")
-        << text("its certificate %1/names is none in PEM form");
-    QTest::newRow("no key file") << certificate("device.pem", "none.key")
-                                 << its
-            + text("none.key cannot be read: No such file or directory");
-    QTest::newRow("key that is none")
-        << certificate("device.pem", "names")
-        << its + text("names holds no private key of a known kind in PEM form");
-    QTest::newRow("no pass phrase")
-        << certificate("device.pem", "locked.key") << its + text("locked.key needs a pass phrase");
-    QTest::newRow("wrong pass phrase")
-        << certificate("device.pem", "locked.key", "hush!")
-        << its + text("locked.key does not open with its pass phrase");
-    QTest::newRow("wrong pass phrase for the older form")
-        << certificate("device.pem", "old.key", "hush!")
-        << its + text("old.key does not open with its pass phrase");
-    QTest::newRow("key of another certificate")
-        << certificate("device.pem", "other.key")
-        << text("...; ") + its + text("other.key does not belong to its certificate %1/device.pem");
-    QTest::newRow("key of another kind")
-        << certificate("device.pem", "curve.key")
-        << text("...; ") + its + text("curve.key does not belong to its certificate %1/device.pem");
-    QTest::newRow("RSA key for an EC certificate")
-        << certificate("curve.pem", "device.key")
-        << text("...; ") + its + text("device.key does not belong to its certificate %1/curve.pem");
-    QTest::newRow("certificate of another authority")
-        << certificate("stranger.pem", "stranger.key")
-        << perhaps + text("; perhaps the server does not accept its certificate %1/stranger.pem");
-    QTest::newRow("no certificate") << QByteArray("\"Scale\": 1") << perhaps;
-}
-
-// Three dots stand for the words of the TLS library.
-void tst_LauncherNetwork::whereTheCertificateCannotBeUsedNothingIsAskedFor()
-{
-    QFETCH(QByteArray, configured);
-    QFETCH(QString, message);
-    Stage stage;
-    trustAuthority(&stage);
-    stage.configure(tv(m_server->address(), ", " + configured));
-    m_server->forget();
-
-    const Run run = stage.launch("--screenshot out.png tv");
-
-    message.replace(text("%1"), QFileInfo(m_authority.path("CA.pem")).path());
-    message.replace(text("%2"), m_server->address());
-    QString err = run.err;
-    if (message.startsWith(text("...")))
-        err.replace(err.indexOf(text("the page")),
-                    err.lastIndexOf(QLatin1Char(';')) - err.indexOf(text("the page")), text("..."));
-    QCOMPARE(err, text("nuv-launcher: tv: ") + message + text("\n"));
-    QCOMPARE(run.status, 1);
-    QCOMPARE(m_server->requests().size(), 0);
-    QVERIFY(!QFile::exists(stage.path("out.png")));
-    QVERIFY(!(run.out + run.err).contains(text("hush")));
-}
-
-// openssl is a server that says why, where the toolkit's only closes.
-void tst_LauncherNetwork::theWordsOfAServerThatRefusesAreShown()
-{
-    QProcess server;
-    server.setWorkingDirectory(QFileInfo(m_authority.path("CA.pem")).path());
-    server.start(
-        text("openssl"),
-        text("s_server -accept 127.0.0.1:0 -cert server.pem -key server.key -CAfile CA.pem "
-             "-Verify 1 -verify_return_error -www")
-            .split(QLatin1Char(' ')));
-    QByteArray greeting;
-    while (!greeting.contains("ACCEPT") && server.waitForReadyRead())
-        greeting += server.readAllStandardOutput();
-    const QString address =
-        text("https://") + text(greeting.mid(greeting.indexOf("127.")).trimmed().constData());
-    Stage stage;
-    trustAuthority(&stage);
-    stage.configure(tv(address, ", " + certificate("stranger.pem", "stranger.key")));
-
-    const Run run = stage.launch("--screenshot out.png tv");
-
-    server.kill();
-    server.waitForFinished();
-    QCOMPARE(run.status, 1);
-    QVERIFY(run.err.startsWith(text("nuv-launcher: tv: the page ") + address));
-    QVERIFY2(run.err.contains(text("alert unknown ca; perhaps the server does not accept its "
-                                   "certificate ")),
-             qPrintable(run.err));
-}
-
-void tst_LauncherNetwork::aServerThatNobodyVouchesForIsNotShown()
-{
-    Stage stage;
-    stage.configure(tv(m_server->address(), ", " + certificate("device.pem", "device.key")));
-    m_server->forget();
-
-    const Run run = stage.launch("--screenshot out.png tv");
-
-    QVERIFY2(run.err.contains(text("; the server's certificate is not trusted: ")),
-             qPrintable(run.err));
-    QCOMPARE(run.status, 1);
-    QCOMPARE(m_server->requests().size(), 0);
-}
-
-void tst_LauncherNetwork::authoritiesThatCannotBeAddedAreTold_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("problem");
-
-    QTest::newRow("missing") << text("none.pem") << text("No such file or directory");
-    QTest::newRow("no certificate")
-        << text("AppsConfig.json") << text("no certificate in PEM form is in it");
-}
-
-void tst_LauncherNetwork::authoritiesThatCannotBeAddedAreTold()
-{
-    QFETCH(QString, file);
-    QFETCH(QString, problem);
-    Stage stage;
-    stage.write("page.html", "<p>");
-    stage.configure(tv(text("page.html")));
-    stage.set("SSL_CERT_FILE", file);
-
-    const Run run = stage.launch("--screenshot out.png tv");
-
-    QCOMPARE(run.err,
-             text("nuv-launcher: SSL_CERT_FILE names ") + file + text(": ") + problem + text("\n"));
-    QCOMPARE(run.status, 0);
-}
-
-void tst_LauncherNetwork::theAuthoritiesOfTheSystemStayInForce()
-{
-    const QSslConfiguration before = QSslConfiguration::defaultConfiguration();
-    qputenv("SSL_CERT_FILE", QFile::encodeName(m_authority.path("CA.pem")));
-    QCOMPARE(TrustedAuthorities::addFromEnvironment(), QString());
-    qputenv("SSL_CERT_FILE", "");
-    const QList<QSslCertificate> trusted =
-        QSslConfiguration::defaultConfiguration().caCertificates();
-    QSslConfiguration::setDefaultConfiguration(before);
-
-    QList<QSslCertificate> expected = TlsCompat::systemAuthorities();
-    expected += QSslCertificate::fromPath(m_authority.path("CA.pem"));
-    QCOMPARE(trusted.size(), expected.size());
-    for (int i = 0; i < expected.size(); ++i)
-        QVERIFY(trusted.contains(expected.at(i)));
-}
 
 void tst_LauncherNetwork::theFirstRequestCarriesUserAgentAndReferrer()
 {
@@ -396,41 +134,60 @@ void tst_LauncherNetwork::secureRequestsGoThroughTheProxyToo()
     QCOMPARE(proxy.requests("tv.invalid:443").at(0).method, QByteArray("CONNECT"));
 }
 
+// Every row is an application of its own; all are opened by one launch.
 void tst_LauncherNetwork::valuesThatCannotBeUsedChangeNothing_data()
 {
-    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QString>("tag");
     QTest::addColumn<QString>("complaint");
+    QTest::addColumn<QString>("err");
+    QTest::addColumn<bool>("isPlainRequest");
 
-    const QString proxy = text(" cannot be used; it takes a text as in host:port");
-    const QString referrer = text(" cannot be used; it takes a text as in http://host/path");
-    const char *const proxies[] = { "127.0.0.1",     "127.0.0.1:0", "127.0.0.1:65536", ":8080",
-                                    "socks5://h:80", "h:80/path",   "a b:80" };
-    for (const char *value : proxies)
-        QTest::newRow((QByteArray("proxy ") + value).constData())
-            << "\"HttpProxy\": \"" + QByteArray(value) + "\""
-            << text("HttpProxy = \"") + text(value) + text("\"") + proxy;
-    const char *const referrers[] = { "portal", "/portal", "file:///portal", "http://" };
-    for (const char *value : referrers)
-        QTest::newRow((QByteArray("referrer ") + value).constData())
-            << "\"HttpReferrer\": \"" + QByteArray(value) + "\""
-            << text("HttpReferrer = \"") + text(value) + text("\"") + referrer;
+    const char *const cases[][2] = {
+        { "HttpProxy", "127.0.0.1" },       { "HttpProxy", "127.0.0.1:0" },
+        { "HttpProxy", "127.0.0.1:65536" }, { "HttpProxy", ":8080" },
+        { "HttpProxy", "socks5://h:80" },   { "HttpProxy", "h:80/path" },
+        { "HttpProxy", "a b:80" },          { "HttpReferrer", "portal" },
+        { "HttpReferrer", "/portal" },      { "HttpReferrer", "file:///portal" },
+        { "HttpReferrer", "http://" },
+    };
+    HttpServer server;
+    QByteArray applications;
+    QStringList arguments = QStringList() << text("--screenshot") << text("out.png");
+    for (const char *const(&row)[2] : cases) {
+        const QByteArray path = "/" + QByteArray::number(arguments.size());
+        server.serve(path.constData(), "<p>");
+        arguments << QString(text("%1 %2")).arg(text(row[0]), text(row[1]));
+        applications += (applications.isEmpty() ? "" : ", ")
+            + Stage::application(arguments.last().toLatin1().constData(),
+                                 server.address(path.constData()),
+                                 ", \"" + QByteArray(row[0]) + "\": \"" + row[1] + "\"");
+    }
+    Stage stage;
+    stage.configure(applications);
+    const Run run = stage.launch(arguments, stage.path("."));
+    for (int i = 2; i < arguments.size(); ++i) {
+        const char *const(&row)[2] = cases[i - 2];
+        const QList<HttpRequest> requests =
+            server.requests(("/" + QByteArray::number(i)).constData());
+        QTest::newRow(arguments.at(i).toLatin1().constData())
+            << arguments.at(i)
+            << QString(text("%1 = \"%2\" cannot be used; it takes %3"))
+                   .arg(text(row[0]), text(row[1]),
+                        text(i < 9 ? "a text as in host:port" : "a text as in http://host/path"))
+            << run.err << (requests.size() == 1 && !requests.at(0).headers.contains("referer"));
+    }
 }
 
 void tst_LauncherNetwork::valuesThatCannotBeUsedChangeNothing()
 {
-    QFETCH(QByteArray, property);
+    QFETCH(QString, tag);
     QFETCH(QString, complaint);
-    HttpServer server;
-    server.serve("/", "<p>");
-    Stage stage;
-    stage.configure(tv(server.address(), ", " + property));
+    QFETCH(QString, err);
+    QFETCH(bool, isPlainRequest);
 
-    const Run run = stage.launch("--screenshot out.png tv");
-
-    QCOMPARE(run.err, text("nuv-launcher: tv: ") + complaint + text("\n"));
-    QCOMPARE(run.status, 0);
-    QCOMPARE(server.requests("/").size(), 1);
-    QVERIFY(!server.requests("/").at(0).headers.contains("referer"));
+    const QByteArray beginning = "nuv-launcher: " + tag.toLatin1() + ": ";
+    QCOMPARE(linesAfter(beginning.constData(), err), QStringList(complaint));
+    QVERIFY(isPlainRequest);
 }
 
 void tst_LauncherNetwork::anEffectThatTheToolkitDoesNotHaveIsToldInOneLine()
@@ -549,48 +306,6 @@ void tst_LauncherNetwork::whatWasFetchedSurvivesARestartOnDemand()
     QCOMPARE(said(second), text("hello"));
     QCOMPARE(server.requests("/").size(), 2);
     QCOMPARE(server.requests("/script.js").size(), fetched);
-}
-
-// Two of them ask one server at the same time.
-void tst_LauncherNetwork::applicationsShareNothing()
-{
-    m_server->serve("/both",
-                    "<script src='both.js'></script>"
-                    "<script>zarexExt.say(document.cookie)</script>");
-    m_server->serve("/both.js", "document.cookie = 'a=' + zarexExt.application() + ';max-age=1000'",
-                    "Cache-Control: max-age=100000\r\n");
-    m_server->forget();
-    const char *const tags[] = { "device", "other" };
-    QByteArray applications;
-    for (const char *tag : tags) {
-        const QByteArray name = tag;
-        applications += (applications.isEmpty() ? "{ \"Tag\": \"" : ", { \"Tag\": \"") + name
-            + "\", \"Url\": \"" + m_server->address("/both").toLatin1()
-            + "\", \"UseDiskCache\": true, \"UseDiskCookies\": true, "
-            + certificate((name + ".pem").constData(), (name + ".key").constData()) + " }";
-    }
-    Stage stage;
-    trustAuthority(&stage);
-    stage.configure(applications);
-
-    for (int start = 0; start < 2; ++start) {
-        const Run run = stage.launch("--screenshot out.png device other");
-        QCOMPARE(run.err, QString());
-        QCOMPARE(said(run, "device"), text("a=device"));
-        QCOMPARE(said(run, "other"), text("a=other"));
-    }
-
-    QStringList clients;
-    for (int i = 0; i < 2; ++i)
-        clients << m_server->requests("/both.js").value(i).client;
-    clients.sort();
-    QCOMPARE(clients.join(text(" ")), text("device other"));
-    QCOMPARE(m_server->requests("/both.js").size(), 2);
-    for (int i = 0; i < m_server->requests("/both").size(); ++i) {
-        const HttpRequest request = m_server->requests("/both").at(i);
-        QCOMPARE(text(request.headers.value("cookie").constData()),
-                 i < 2 ? QString() : text("a=") + request.client);
-    }
 }
 
 NUV_TEST_MAIN(tst_LauncherNetwork)

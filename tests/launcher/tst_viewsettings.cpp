@@ -261,6 +261,18 @@ QString fetchingFromTheNetwork(ApplicationView &view)
     return answerInTime(view, "fetched");
 }
 
+QString membersOfTheReceiver(ApplicationView &view)
+{
+    return answerOf(view, "page.html", "typeof zarexExt.volume");
+}
+
+QString extensionOfAPageOfTheWeb(ApplicationView &view)
+{
+    Output out(stdout); // a refusal is told
+    view.page()->mainFrame()->setHtml(text("<p>"), QUrl(text("http://www.tv.example/")));
+    return answer(view, "typeof zarexExt");
+}
+
 QString diskCache(ApplicationView &view)
 {
     return yesOrNo(view.networkAccess()->cache());
@@ -410,6 +422,10 @@ const std::vector<Effect> &effects()
         { "CacheWebView", on, nullptr, QVariant(), lifeAfterClosing, "gone", "still there" },
         { "LocalContentCanAccessRemoteUrls", on, nullptr, QVariant(), fetchingFromTheNetwork,
           "refused", "hello" },
+        { "GrantBroadcastRelatedSecurityClearance", on, "Url", text("page.html"),
+          membersOfTheReceiver, "undefined", "number" },
+        { "GrantBroadcastAccessRightDomains", QStringList(text("tv.example")), nullptr, QVariant(),
+          extensionOfAPageOfTheWeb, "undefined", "object" },
         { "UseDiskCache", on, nullptr, QVariant(), diskCache, "no", "yes" },
         { "UseDiskCookies", on, nullptr, QVariant(), cookieJar, "QNetworkCookieJar", "CookieJar" },
         { "HttpProxy", text("proxy.example:8080"), nullptr, QVariant(), proxy, "",
@@ -514,20 +530,6 @@ const char *whenUnusable(const Effect &effect)
     return qstrncmp(effect.property, "Cert", 4) == 0 ? "no" : effect.byDefault;
 }
 
-void join(const char *first, const char *second, const char *result)
-{
-    QByteArray contents;
-    const char *const names[] = { first, second };
-    for (const char *name : names) {
-        QFile part(authority->path(name));
-        part.open(QIODevice::ReadOnly);
-        contents += part.readAll();
-    }
-    QFile whole(authority->path(result));
-    whole.open(QIODevice::WriteOnly);
-    whole.write(contents);
-}
-
 } // namespace
 
 class tst_ViewSettings : public QObject
@@ -568,8 +570,8 @@ void tst_ViewSettings::initTestCase()
         folder->write(QLatin1String(entry.name), entry.contents);
     authority = new Authority;
     authority->openssl("pkey -in CA.key -aes256 -passout pass:hush -out locked.key");
-    join("CA.pem", "CA.key", "both.pem");
-    join("CA.pem", "locked.key", "locked.pem");
+    authority->join("CA.pem", "CA.key", "both.pem");
+    authority->join("CA.pem", "locked.key", "locked.pem");
     folder->write(QLatin1String("AppsConfig.json"), "{}");
     qputenv("NUV_APPS_CONFIG_FILE",
             QFile::encodeName(folder->filePath(QLatin1String("AppsConfig.json"))));

@@ -2,6 +2,8 @@
 #define TOOLKITDIFFERENCES_H
 
 #include <QLocale>
+#include <QMetaMethod>
+#include <QProcess>
 #include <QTextCodec>
 
 #ifdef QT_GUI_LIB
@@ -35,6 +37,25 @@ template<typename Value>
 Value either(Value withQt4, Value withQt5)
 {
     return isQt4() ? withQt4 : withQt5;
+}
+
+inline qint64 processId(const QProcess &process)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return process.pid();
+#else
+    return process.processId();
+#endif
+}
+
+/// As in "say(QString)".
+inline QByteArray signatureOf(const QMetaMethod &method)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return method.signature();
+#else
+    return method.methodSignature();
+#endif
 }
 
 /// Qt 4 converts text to a number in the default locale first and in the "C" locale only when that
