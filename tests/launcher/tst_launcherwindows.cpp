@@ -145,6 +145,7 @@ void tst_LauncherWindows::theExtensionKnowsTheViewOfEitherKind()
 {
     QFETCH(bool, scene);
     AppConfig config;
+    config.setUrl(text("one.html")); // whose like are given the extension
     config.setUseGraphicsView(scene);
     config.setShowChrome(true);
     Window window(config);
