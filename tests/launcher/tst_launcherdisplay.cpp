@@ -1,6 +1,7 @@
 #include "config/appconfig.h"
 #include "examples/launcher/applicationpage.h"
 #include "examples/launcher/applicationview.h"
+#include "examples/launcher/launchernetwork.h"
 #include "tests/launcher/output.h"
 #include "tests/support/guitestmain.h"
 
@@ -73,12 +74,20 @@ class tst_LauncherDisplay : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
+
     void scriptsDrawWithWebGLUnlessItIsOff_data();
     void scriptsDrawWithWebGLUnlessItIsOff();
     void layersShowTheirBordersWhereTheyArePutTogether_data();
     void layersShowTheirBordersWhereTheyArePutTogether();
     void aPageIsDrawnInTilesAsItIsWithoutThem();
 };
+
+void tst_LauncherDisplay::initTestCase()
+{
+    static LauncherNetworkFactory networks;
+    registerNetworkAccessManagerFactory(&networks);
+}
 
 void tst_LauncherDisplay::scriptsDrawWithWebGLUnlessItIsOff_data()
 {

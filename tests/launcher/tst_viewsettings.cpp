@@ -86,7 +86,8 @@ QString attributeIsSet(ApplicationView &view)
 
 // How each effect is seen.
 
-QString addressThatIsOpened(ApplicationView &view)
+/// Loads the first page of an application. Returns an empty text, or why it failed.
+QString start(ApplicationView &view)
 {
     QEventLoop loop;
     QObject::connect(&view, SIGNAL(loaded()), &loop, SLOT(quit()));
@@ -96,7 +97,14 @@ QString addressThatIsOpened(ApplicationView &view)
     if (!failed.isEmpty())
         return failed.at(0).at(0).toString();
     loop.exec();
-    return view.page()->mainFrame()->url().path().section(QLatin1Char('/'), -1);
+    return QString();
+}
+
+QString addressThatIsOpened(ApplicationView &view)
+{
+    const QString failure = start(view);
+    const QString path = view.page()->mainFrame()->url().path();
+    return failure.isEmpty() ? path.section(QLatin1Char('/'), -1) : failure;
 }
 
 QString userAgent(ApplicationView &view)
@@ -292,12 +300,8 @@ QString referrer(ApplicationView &view)
 {
     HttpServer server;
     server.serve("/", "hello");
-    QEventLoop loop;
-    QObject::connect(&view, SIGNAL(loaded()), &loop, SLOT(quit()));
-    QTimer::singleShot(20000, &loop, SLOT(quit()));
     view.setAddress(QUrl(server.address()));
-    view.start();
-    loop.exec();
+    start(view);
     return QString::fromLatin1(server.requests("/").at(0).headers.value("referer").constData());
 }
 
