@@ -27,12 +27,14 @@ void tst_LauncherHardships::aServerThatMisbehavesStopsNobodyElse_data()
     QTest::newRow("closes at once") << QByteArray() << text("Connection closed");
     QTest::newRow("closes in the middle of the head")
         << QByteArray("HTTP/1.1 200 OK\r\nContent-") << text("Connection closed");
-    QTest::newRow("closes in the middle of the page")
-        << QByteArray("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 1000\r\n\r\n<p>")
-        << text("the server broke off its answer");
-    QTest::newRow("speaks another language") << QByteArray("220 mail.example\r\n") << text("Connection closed");
+    QTest::newRow("closes in the middle of the page") << QByteArray(
+        "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 1000\r\n\r\n<p>")
+                                                      << text("the server broke off its answer");
+    QTest::newRow("speaks another language")
+        << QByteArray("220 mail.example\r\n") << text("Connection closed");
     QTest::newRow("redirects to itself")
-        << QByteArray("HTTP/1.1 302 Found\r\nLocation: /bad\r\nContent-Length: 0\r\n\r\n") << text("Redirection limit reached");
+        << QByteArray("HTTP/1.1 302 Found\r\nLocation: /bad\r\nContent-Length: 0\r\n\r\n")
+        << text("Redirection limit reached");
 }
 
 void tst_LauncherHardships::aServerThatMisbehavesStopsNobodyElse()
