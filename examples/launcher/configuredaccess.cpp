@@ -1,7 +1,5 @@
 #include "examples/launcher/configuredaccess.h"
 
-#include "examples/launcher/tlscompat.h"
-
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QSslError>
@@ -24,7 +22,7 @@ bool isHandshakeFailure(const QNetworkReply &reply)
 ConfiguredAccess::ConfiguredAccess(QObject *parent) : QNetworkAccessManager(parent)
 {
     connect(this, SIGNAL(finished(QNetworkReply *)), SLOT(watchEnd(QNetworkReply *)));
-#ifndef QT_NO_SSL
+#ifndef NUV_WITHOUT_TLS
     connect(this, SIGNAL(sslErrors(QNetworkReply *, QList<QSslError>)),
             SLOT(noteDistrust(QNetworkReply *, QList<QSslError>)));
 #endif
@@ -57,7 +55,7 @@ void ConfiguredAccess::watchEnd(QNetworkReply *reply)
     m_distrust.clear();
 }
 
-#ifndef QT_NO_SSL
+#ifndef NUV_WITHOUT_TLS
 
 // Nobody overrules them, so the request is about to fail; the error that it fails with does not say
 // why.

@@ -2,6 +2,7 @@
 #define CONFIGUREDACCESS_H
 
 #include "examples/launcher/clientcertificate.h"
+#include "examples/launcher/tlscompat.h"
 
 #include <QNetworkAccessManager>
 
@@ -28,7 +29,7 @@ protected:
 
 private Q_SLOTS:
     void watchEnd(QNetworkReply *reply);
-#ifndef QT_NO_SSL
+#ifndef NUV_WITHOUT_TLS
     void noteDistrust(QNetworkReply *reply, const QList<QSslError> &errors);
 #endif
 

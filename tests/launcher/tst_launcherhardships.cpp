@@ -108,9 +108,10 @@ void tst_LauncherHardships::aSecondSignalEndsAScriptThatNeverDoes()
     stage.start(&launcher, "tv");
 
     QVERIFY(Stage::awaitOutput(&launcher, "busy"));
-    while (!launcher.waitForFinished(100))
+    for (int i = 0; i < 200 && !launcher.waitForFinished(100); ++i)
         launcher.terminate();
 
+    QCOMPARE(launcher.state(), QProcess::NotRunning);
     QCOMPARE(launcher.exitStatus(), QProcess::CrashExit);
 }
 
