@@ -1,12 +1,58 @@
 #include "examples/launcher/applicationpage.h"
 
-#include <QUrl>
+#include "examples/launcher/errorpage.h"
 
-ApplicationPage::ApplicationPage(QObject *parent) : QWebPage(parent) {}
+#include <QUrl>
+#include <QWebFrame>
+
+namespace {
+
+// Where a server said that all is well and then broke off, the engine gives what it said.
+QString reasonOf(const QWebPage::ErrorPageExtensionOption &failure)
+{
+    const bool brokeOff = failure.domain == QWebPage::Http && failure.error < 400;
+    return brokeOff ? QString(QLatin1String("the server broke off its answer"))
+                    : failure.errorString;
+}
+
+} // namespace
+
+ApplicationPage::ApplicationPage(QObject *parent)
+    : UnattendedPage(parent), m_errorPageIsShown(false), m_consoleIsShown(true)
+{
+    connect(this, SIGNAL(loadStarted()), SLOT(forgetLoadError()));
+}
 
 void ApplicationPage::setUserAgent(const QString &userAgent)
 {
     m_userAgent = userAgent;
+}
+
+void ApplicationPage::setErrorPageIsShown(bool shown)
+{
+    m_errorPageIsShown = shown;
+}
+
+bool ApplicationPage::errorPageIsShown() const
+{
+    return m_errorPageIsShown;
+}
+
+void ApplicationPage::setConsoleIsShown(bool shown)
+{
+    m_consoleIsShown = shown;
+}
+
+void ApplicationPage::setDocumentScript(const char *name, const QString &source)
+{
+    m_documentScripts.insert(QByteArray(name), source);
+}
+
+void ApplicationPage::runDocumentScripts()
+{
+    const QList<QString> sources = m_documentScripts.values();
+    for (int i = 0; i < sources.size(); ++i)
+        mainFrame()->evaluateJavaScript(sources.at(i));
 }
 
 QString ApplicationPage::loadError() const
@@ -14,34 +60,50 @@ QString ApplicationPage::loadError() const
     return m_loadError;
 }
 
-bool ApplicationPage::supportsExtension(Extension extension) const
+void ApplicationPage::forgetLoadError()
 {
-    return extension == ErrorPageExtension || QWebPage::supportsExtension(extension);
+    m_loadError.clear();
 }
 
-// The engine asks for a page to show in place of one that failed; there is none, but it says why.
+bool ApplicationPage::supportsExtension(Extension extension) const
+{
+    return extension == ErrorPageExtension || UnattendedPage::supportsExtension(extension);
+}
+
+// The engine asks for a page to show in place of one that failed, in inner frames as well.
 bool ApplicationPage::extension(Extension extension, const ExtensionOption *option,
                                 ExtensionReturn *output)
 {
     if (extension != ErrorPageExtension)
-        return QWebPage::extension(extension, option, output);
-    m_loadError = static_cast<const ErrorPageExtensionOption *>(option)->errorString;
-    return false;
+        return UnattendedPage::extension(extension, option, output);
+    const ErrorPageExtensionOption *failure = static_cast<const ErrorPageExtensionOption *>(option);
+    if (failure->frame == mainFrame())
+        m_loadError = reasonOf(*failure);
+    if (!m_errorPageIsShown)
+        return false;
+    ErrorPageExtensionReturn *page = static_cast<ErrorPageExtensionReturn *>(output);
+    page->baseUrl = failure->url;
+    page->contentType = QLatin1String("text/html");
+    page->encoding = QLatin1String("utf-8");
+    page->content = ErrorPage::html(failure->url, reasonOf(*failure));
+    return true;
 }
 
 QString ApplicationPage::userAgentForUrl(const QUrl &url) const
 {
-    return m_userAgent.isEmpty() ? QWebPage::userAgentForUrl(url) : m_userAgent;
+    return m_userAgent.isEmpty() ? UnattendedPage::userAgentForUrl(url) : m_userAgent;
 }
 
 void ApplicationPage::javaScriptConsoleMessage(const QString &message, int line,
                                                const QString &source)
 {
+    if (!m_consoleIsShown)
+        return;
     if (source.isEmpty()) { // nor does the line mean anything then
-        emit consoleMessage(message);
+        emit note(QLatin1String("console: ") + message);
         return;
     }
     const QString file = source.section(QLatin1Char('/'), -1);
-    emit consoleMessage(
-        QString(QLatin1String("%1:%2: %3")).arg(file, QString::number(line), message));
+    emit note(
+        QString(QLatin1String("console: %1:%2: %3")).arg(file, QString::number(line), message));
 }

@@ -1,10 +1,14 @@
 #ifndef APPLICATIONPAGE_H
 #define APPLICATIONPAGE_H
 
-#include <QWebPage>
+#include "examples/launcher/unattendedpage.h"
 
-/// A page that tells another user agent, and that hands its messages to the launcher.
-class ApplicationPage : public QWebPage
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+
+/// The page of an application, with a user agent, an error page and scripts of the launcher's.
+class ApplicationPage : public UnattendedPage
 {
     Q_OBJECT
 
@@ -14,6 +18,17 @@ public:
     /// Empty for the engine's own.
     void setUserAgent(const QString &userAgent);
 
+    /// Whether a page of the launcher's takes the place of one that does not load.
+    void setErrorPageIsShown(bool shown);
+    bool errorPageIsShown() const;
+
+    void setConsoleIsShown(bool shown);
+
+    /// A script for each document of the main frame, run before the document's own, in place of an
+    /// earlier one of that name; an empty one is none.
+    void setDocumentScript(const char *name, const QString &source);
+    void runDocumentScripts();
+
     /// Why the last document did not load; empty when the engine does not say.
     QString loadError() const;
 
@@ -21,17 +36,19 @@ public:
     bool extension(Extension extension, const ExtensionOption *option,
                    ExtensionReturn *output) override;
 
-Q_SIGNALS:
-    /// A script of the page wrote to its console, or failed.
-    void consoleMessage(const QString &message);
-
 protected:
     QString userAgentForUrl(const QUrl &url) const override;
     void javaScriptConsoleMessage(const QString &message, int line, const QString &source) override;
 
+private Q_SLOTS:
+    void forgetLoadError();
+
 private:
     QString m_userAgent;
+    QMap<QByteArray, QString> m_documentScripts;
     QString m_loadError;
+    bool m_errorPageIsShown;
+    bool m_consoleIsShown;
 };
 
 #endif // APPLICATIONPAGE_H

@@ -1,15 +1,20 @@
 #include "examples/launcher/launcher.h"
 
 #include "config/webappsettings.h"
+#include "examples/launcher/applicationpage.h"
 #include "examples/launcher/applicationview.h"
 #include "examples/launcher/configurationfile.h"
 #include "examples/launcher/console.h"
+#include "examples/launcher/pagescript.h"
+#include "examples/launcher/remoteinspector.h"
+#include "examples/launcher/valuekind.h"
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QImage>
 #include <QTimer>
 #include <QUrl>
+#include <QWebFrame>
 
 namespace {
 
@@ -25,20 +30,39 @@ void inheritCertificate(AppConfig *config)
     config->setCertPassPhrase(global.getCertPassPhrase());
 }
 
+unsigned int globalInspectorPort()
+{
+    unsigned int port = 0;
+    getWebAppSettings()->getGlobalRemoteInspectorPort(port);
+    return port <= 65535 ? port : 0;
+}
+
 void printGlobals()
 {
     Console::print(QLatin1String("Configuration file: ") + Console::shown(ConfigurationFile::path())
                    + QLatin1Char('\n'));
-    unsigned int port = 0;
-    if (getWebAppSettings()->getGlobalRemoteInspectorPort(port))
+    if (globalInspectorPort() != 0)
         Console::print(
-            QString(QLatin1String("Remote inspector port: %1 (without effect here)\n")).arg(port));
+            QString(QLatin1String("Remote inspector port: %1\n")).arg(globalInspectorPort()));
+}
+
+// There is one inspector in a process: at the first application's own port, else at the global one.
+void openGlobalInspector(const AppConfig &first, const ApplicationView &view)
+{
+    const QVariant own = first.getRemoteInspectorPort();
+    if (ValueKinds::port.accepts(own) && own.toUInt() != 0)
+        return;
+    const QString problem = RemoteInspector::open(view.page(), quint16(globalInspectorPort()));
+    if (!problem.isEmpty())
+        Console::error(QString(QLatin1String("RemoteInspectorPort = %1 has no effect: %2"))
+                           .arg(globalInspectorPort())
+                           .arg(problem));
 }
 
 } // namespace
 
 Launcher::Launcher(const Options &options)
-    : m_options(options), m_loading(0), m_pictures(0), m_failed(false)
+    : m_options(options), m_loading(0), m_pictures(0), m_finished(false), m_failed(false)
 {
 }
 
@@ -99,50 +123,90 @@ void Launcher::open(const QString &tag, const AppConfig &config)
     connect(view, SIGNAL(openRequested(QString)), SLOT(openForPage(QString)));
 
     view->resize(m_options.size);
+    if (m_views.size() == 1)
+        openGlobalInspector(config, *view);
     view->apply(config);
     if (!m_options.screenshot.isEmpty())
         view->keepSize(m_options.size);
+    if (m_options.endsByItself())
+        view->expectNobody(m_options.timeout);
     view->start();
+}
+
+// A view that was closed, and kept, is there at once.
+bool Launcher::showKept(const QString &tag)
+{
+    for (int i = 0; i < m_views.size(); ++i) {
+        ApplicationView *view = m_views.at(i);
+        if (!view || view->tag() != tag || view->isVisible())
+            continue;
+        Console::note(tag, QLatin1String("is shown again"));
+        view->show();
+        return true;
+    }
+    return false;
 }
 
 // A page asks for the application beside its own.
 void Launcher::openForPage(const QString &tag)
 {
     AppConfig config;
-    if (!findApplication(tag, &config))
+    if (showKept(tag) || !findApplication(tag, &config))
         return;
     ++m_loading;
     open(tag, config);
 }
 
+// The user reads an error page as long as they like.
 void Launcher::pageFailed(const QString &what)
 {
     ApplicationView *view = qobject_cast<ApplicationView *>(sender());
     Console::error(view->tag() + QLatin1String(": ") + what);
     m_failed = true;
-    view->close();
+    if (!view->showsErrorPage()) {
+        view->setAttribute(Qt::WA_DeleteOnClose); // there is nothing to be kept
+        view->close();
+    }
     pageSettled();
 }
 
 void Launcher::pageSettled()
 {
     --m_loading;
-    if (m_loading == 0 && !m_options.screenshot.isEmpty())
-        QTimer::singleShot(m_options.wait, this, SLOT(takePictures()));
+    if (m_loading == 0 && !m_finished)
+        QTimer::singleShot(m_options.wait, this, SLOT(finish()));
 }
 
-void Launcher::takePictures()
+void Launcher::finish()
 {
-    if (m_loading > 0)
+    if (m_loading > 0 || m_finished)
         return; // a page opened another one by now
+    m_finished = true;
     for (int i = 0; i < m_views.size(); ++i) {
-        if (m_views.at(i) && m_views.at(i)->isVisible())
-            takePicture(*m_views.at(i));
+        ApplicationView *view = m_views.at(i);
+        if (!view || !view->isVisible())
+            continue;
+        if (!m_options.script.isEmpty())
+            ask(*view);
+        if (!m_options.screenshot.isEmpty())
+            takePicture(*view);
     }
-    QApplication::quit();
+    if (m_options.endsByItself())
+        QApplication::quit();
 }
 
-void Launcher::takePicture(const ApplicationView &view)
+void Launcher::ask(const ApplicationView &view)
+{
+    const PageAnswer answer = askPage(view.page()->mainFrame(), m_options.script);
+    if (answer.ok) {
+        Console::note(view.tag(), QLatin1String("answers: ") + answer.text);
+        return;
+    }
+    Console::error(view.tag() + QLatin1String(": the script failed: ") + answer.text);
+    m_failed = true;
+}
+
+void Launcher::takePicture(ApplicationView &view)
 {
     const QString file = pictureFile(view.tag());
     if (!view.picture().save(file, "PNG")) {

@@ -10,7 +10,8 @@
 
 class ApplicationView;
 
-/// Opens the applications that the command line names and, when asked, takes their pictures.
+/// Opens the applications that the command line names and, when asked, takes their pictures and puts
+/// questions to their pages.
 class Launcher : public QObject
 {
     Q_OBJECT
@@ -25,26 +26,29 @@ public:
     /// returns false.
     bool start();
 
-    /// Shows them until the user closes the last one, or until the pictures are taken. Returns the
-    /// status for the program to end with.
+    /// Shows them until the user closes the last one, or until all that was asked for is done. Returns
+    /// the status for the program to end with.
     int run();
 
 private Q_SLOTS:
     void openForPage(const QString &tag);
     void pageSettled();
     void pageFailed(const QString &what);
-    void takePictures();
+    void finish();
 
 private:
     bool findApplication(const QString &tag, AppConfig *config) const;
     void open(const QString &tag, const AppConfig &config);
-    void takePicture(const ApplicationView &view);
+    bool showKept(const QString &tag);
+    void ask(const ApplicationView &view);
+    void takePicture(ApplicationView &view);
     QString pictureFile(const QString &tag) const;
 
     Options m_options;
     QList<QPointer<ApplicationView>> m_views; ///< null where the user closed one
     int m_loading; ///< pages that neither loaded nor failed so far
     int m_pictures; ///< taken so far
+    bool m_finished; ///< what was asked for
     bool m_failed;
 };
 

@@ -1,31 +1,19 @@
 #include "examples/launcher/launcherextension.h"
 
+#include "examples/launcher/broadcastaccess.h"
 #include "examples/launcher/console.h"
+#include "examples/launcher/receiverextension.h"
 
 #include <QWidget>
 
 LauncherExtension::LauncherExtension(QObject *parent, QWebPage *servedPage)
-    : ZarexExtBase(parent, servedPage), m_volume(30)
+    : ZarexExtBase(parent, servedPage)
 {
 }
 
 QString LauncherExtension::model() const
 {
     return QLatin1String("nuv-launcher");
-}
-
-int LauncherExtension::volume() const
-{
-    return m_volume;
-}
-
-void LauncherExtension::setVolume(int volume)
-{
-    const int bounded = qBound(0, volume, 100);
-    if (bounded == m_volume)
-        return;
-    m_volume = bounded;
-    emit volumeChanged(m_volume);
 }
 
 // The launcher names each view after its application.
@@ -54,7 +42,9 @@ void LauncherExtension::open(const QString &tag)
     emit openRequested(tag);
 }
 
-ZarexExtBase *LauncherExtensionFactory::create(QObject *parent, QWebPage *page) const
+ZarexExtBase *LauncherExtensionFactory::create(QObject *parent, QWebPage *page,
+                                               const BroadcastAccess &access) const
 {
-    return new LauncherExtension(parent, page);
+    return access.hasClearance() ? new ReceiverExtension(parent, page)
+                                 : new LauncherExtension(parent, page);
 }

@@ -1,40 +1,18 @@
 #include "examples/launcher/launchernetwork.h"
 
-#include "examples/launcher/clientcertificate.h"
-
-#include <QNetworkAccessManager>
-#include <QNetworkRequest>
-
-/// Presents the client certificate in every request. The toolkit keeps no such setting for one
-/// network access manager, only for one request or the whole process.
-class ConfiguredAccess : public QNetworkAccessManager
-{
-public:
-    explicit ConfiguredAccess(QObject *parent) : QNetworkAccessManager(parent) {}
-
-    ClientCertificate certificate;
-
-protected:
-    QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request,
-                                 QIODevice *outgoing) override
-    {
-        QNetworkRequest configured(request);
-        certificate.applyTo(&configured);
-        return QNetworkAccessManager::createRequest(operation, configured, outgoing);
-    }
-};
+#include "examples/launcher/configuredaccess.h"
+#include "examples/launcher/console.h"
+#include "examples/launcher/trustedauthorities.h"
 
 LauncherNetwork::LauncherNetwork(QObject *parent)
-    : NetworkAccessManager(parent),
-      m_access(new ConfiguredAccess(this)),
-      m_certificateIsUsable(true)
+    : NetworkAccessManager(parent), m_access(new ConfiguredAccess(this))
 {
 }
 
 void LauncherNetwork::setSslConfiguration(QString const &certificateFile, QString const &keyFile,
                                           QString const &passPhrase)
 {
-    m_certificateIsUsable = m_access->certificate.load(certificateFile, keyFile, passPhrase);
+    m_certificateProblem = m_access->setCertificate(certificateFile, keyFile, passPhrase);
 }
 
 void LauncherNetwork::setSslConfiguration(QString const &certificateFile, QString const &keyFile)
@@ -44,7 +22,19 @@ void LauncherNetwork::setSslConfiguration(QString const &certificateFile, QStrin
 
 QNetworkAccessManager *LauncherNetwork::impl()
 {
-    return m_certificateIsUsable ? m_access : nullptr;
+    return m_certificateProblem.isEmpty() ? m_access : nullptr;
+}
+
+QString LauncherNetwork::problem() const
+{
+    return m_certificateProblem.isEmpty() ? m_access->connectionProblem() : m_certificateProblem;
+}
+
+LauncherNetworkFactory::LauncherNetworkFactory()
+{
+    const QString problem = TrustedAuthorities::addFromEnvironment();
+    if (!problem.isEmpty())
+        Console::error(problem);
 }
 
 NetworkAccessManager *LauncherNetworkFactory::create(QObject *parent)

@@ -7,17 +7,19 @@
 
 class ConfiguredAccess;
 
-/// The network access of one application: the toolkit's, with a client certificate.
+/// The network access of one application: the toolkit's, with a client certificate. Each has its own
+/// connections, cookies and cache.
 class LauncherNetwork : public NetworkAccessManager
 {
     Q_OBJECT
+    Q_PROPERTY(QString problem READ problem)
 
 public:
     explicit LauncherNetwork(QObject *parent);
 
     /// Sets the client certificate of the requests to come. The texts are, in this order: the file
     /// of the certificate, the file of its private key, the pass phrase of the key. Both files are
-    /// PEM, the key is RSA.
+    /// PEM, the key is RSA or EC.
     ///
     /// When the two cannot be used, there is no network access any more: impl() is null. So nothing
     /// is ever asked for without the certificate that was configured for it.
@@ -29,14 +31,22 @@ public:
 
     QNetworkAccessManager *impl() override;
 
+    /// Why there is no network access, or else why the last secure connection that failed did so;
+    /// empty when nothing is known. A property, as the library's interface has no place for it: a
+    /// launcher asks for it by its name, and goes without where another network module has none.
+    QString problem() const;
+
 private:
     ConfiguredAccess *m_access;
-    bool m_certificateIsUsable;
+    QString m_certificateProblem;
 };
 
 class LauncherNetworkFactory : public NetworkAccessManagerFactory
 {
 public:
+    /// Adds to the trusted authorities those that the user names; says so when it cannot.
+    LauncherNetworkFactory();
+
     NetworkAccessManager *create(QObject *parent) override;
 };
 

@@ -1,23 +1,43 @@
-// A web application launcher in a dozen small files: it shows the applications of a configuration
-// file in views of QtWebKit, with what libnuvlaunchersupport gives it.
+// A web application launcher in small files, each with one job: it shows the applications of a
+// configuration file in views of QtWebKit, with what libnuvlaunchersupport gives it.
 //
+// The program
 //   options            what the command line asks for
-//   launcher           asks the library for the applications, opens them, takes their pictures
+//   launcher           asks the library for the applications, opens them, asks their pages
 //   configurationfile  which file the library reads, and what relative paths in it mean
-//   applicationview    one application: its page, its network access and its extension object
-//   applicationpage    a page with a user agent of its own
-//   viewsettings       the table from a configured property to what it does to a view
-//   launcherextension  what the scripts of a page can call, as window.zarexExt
-//   launchernetwork    the network access of a page, with its clientcertificate
+//   terminationsignals the end of the program at a signal
 //   console            what the launcher prints
 //   userfolders        where it keeps what pages store
+//
+// An application
+//   applicationview    its window: brings the page, the network access and the extension together
+//   websurface         shows the page, as a widget or, in a sceneview, as an item of a scene
+//   applicationpage    a page with a user agent, an errorpage and scripts of the launcher's
+//   unattendedpage     a page that waits for nobody
+//   pagescript         asks a page what a script of the command line gives
+//   launcherextension  what the scripts of a page can call, as window.zarexExt; with more for some
+//                      applications: receiverextension, for the receiver
+//   broadcastaccess    which pages find it
+//   launchernetwork    the network access of an application: a configuredaccess, which presents its
+//                      clientcertificate
+//   trustedauthorities whose certificates make a server trusted
+//
+// The configured properties
+//   viewsettings       the table: what each one takes, works on and does, and when
+//   valuekind          which values a property takes, and how they are shown
+//   pagesettings, enginesettings, windowsettings, networksettings, extensionsettings
+//                      the effects, by what they are applied to
+//   chrome, cookiejar, framerate, remoteinspector, storagequota
+//                      effects that are more than a call of the toolkit
 
 #include "examples/launcher/console.h"
 #include "examples/launcher/launcher.h"
 #include "examples/launcher/launcherextension.h"
 #include "examples/launcher/launchernetwork.h"
 #include "examples/launcher/options.h"
+#include "examples/launcher/terminationsignals.h"
 #include "examples/launcher/userfolders.h"
+#include "examples/launcher/viewsettings.h"
 
 #include <QApplication>
 #include <QWebSettings>
@@ -45,14 +65,24 @@ void keepDatabasesAtHome()
                                                     + QLatin1String("/applications"));
 }
 
+// The engine remembers in one place what any page has loaded, so that an application would be given
+// what another one was sent for its cookies or its certificate.
+void keepApplicationsApart()
+{
+    QWebSettings::setObjectCacheCapacities(0, 0, 0);
+}
+
 int showApplications(const Options &options)
 {
     keepDatabasesAtHome();
+    keepApplicationsApart();
     LauncherExtensionFactory extensions;
     registerZarexExtFactory(&extensions);
     LauncherNetworkFactory networks;
     registerNetworkAccessManagerFactory(&networks);
 
+    TerminationSignals endings;
+    QObject::connect(&endings, SIGNAL(received()), qApp, SLOT(quit()));
     Launcher launcher(options);
     return launcher.start() ? launcher.run() : Launcher::Failed;
 }
@@ -73,6 +103,10 @@ int main(int argc, char **argv)
     }
     if (options.help) {
         Console::print(Options::helpText());
+        return Launcher::Succeeded;
+    }
+    if (options.properties) {
+        Console::print(ViewSettings::description());
         return Launcher::Succeeded;
     }
     return showApplications(options);

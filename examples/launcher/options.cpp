@@ -7,6 +7,7 @@ const int LargestSide = 16384; // of a picture; more only exhausts the memory
 struct Option {
     const char *name;
     const char *value; // what the help calls its value; null when it takes none
+    const char *help; // in lines
     QString (*take)(Options &options, const QString &value); // returns what is wrong with the value
 };
 
@@ -16,11 +17,29 @@ QString takeHelp(Options &options, const QString &)
     return QString();
 }
 
+QString takeProperties(Options &options, const QString &)
+{
+    options.properties = true;
+    return QString();
+}
+
+QString takeOnce(Options &options, const QString &)
+{
+    options.once = true;
+    return QString();
+}
+
 QString takeScreenshot(Options &options, const QString &value)
 {
     options.screenshot = value;
     return value.isEmpty() ? QString(QLatin1String("--screenshot needs the name of a file"))
                            : QString();
+}
+
+QString takeScript(Options &options, const QString &value)
+{
+    options.script = value;
+    return value.isEmpty() ? QString(QLatin1String("--eval needs a script")) : QString();
 }
 
 int side(const QString &text)
@@ -40,20 +59,51 @@ QString takeSize(Options &options, const QString &value)
     return QString();
 }
 
-QString takeWait(Options &options, const QString &value)
+QString takeMilliseconds(const char *option, int least, const QString &value, int *result)
 {
     bool ok = false;
-    options.wait = value.toInt(&ok);
-    if (!ok || options.wait < 0)
-        return QLatin1String("--wait needs a number of milliseconds, not ") + value;
-    return QString();
+    *result = value.toInt(&ok);
+    if (ok && *result >= least)
+        return QString();
+    return QLatin1String(option) + QLatin1String(" needs a number of milliseconds, not ") + value;
+}
+
+QString takeWait(Options &options, const QString &value)
+{
+    return takeMilliseconds("--wait", 0, value, &options.wait);
+}
+
+QString takeTimeout(Options &options, const QString &value)
+{
+    return takeMilliseconds("--timeout", 1, value, &options.timeout);
 }
 
 const Option knownOptions[] = {
-    { "--screenshot", "FILE", takeScreenshot },
-    { "--size", "WxH", takeSize },
-    { "--wait", "MS", takeWait },
-    { "--help", nullptr, takeHelp },
+    { "--screenshot", "FILE",
+      "write a PNG picture of each window once all pages\n"
+      "have loaded, and end; with several applications,\n"
+      "out.png becomes out-TAG.png",
+      takeScreenshot },
+    { "--eval", "SCRIPT",
+      "print what each page answers to a script once all\n"
+      "pages have loaded, as JSON",
+      takeScript },
+    { "--once", nullptr, "end once all pages have loaded", takeOnce },
+    { "--size", "WxH", "the size of each window, 1280x720 unless given", takeSize },
+    { "--wait", "MS",
+      "milliseconds from the loading of the pages to the\n"
+      "pictures, the answers and the end",
+      takeWait },
+    { "--timeout", "MS",
+      "with --screenshot or --once: a page that has not\n"
+      "loaded after so many milliseconds, 30000 unless\n"
+      "given, has failed",
+      takeTimeout },
+    { "--properties", nullptr,
+      "show what every property of an application does\n"
+      "here, as a table in Markdown, and end",
+      takeProperties },
+    { "--help", nullptr, "show this help, and end", takeHelp },
 };
 
 const Option *findOption(const QString &name)
@@ -65,9 +115,40 @@ const Option *findOption(const QString &name)
     return nullptr;
 }
 
+QString described(const Option &option)
+{
+    const QString name = QLatin1String("  ") + QLatin1String(option.name) + QLatin1Char(' ')
+        + QLatin1String(option.value ? option.value : "");
+    QString help = QLatin1String(option.help);
+    help.replace(QLatin1Char('\n'), QLatin1Char('\n') + QString(22, QLatin1Char(' ')));
+    return name.leftJustified(22) + help + QLatin1Char('\n');
+}
+
+const char beforeOptions[] =
+    "Usage: nuv-launcher [OPTIONS] TAG...\n"
+    "\n"
+    "Opens each web application named by its tag in a window of its own, and prints\n"
+    "the values that it was given. The applications stand in the file that\n"
+    "NUV_APPS_CONFIG_FILE names; where that names none, in AppsConfig.json of the\n"
+    "working directory.\n"
+    "\n";
+
+const char afterOptions[] =
+    "\n"
+    "Without DISPLAY, WAYLAND_DISPLAY and QT_QPA_PLATFORM nothing appears on a\n"
+    "screen. With --screenshot or --once nobody is asked anything: a page's questions\n"
+    "are printed and answered with no.\n"
+    "\n"
+    "Exit status: 0 when all that was asked for was done; 1 when there is no\n"
+    "configuration file, an application is not configured, or its page, its picture\n"
+    "or the script in it failed; 2 when the command line is wrong.\n";
+
 } // namespace
 
-Options::Options() : help(false), size(1280, 720), wait(0) {}
+Options::Options()
+    : help(false), properties(false), size(1280, 720), wait(0), timeout(30000), once(false)
+{
+}
 
 QString Options::parse(const QStringList &arguments)
 {
@@ -87,29 +168,20 @@ QString Options::parse(const QStringList &arguments)
             return problem;
     }
     tags.removeDuplicates();
-    return help || !tags.isEmpty() ? QString() : QString(QLatin1String("no application is named"));
+    const bool asksForText = help || properties;
+    return asksForText || !tags.isEmpty() ? QString()
+                                          : QString(QLatin1String("no application is named"));
+}
+
+bool Options::endsByItself() const
+{
+    return once || !screenshot.isEmpty();
 }
 
 QString Options::helpText()
 {
-    return QLatin1String(
-        "Usage: nuv-launcher [OPTIONS] TAG...\n"
-        "\n"
-        "Opens each web application named by its tag in a view of its own, and prints the values\n"
-        "that it was given. The applications stand in the file that NUV_APPS_CONFIG_FILE names;\n"
-        "where that names none, in AppsConfig.json of the working directory.\n"
-        "\n"
-        "  --screenshot FILE  write a PNG picture of each page once all have loaded, and end; "
-        "with\n"
-        "                     several applications, out.png becomes out-TAG.png\n"
-        "  --size WxH         the size of each view, 1280x720 unless given\n"
-        "  --wait MS          milliseconds from the loading of the pages to the pictures\n"
-        "  --help             show this help, and end\n"
-        "\n"
-        "Without DISPLAY, WAYLAND_DISPLAY and QT_QPA_PLATFORM nothing appears on a screen.\n"
-        "\n"
-        "Exit status: 0 when all that was asked for was done; 1 when there is no configuration\n"
-        "file, an application is not configured, or its page or picture failed; 2 when the "
-        "command\n"
-        "line is wrong.\n");
+    QString text = QLatin1String(beforeOptions);
+    for (const Option &option : knownOptions)
+        text += described(option);
+    return text + QLatin1String(afterOptions);
 }

@@ -2,291 +2,262 @@
 
 #include "config/appconfig.h"
 #include "examples/launcher/applicationview.h"
-#include "examples/launcher/configurationfile.h"
 #include "examples/launcher/console.h"
-#include "examples/launcher/userfolders.h"
-
-#include <QFile>
-#include <QNetworkAccessManager>
-#include <QNetworkDiskCache>
-#include <QStringList>
-#include <QWebFrame>
-#include <QWebSettings>
+#include "examples/launcher/enginesettings.h"
+#include "examples/launcher/extensionsettings.h"
+#include "examples/launcher/networksettings.h"
+#include "examples/launcher/pagesettings.h"
+#include "examples/launcher/valuekind.h"
+#include "examples/launcher/windowsettings.h"
 
 #include <cstring>
-#include <limits>
 
 namespace {
 
-// What the values are read as. Each JSON kind stands for itself: "true" is a text, no switch.
+const char webSettings[] = "web settings";
+const char page[] = "page";
+const char view[] = "view";
+const char window[] = "window";
+const char network[] = "network access";
+const char cookieJar[] = "cookie jar";
+const char diskCache[] = "cache";
+const char proxy[] = "proxy";
+const char extension[] = "extension object";
+const char process[] = "whole process";
 
-bool isSwitch(const QVariant &value)
-{
-    return value.userType() == QMetaType::Bool;
-}
+const char atStart[] = "before the first page";
+const char always[] = "always";
+const char eachDocument[] = "in each new document";
+const char eachRequest[] = "with each request";
+const char atFailure[] = "when a page does not load";
+const char atFullQuota[] = "when a site asks for room";
+const char atClosing[] = "when the window is closed";
 
-bool isText(const QVariant &value)
-{
-    return value.userType() == QMetaType::QString;
-}
+} // namespace
 
-/// Not a number (NaN) for any other kind of value.
-double number(const QVariant &value)
-{
-    const int type = value.userType();
-    const bool isNumber =
-        type == QMetaType::Int || type == QMetaType::LongLong || type == QMetaType::Double;
-    return isNumber ? value.toDouble() : std::numeric_limits<double>::quiet_NaN();
-}
+// The later row of two properties for the same thing decides.
+const ViewSetting ViewSettings::table[] = {
+    { "Url", &AppConfig::getUrl, &ValueKinds::address, page, atStart,
+      "the first page; a relative address is meant from the folder of the configuration file",
+      nullptr, PageSettings::setUrl },
+    { "UserAgent", &AppConfig::getUserAgent, &ValueKinds::text, page, eachRequest,
+      "the name that servers and scripts are told; an empty one is the browser's own", nullptr,
+      PageSettings::setUserAgent },
+    { "UserScript", &AppConfig::getUserScript, &ValueKinds::fileName, page, eachDocument,
+      "a script, in UTF-8, that runs in the main frame before the scripts of the page", nullptr,
+      PageSettings::setUserScript },
 
-// The effects. Each returns false, and does nothing, when it cannot use the value.
+    { "UseGraphicsView", &AppConfig::getUseGraphicsView, &ValueKinds::onOff, view, atStart,
+      "the page is an item of a graphics scene in place of a widget", nullptr,
+      WindowSettings::setGraphicsView },
+    { "Frameless", &AppConfig::getFrameless, &ValueKinds::onOff, window, atStart,
+      "a window without frame and title", nullptr, WindowSettings::setFrameless },
+    { "StartMaximized", &AppConfig::getStartMaximized, &ValueKinds::onOff, window, atStart,
+      "a window as large as the screen, unless a picture is asked for", nullptr,
+      WindowSettings::setMaximized },
+    { "WindowOpacity", &AppConfig::getWindowOpacity, &ValueKinds::fraction, window, always,
+      "from 0, invisible, to 1, opaque, where the window system can do it", nullptr,
+      WindowSettings::setOpacity },
+    { "UseTransparentBackground", &AppConfig::getUseTransparentBackground, &ValueKinds::onOff, page,
+      always, "what lies behind the window shines through where the page paints nothing", nullptr,
+      PageSettings::setTransparentBackground },
+    { "Scale", &AppConfig::getScale, &ValueKinds::factor, page, always,
+      "the zoom factor: at 2 everything is twice as large", nullptr, PageSettings::setScale },
+    { "ShowScrollbar", &AppConfig::getShowScrollbar, &ValueKinds::onOff, page, always,
+      "off: the page scrolls without scroll bars", nullptr, PageSettings::setScrollbar },
+    { "ShowChrome", &AppConfig::getShowChrome, &ValueKinds::onOff, window, always,
+      "a bar with back, forward, reload, stop and the address", nullptr,
+      WindowSettings::setChrome },
+    { "ResizesToContents", &AppConfig::getResizesToContents, &ValueKinds::onOff, view, always,
+      "the item grows to the size of the page, and the view scrolls over it",
+      &WindowSettings::graphicsView, WindowSettings::setGrowing },
+    { "ProhibitMainFrameScrolling", &AppConfig::getProhibitMainFrameScrolling, &ValueKinds::onOff,
+      page, eachDocument,
+      "the page goes back to its top left corner whenever it is scrolled; parts of it can be "
+      "scrolled",
+      nullptr, PageSettings::setScrollingProhibited },
+    { "DisableSpatialNavigation", &AppConfig::getDisableSpatialNavigation, &ValueKinds::onOff,
+      webSettings, always, "off: the arrow keys move the focus from link to link", nullptr,
+      EngineSettings::setSpatialNavigationDisabled },
 
-template<QWebSettings::WebAttribute attribute>
-bool setAttribute(ApplicationView &view, const QVariant &value)
-{
-    if (isSwitch(value))
-        view.settings()->setAttribute(attribute, value.toBool());
-    return isSwitch(value);
-}
+    { "UseCompositing", &AppConfig::getUseCompositing, &ValueKinds::onOff, webSettings, atStart,
+      "parts of the page that move are layers of their own", nullptr,
+      EngineSettings::setAttribute<QWebSettings::AcceleratedCompositingEnabled> },
+    { "UseTiledBackingStore", &AppConfig::getUseTiledBackingStore, &ValueKinds::onOff, webSettings,
+      atStart, "the page is painted ahead in tiles", &WindowSettings::graphicsView,
+      EngineSettings::setAttribute<QWebSettings::TiledBackingStoreEnabled> },
+    { "UseWebGL", &AppConfig::getUseWebGL, &ValueKinds::onOff, webSettings, eachDocument,
+      "scripts get a WebGL context; it needs a display with OpenGL", nullptr,
+      EngineSettings::setAttribute<QWebSettings::WebGLEnabled> },
+    { "UseFrameFlattening", &AppConfig::getUseFrameFlattening, &ValueKinds::onOff, webSettings,
+      eachDocument, "inner frames grow to the size of their contents", nullptr,
+      EngineSettings::setAttribute<QWebSettings::FrameFlatteningEnabled> },
+    { "ShowFrameRate", &AppConfig::getShowFrameRate, &ValueKinds::onOff, view, always,
+      "the corner of the window tells how often the page was painted in the last second", nullptr,
+      WindowSettings::setFrameRate },
 
-bool setSpatialNavigation(ApplicationView &view, const QVariant &disabled)
-{
-    return isSwitch(disabled)
-        && setAttribute<QWebSettings::SpatialNavigationEnabled>(view, !disabled.toBool());
-}
-
-bool setUrl(ApplicationView &view, const QVariant &value)
-{
-    if (!isText(value) || value.toString().isEmpty())
-        return false;
-    const QUrl base =
-        QUrl::fromLocalFile(ConfigurationFile::resolve(QLatin1String(".")) + QLatin1Char('/'));
-    view.setAddress(base.resolved(QUrl(value.toString())));
-    return true;
-}
-
-bool setUserAgent(ApplicationView &view, const QVariant &value)
-{
-    if (isText(value))
-        view.setUserAgent(value.toString());
-    return isText(value);
-}
-
-bool setUserScript(ApplicationView &view, const QVariant &value)
-{
-    QFile file(ConfigurationFile::resolve(value.toString()));
-    if (!isText(value) || !file.open(QIODevice::ReadOnly))
-        return false;
-    view.setUserScript(QString::fromUtf8(file.readAll().constData()));
-    return true;
-}
-
-bool setScale(ApplicationView &view, const QVariant &value)
-{
-    const double factor = number(value);
-    if (!(factor >= 0.1 && factor <= 10))
-        return false;
-    view.setZoomFactor(qreal(factor)); // a float in the Qt 4 of ARM devices
-    return true;
-}
-
-bool setWindowOpacity(ApplicationView &view, const QVariant &value)
-{
-    const double opacity = number(value);
-    if (!(opacity >= 0 && opacity <= 1))
-        return false;
-    view.setWindowOpacity(qreal(opacity));
-    return true;
-}
-
-bool setFrameless(ApplicationView &view, const QVariant &value)
-{
-    const Qt::WindowFlags others = view.windowFlags() & ~Qt::FramelessWindowHint;
-    if (isSwitch(value))
-        view.setWindowFlags(value.toBool() ? others | Qt::FramelessWindowHint : others);
-    return isSwitch(value);
-}
-
-bool setMaximized(ApplicationView &view, const QVariant &value)
-{
-    if (isSwitch(value))
-        view.setWindowState(value.toBool() ? Qt::WindowMaximized : Qt::WindowNoState);
-    return isSwitch(value);
-}
-
-bool setTransparentBackground(ApplicationView &view, const QVariant &value)
-{
-    if (isSwitch(value) && value.toBool()) {
-        QPalette palette = view.page()->palette();
-        palette.setBrush(QPalette::Base, Qt::transparent);
-        view.page()->setPalette(palette);
-        view.setAttribute(Qt::WA_TranslucentBackground);
-        view.setAttribute(Qt::WA_OpaquePaintEvent, false);
-    }
-    return isSwitch(value);
-}
-
-bool setScrollbar(ApplicationView &view, const QVariant &value)
-{
-    if (!isSwitch(value))
-        return false;
-    const Qt::ScrollBarPolicy policy =
-        value.toBool() ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff;
-    view.page()->mainFrame()->setScrollBarPolicy(Qt::Horizontal, policy);
-    view.page()->mainFrame()->setScrollBarPolicy(Qt::Vertical, policy);
-    return true;
-}
-
-bool setDiskCache(ApplicationView &view, const QVariant &value)
-{
-    if (isSwitch(value) && value.toBool() && view.networkAccess()) {
-        QNetworkDiskCache *cache = new QNetworkDiskCache(&view);
-        cache->setCacheDirectory(UserFolders::cache() + UserFolders::nameFor(view.tag()));
-        view.networkAccess()->setCache(cache);
-    }
-    return isSwitch(value);
-}
-
-bool setLocalStorage(ApplicationView &view, const QVariant &value)
-{
-    view.settings()->setLocalStoragePath(UserFolders::data() + UserFolders::nameFor(view.tag()));
-    return setAttribute<QWebSettings::LocalStorageEnabled>(view, value);
-}
-
-bool setSuppressedMessages(ApplicationView &view, const QVariant &value)
-{
-    if (isSwitch(value))
-        view.setConsoleIsShown(!value.toBool());
-    return isSwitch(value);
-}
-
-bool setPrintLoadedUrls(ApplicationView &view, const QVariant &value)
-{
-    if (isSwitch(value))
-        view.setLoadedUrlsArePrinted(value.toBool());
-    return isSwitch(value);
-}
-
-// The view takes the three texts of a certificate together, after all others.
-bool checkCertificateText(ApplicationView &, const QVariant &value)
-{
-    return isText(value);
-}
-
-struct Property {
-    const char *name;
-    QVariant (AppConfig::*get)() const;
-    bool (*apply)(ApplicationView &view, const QVariant &value); // null: without effect here
-};
-
-// In the order in which they are printed and applied. Several properties have a second name; where
-// an application has both, the later row decides.
-const Property properties[] = {
-    { "Url", &AppConfig::getUrl, setUrl },
-    { "UserAgent", &AppConfig::getUserAgent, setUserAgent },
-    { "UserScript", &AppConfig::getUserScript, setUserScript },
-
-    { "Frameless", &AppConfig::getFrameless, setFrameless },
-    { "StartMaximized", &AppConfig::getStartMaximized, setMaximized },
-    { "WindowOpacity", &AppConfig::getWindowOpacity, setWindowOpacity },
-    { "UseTransparentBackground", &AppConfig::getUseTransparentBackground,
-      setTransparentBackground },
-    { "Scale", &AppConfig::getScale, setScale },
-    { "ShowScrollbar", &AppConfig::getShowScrollbar, setScrollbar },
-    { "ShowChrome", &AppConfig::getShowChrome, nullptr },
-    { "ResizesToContents", &AppConfig::getResizesToContents, nullptr },
-    { "ProhibitMainFrameScrolling", &AppConfig::getProhibitMainFrameScrolling, nullptr },
-    { "DisableSpatialNavigation", &AppConfig::getDisableSpatialNavigation, setSpatialNavigation },
-
-    { "UseGraphicsView", &AppConfig::getUseGraphicsView, nullptr },
-    { "UseCompositing", &AppConfig::getUseCompositing,
-      setAttribute<QWebSettings::AcceleratedCompositingEnabled> },
-    { "UseTiledBackingStore", &AppConfig::getUseTiledBackingStore,
-      setAttribute<QWebSettings::TiledBackingStoreEnabled> },
-    { "UseWebGL", &AppConfig::getUseWebGL, setAttribute<QWebSettings::WebGLEnabled> },
-    { "UseFrameFlattening", &AppConfig::getUseFrameFlattening,
-      setAttribute<QWebSettings::FrameFlatteningEnabled> },
-    { "ShowDebugBorders", &AppConfig::getShowDebugBorders, nullptr },
-    { "ShowFrameRate", &AppConfig::getShowFrameRate, nullptr },
-
-    { "UseDiskCache", &AppConfig::getUseDiskCache, setDiskCache },
-    { "UseDiskCookies", &AppConfig::getUseDiskCookies, nullptr },
-    { "UseLocalStorage", &AppConfig::getUseLocalStorage, setLocalStorage },
+    { "UseDiskCache", &AppConfig::getUseDiskCache, &ValueKinds::onOff, diskCache, eachRequest,
+      "what was fetched is kept below XDG_CACHE_HOME, for the next start, too", nullptr,
+      NetworkSettings::setDiskCache },
+    { "UseDiskCookies", &AppConfig::getUseDiskCookies, &ValueKinds::onOff, cookieJar, eachRequest,
+      "cookies with an expiry date are kept below XDG_DATA_HOME, for the next start, too", nullptr,
+      NetworkSettings::setDiskCookies },
+    { "UseLocalStorage", &AppConfig::getUseLocalStorage, &ValueKinds::onOff, webSettings,
+      eachDocument, "scripts get localStorage, kept in a folder for the tag of the application",
+      nullptr, EngineSettings::setLocalStorage },
     { "OfflineStorageDatabaseEnabled", &AppConfig::getOfflineStorageDatabaseEnabled,
-      setAttribute<QWebSettings::OfflineStorageDatabaseEnabled> },
-    { "UseOfflineStorageDatabase", &AppConfig::getUseOfflineStorageDatabase,
-      setAttribute<QWebSettings::OfflineStorageDatabaseEnabled> },
-    { "OfflineStorageDefaultQuotaSize", &AppConfig::getOfflineStorageDefaultQuotaSize, nullptr },
+      &ValueKinds::onOff, webSettings, eachDocument,
+      "off: the scripts of the main frame get no databases, which all applications keep in one "
+      "folder",
+      nullptr, EngineSettings::setDatabases },
+    { "UseOfflineStorageDatabase", &AppConfig::getUseOfflineStorageDatabase, &ValueKinds::onOff,
+      webSettings, eachDocument, "the same; this name decides where an application has both",
+      nullptr, EngineSettings::setDatabases },
+    { "OfflineStorageDefaultQuotaSize", &AppConfig::getOfflineStorageDefaultQuotaSize,
+      &ValueKinds::bytes, page, atFullQuota,
+      "what the databases of one site may hold in bytes; a site that has databases keeps its quota "
+      "until it asks for more",
+      nullptr, EngineSettings::setDatabaseQuota },
     { "OfflineWebApplicationCacheEnabled", &AppConfig::getOfflineWebApplicationCacheEnabled,
-      setAttribute<QWebSettings::OfflineWebApplicationCacheEnabled> },
+      &ValueKinds::onOff, webSettings, eachDocument,
+      "pages with a cache manifest are kept, in one folder for all applications", nullptr,
+      EngineSettings::setAttribute<QWebSettings::OfflineWebApplicationCacheEnabled> },
     { "UseOfflineWebApplicationCache", &AppConfig::getUseOfflineWebApplicationCache,
-      setAttribute<QWebSettings::OfflineWebApplicationCacheEnabled> },
-    { "CacheWebView", &AppConfig::getCacheWebView, nullptr },
+      &ValueKinds::onOff, webSettings, eachDocument,
+      "the same; this name decides where an application has both", nullptr,
+      EngineSettings::setAttribute<QWebSettings::OfflineWebApplicationCacheEnabled> },
+    { "CacheWebView", &AppConfig::getCacheWebView, &ValueKinds::onOff, window, atClosing,
+      "the page lives on in a hidden window, which is shown when the application is opened again",
+      nullptr, WindowSettings::setKeptWhenClosed },
 
     { "LocalContentCanAccessRemoteUrls", &AppConfig::getLocalContentCanAccessRemoteUrls,
-      setAttribute<QWebSettings::LocalContentCanAccessRemoteUrls> },
+      &ValueKinds::onOff, webSettings, eachDocument, "scripts of files may fetch from the network",
+      nullptr, EngineSettings::setAttribute<QWebSettings::LocalContentCanAccessRemoteUrls> },
     { "GrantBroadcastRelatedSecurityClearance",
-      &AppConfig::getGrantBroadcastRelatedSecurityClearance, nullptr },
+      &AppConfig::getGrantBroadcastRelatedSecurityClearance, &ValueKinds::onOff, extension,
+      eachDocument,
+      "zarexExt has the members that control the broadcast receiver: volume and volumeChanged",
+      nullptr, ExtensionSettings::setBroadcastClearance },
     { "GrantBroadcastAccessRightDomains", &AppConfig::getGrantBroadcastAccessRightDomains,
-      nullptr },
+      &ValueKinds::domains, extension, eachDocument,
+      "zarexExt is there for pages of these domains, of what lies below them, and of the "
+      "application's "
+      "own files; without it, the host of Url is the one domain",
+      nullptr, ExtensionSettings::setBroadcastDomains },
 
-    { "HttpProxy", &AppConfig::getHttpProxy, nullptr },
-    { "HttpReferrer", &AppConfig::getHttpReferrer, nullptr },
-    { "NetworkSessionNoAutoClose", &AppConfig::getNetworkSessionNoAutoClose, nullptr },
-    { "CertPath", &AppConfig::getCertPath, checkCertificateText },
-    { "CertPrivateKey", &AppConfig::getCertPrivateKey, checkCertificateText },
-    { "CertPassPhrase", &AppConfig::getCertPassPhrase, checkCertificateText },
+    { "HttpProxy", &AppConfig::getHttpProxy, &ValueKinds::proxy, proxy, eachRequest,
+      "the HTTP proxy that all requests go through, with its user and password where it asks for "
+      "them",
+      nullptr, NetworkSettings::setProxy },
+    { "HttpReferrer", &AppConfig::getHttpReferrer, &ValueKinds::webAddress, page, atStart,
+      "where the first page is told to be linked from; the following ones are told the truth",
+      nullptr, NetworkSettings::setReferrer },
+    { "NetworkSessionNoAutoClose", &AppConfig::getNetworkSessionNoAutoClose, &ValueKinds::onOff,
+      network, always,
+      "none: no toolkit on Linux closes a network session, so that each stays open",
+      &NetworkSettings::closingSessions, nullptr },
+    { "CertPath", &AppConfig::getCertPath, &ValueKinds::text, network, eachRequest,
+      "the certificate for servers that demand one; without it, the global one is used; no page is "
+      "shown where it cannot be used",
+      nullptr, nullptr },
+    { "CertPrivateKey", &AppConfig::getCertPrivateKey, &ValueKinds::text, network, eachRequest,
+      "the RSA or EC key of the certificate; without it, the file of the certificate holds both",
+      nullptr, nullptr },
+    { "CertPassPhrase", &AppConfig::getCertPassPhrase, &ValueKinds::secret, network, eachRequest,
+      "opens the private key, and is never shown", nullptr, nullptr },
 
-    { "EnableShowErrorPage", &AppConfig::getEnableShowErrorPage, nullptr },
-    { "PrintLoadedUrls", &AppConfig::getPrintLoadedUrls, setPrintLoadedUrls },
+    { "EnableShowErrorPage", &AppConfig::getEnableShowErrorPage, &ValueKinds::onOff, page,
+      atFailure, "a page that says why takes its place; without it the window is closed", nullptr,
+      PageSettings::setErrorPage },
+    { "PrintLoadedUrls", &AppConfig::getPrintLoadedUrls, &ValueKinds::onOff, network, eachRequest,
+      "every address that was loaded is printed", nullptr, PageSettings::setLoadedUrlsPrinted },
     { "SuppressWebCoreWarningMessages", &AppConfig::getSuppressWebCoreWarningMessages,
-      setSuppressedMessages },
-    { "RemoteInspectorPort", &AppConfig::getRemoteInspectorPort, nullptr },
+      &ValueKinds::onOff, page, always,
+      "messages to the console of the page, and errors of its scripts, are not printed", nullptr,
+      PageSettings::setConsoleSuppressed },
+    { "RemoteInspectorPort", &AppConfig::getRemoteInspectorPort, &ValueKinds::port, process,
+      atStart,
+      "the port of the one inspector of all applications, whoever opens it first; 0 is none",
+      nullptr, EngineSettings::setInspectorPort },
+
+    // The engine forgets it when another of the web settings is applied.
+    { "ShowDebugBorders", &AppConfig::getShowDebugBorders, &ValueKinds::onOff, webSettings, always,
+      "the layers of the page have coloured borders", &EngineSettings::compositing,
+      EngineSettings::setDebugBorders },
 };
 
-QString printable(const Property &property, const QVariant &value)
-{
-    if (property.get == &AppConfig::getCertPassPhrase)
-        return Console::mask();
-    // A proxy can stand without the slashes that tell where its password is.
-    if (property.get == &AppConfig::getHttpProxy)
-        return Console::shown(QLatin1String("//") + value.toString()).mid(2);
-    if (value.userType() == QMetaType::QStringList)
-        return value.toStringList().join(QLatin1String(", "));
-    return value.toString();
-}
+const int ViewSettings::count = int(sizeof table / sizeof table[0]);
+
+namespace {
 
 int longestName(const AppConfig &config)
 {
     int longest = 0;
-    for (const Property &property : properties) {
-        if ((config.*property.get)().isValid())
-            longest = qMax(longest, static_cast<int>(std::strlen(property.name)));
+    for (const ViewSetting &row : ViewSettings::table) {
+        if ((config.*row.get)().isValid())
+            longest = qMax(longest, static_cast<int>(std::strlen(row.property)));
     }
     return longest;
 }
 
-void print(const ApplicationView &view, const Property &property, const QString &value, int width)
+QString whyWithoutEffect(const ViewSetting &row, const ApplicationView &application)
 {
-    const QString name = QString(QLatin1String(property.name)).leftJustified(width);
-    const QString line = name + QLatin1String(" = ") + value;
-    Console::note(view.tag(),
-                  property.apply ? line : line + QLatin1String("  (without effect here)"));
+    if (!row.need || row.need->isMet(application))
+        return QString();
+    return QLatin1String("  (without effect: needs ") + QLatin1String(row.need->name)
+        + QLatin1Char(')');
+}
+
+void print(const ViewSetting &row, const QString &value, int width,
+           const ApplicationView &application)
+{
+    const QString name = QString(QLatin1String(row.property)).leftJustified(width);
+    Console::note(application.tag(),
+                  name + QLatin1String(" = ") + value + whyWithoutEffect(row, application));
+}
+
+void warn(const ViewSetting &row, const QVariant &value, const ApplicationView &application)
+{
+    QString shown = row.kind->shown(value);
+    if (value.userType() == QMetaType::QString)
+        shown = QLatin1Char('"') + shown + QLatin1Char('"');
+    const QString format = QLatin1String("%1: %2 = %3 cannot be used; it takes %4");
+    Console::error(format.arg(application.tag(), QLatin1String(row.property), shown,
+                              QLatin1String(row.kind->name)));
+}
+
+bool use(const ViewSetting &row, const QVariant &value, ApplicationView &application)
+{
+    return row.kind->accepts(value) && (!row.apply || row.apply(application, value));
 }
 
 } // namespace
 
-void ViewSettings::apply(const AppConfig &config, ApplicationView &view)
+void ViewSettings::apply(const AppConfig &config, ApplicationView &application)
 {
     const int width = longestName(config);
-    for (const Property &property : properties) {
-        const QVariant value = (config.*property.get)();
+    for (const ViewSetting &row : table) {
+        const QVariant value = (config.*row.get)();
         if (!value.isValid())
             continue;
-        print(view, property, printable(property, value), width);
-        if (property.apply && !property.apply(view, value))
-            Console::error(
-                QString(QLatin1String("%1: %2 = %3 cannot be used"))
-                    .arg(view.tag(), QLatin1String(property.name), printable(property, value)));
+        print(row, row.kind->shown(value), width, application);
+        if (!use(row, value, application))
+            warn(row, value, application);
     }
+}
+
+QString ViewSettings::description()
+{
+    QString result = QLatin1String("| property | takes | applied to | when | effect | needs |\n"
+                                   "|---|---|---|---|---|---|\n");
+    for (const ViewSetting &row : table) {
+        const char *const cells[] = {
+            row.property, row.kind->name, row.target,
+            row.moment,   row.effect,     row.need ? row.need->name : ""
+        };
+        for (const char *cell : cells)
+            result += QLatin1String("| ") + QLatin1String(cell) + QLatin1Char(' ');
+        result += QLatin1String("|\n");
+    }
+    return result;
 }

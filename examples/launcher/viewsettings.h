@@ -1,16 +1,48 @@
 #ifndef VIEWSETTINGS_H
 #define VIEWSETTINGS_H
 
+#include <QString>
+#include <QVariant>
+
 class AppConfig;
 class ApplicationView;
+struct ValueKind;
 
-/// What the configured properties do to a view. A property that is not configured, or whose value
-/// cannot be used, leaves the browser's default.
+/// Without what an effect does not show.
+struct Need {
+    const char *name;
+    bool (*isMet)(const ApplicationView &view);
+};
+
+/// A row of the table: what a configured property does to an application.
+struct ViewSetting {
+    const char *property;
+    QVariant (AppConfig::*get)() const;
+    const ValueKind *kind;
+    const char *target; ///< what it is applied to
+    const char *moment; ///< when it works
+    const char *effect; ///< in one line
+    const Need *need; ///< null when there is none
+
+    /// Gets values of its kind only. Returns false, and does nothing, when it cannot use one all the
+    /// same. Null where the launcher takes several properties together, after all others.
+    bool (*apply)(ApplicationView &view, const QVariant &value);
+};
+
+/// What the configured properties do to an application. A property that is not configured, or whose
+/// value cannot be used, leaves the browser's default.
 namespace ViewSettings {
 
-/// Prints every configured property and applies it. Those that this launcher has no effect for say
-/// so; a value that cannot be used gets a warning on the standard error.
+/// The rows, in the order in which they are printed and applied.
+extern const ViewSetting table[];
+extern const int count;
+
+/// Prints every configured property and applies it. A property whose need is not met says so; a value
+/// that cannot be used gets one warning on the standard error.
 void apply(const AppConfig &config, ApplicationView &view);
+
+/// The table as it stands in the documentation, in Markdown.
+QString description();
 
 } // namespace ViewSettings
 

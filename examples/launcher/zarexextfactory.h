@@ -1,6 +1,7 @@
 #ifndef ZAREXEXTFACTORY_H
 #define ZAREXEXTFACTORY_H
 
+class BroadcastAccess;
 class QObject;
 class QWebPage;
 class ZarexExtBase;
@@ -12,8 +13,10 @@ class ZarexExtFactory
 public:
     virtual ~ZarexExtFactory() {}
 
-    /// A new extension object for `page`, which belongs to `parent`.
-    virtual ZarexExtBase *create(QObject *parent, QWebPage *page) const = 0;
+    /// A new extension object for `page`, with what `access` gives to its application. It belongs to
+    /// `parent`.
+    virtual ZarexExtBase *create(QObject *parent, QWebPage *page,
+                                 const BroadcastAccess &access) const = 0;
 };
 
 #endif // ZAREXEXTFACTORY_H

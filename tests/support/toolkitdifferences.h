@@ -2,7 +2,13 @@
 #define TOOLKITDIFFERENCES_H
 
 #include <QLocale>
+#include <QMetaMethod>
+#include <QProcess>
 #include <QTextCodec>
+
+#ifdef QT_GUI_LIB
+#include <QWheelEvent>
+#endif
 
 #include <limits>
 
@@ -14,6 +20,13 @@
 /// source needs to know which toolkit it is built with.
 namespace ToolkitDifferences {
 
+/// What QTcpServer::incomingConnection() takes.
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+typedef int SocketDescriptor;
+#else
+typedef qintptr SocketDescriptor;
+#endif
+
 inline bool isQt4()
 {
     return QT_VERSION < QT_VERSION_CHECK(5, 0, 0);
@@ -24,6 +37,25 @@ template<typename Value>
 Value either(Value withQt4, Value withQt5)
 {
     return isQt4() ? withQt4 : withQt5;
+}
+
+inline qint64 processId(const QProcess &process)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return process.pid();
+#else
+    return process.processId();
+#endif
+}
+
+/// As in "say(QString)".
+inline QByteArray signatureOf(const QMetaMethod &method)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return method.signature();
+#else
+    return method.methodSignature();
+#endif
 }
 
 /// Qt 4 converts text to a number in the default locale first and in the "C" locale only when that
@@ -129,6 +161,19 @@ private:
 
     mutable int m_longestPiece;
 };
+
+#ifdef QT_GUI_LIB
+/// One notch of a mouse wheel over a widget, towards its user.
+inline QWheelEvent wheelNotch(const QPoint &at, const QPoint &globalAt)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return QWheelEvent(at, globalAt, -120, Qt::NoButton, Qt::NoModifier);
+#else
+    return QWheelEvent(at, globalAt, QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
+                       Qt::NoScrollPhase, false);
+#endif
+}
+#endif
 
 } // namespace ToolkitDifferences
 

@@ -1,0 +1,22 @@
+#ifndef REMOTEINSPECTOR_H
+#define REMOTEINSPECTOR_H
+
+#include <QtGlobal>
+
+class QString;
+class QWebPage;
+
+/// The engine's remote inspector. There is one server in a process, for all its pages: it stays at the
+/// port where it was opened first, on every address of the machine.
+namespace RemoteInspector {
+
+/// Opens it; nothing happens when it is open at `port` already, and for port 0. Returns an empty text,
+/// or why it cannot be opened.
+QString open(QWebPage *page, quint16 port);
+
+/// Lets a page be inspected once the server is open.
+void admit(QWebPage *page);
+
+} // namespace RemoteInspector
+
+#endif // REMOTEINSPECTOR_H

@@ -1,0 +1,44 @@
+#ifndef TLSCOMPAT_H
+#define TLSCOMPAT_H
+
+#include <QList>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslSocket>
+
+// Qt 4 and Qt 5 name differently what a build without TLS lacks.
+#if defined(QT_NO_SSL) || defined(QT_NO_OPENSSL)
+#define NUV_WITHOUT_TLS
+#endif
+
+#ifndef NUV_WITHOUT_TLS
+
+/// How the TLS of Qt 4.8 and of Qt 5.15 differ, as far as a launcher notices.
+namespace TlsCompat {
+
+/// The kinds of keys that the toolkit can read; Qt 4 knows no elliptic curves.
+inline QList<QSsl::KeyAlgorithm> keyAlgorithms()
+{
+    QList<QSsl::KeyAlgorithm> result;
+    result << QSsl::Rsa;
+#if QT_VERSION >= QT_VERSION_CHECK(5, 0, 0)
+    result << QSsl::Ec;
+#endif
+    return result;
+}
+
+inline QList<QSslCertificate> systemAuthorities()
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return QSslSocket::systemCaCertificates();
+#else
+    return QSslConfiguration::systemCaCertificates();
+#endif
+}
+
+} // namespace TlsCompat
+
+#endif // NUV_WITHOUT_TLS
+
+#endif // TLSCOMPAT_H

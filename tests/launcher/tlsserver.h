@@ -1,0 +1,32 @@
+#ifndef TLSSERVER_H
+#define TLSSERVER_H
+
+#include "tests/launcher/httpserver.h"
+
+#include <QSslCertificate>
+#include <QSslKey>
+
+/// The same with TLS. It demands a certificate of every client, and answers none whose certificate
+/// was not issued by the authority.
+class TlsServer : public HttpServer
+{
+    Q_OBJECT
+
+public:
+    /// The three files are in PEM form; the key is RSA.
+    TlsServer(const QString &authority, const QString &certificate, const QString &key);
+
+    QString address(const char *path = "/") const override;
+
+protected:
+    QTcpSocket *makeSocket() override;
+    void begin(QTcpSocket *socket) override;
+    QString clientOf(QTcpSocket *socket) const override;
+
+private:
+    QList<QSslCertificate> m_authority;
+    QSslCertificate m_certificate;
+    QSslKey m_key;
+};
+
+#endif // TLSSERVER_H

@@ -1,0 +1,170 @@
+#include "config/appconfig.h"
+#include "examples/launcher/applicationpage.h"
+#include "examples/launcher/applicationview.h"
+#include "examples/launcher/launchernetwork.h"
+#include "tests/launcher/output.h"
+#include "tests/support/guitestmain.h"
+
+#include <QImage>
+#include <QWebFrame>
+
+namespace {
+
+QString text(const char *latin1)
+{
+    return QLatin1String(latin1);
+}
+
+/// A window on the display with a page in it.
+class Window
+{
+public:
+    explicit Window(const AppConfig &config) : m_view(text("tv"))
+    {
+        Output out(stdout);
+        m_view.apply(config);
+        m_view.resize(300, 200);
+        m_view.show();
+    }
+
+    void show(const char *html)
+    {
+        m_view.page()->mainFrame()->setHtml(text(html));
+        QTest::qWait(300); // drawn in layers, some time after the page
+        m_picture = m_view.picture();
+    }
+
+    QString answer(const char *script) const
+    {
+        return m_view.page()->mainFrame()->evaluateJavaScript(text(script)).toString();
+    }
+
+    QRgb pixel(int x, int y) const { return m_picture.pixel(x, y); }
+
+private:
+    ApplicationView m_view;
+    QImage m_picture;
+};
+
+const QRgb blue = 0xff0000ffu;
+const QRgb green = 0xff00ff00u;
+
+const char canvas[] = "<!DOCTYPE html><body style='margin: 0; background: #0f0'>"
+                      "<canvas id='canvas' width='100' height='100'></canvas><script>"
+                      "var gl = document.getElementById('canvas').getContext('webgl')"
+                      "      || document.getElementById('canvas').getContext('experimental-webgl');"
+                      "var drawn = 'nothing';"
+                      "if (gl) {"
+                      "    var bytes = new Uint8Array(4);"
+                      "    gl.clearColor(0, 0, 1, 1);"
+                      "    gl.clear(gl.COLOR_BUFFER_BIT);"
+                      "    gl.readPixels(50, 50, 1, 1, gl.RGBA, gl.UNSIGNED_BYTE, bytes);"
+                      "    drawn = [bytes[0], bytes[1], bytes[2], bytes[3]].join();"
+                      "}</script>";
+
+const char layer[] = "<!DOCTYPE html><body style='margin: 0'><div style='margin: 50px;"
+                     "width: 100px; height: 100px; background: #0f0;"
+                     "-webkit-transform: translateZ(0)'></div>";
+
+} // namespace
+
+// What needs a display with OpenGL.
+class tst_LauncherDisplay : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void scriptsDrawWithWebGLUnlessItIsOff_data();
+    void scriptsDrawWithWebGLUnlessItIsOff();
+    void layersShowTheirBordersWhereTheyArePutTogether_data();
+    void layersShowTheirBordersWhereTheyArePutTogether();
+    void aPageIsDrawnInTilesAsItIsWithoutThem();
+};
+
+void tst_LauncherDisplay::initTestCase()
+{
+    static LauncherNetworkFactory networks;
+    registerNetworkAccessManagerFactory(&networks);
+}
+
+void tst_LauncherDisplay::scriptsDrawWithWebGLUnlessItIsOff_data()
+{
+    QTest::addColumn<bool>("scene");
+    QTest::addColumn<QVariant>("webgl");
+    QTest::addColumn<QString>("drawn");
+    QTest::addColumn<uint>("pixel");
+
+    const QString bytes = text("0,0,255,255");
+    QTest::newRow("unset") << false << QVariant() << bytes << blue;
+    QTest::newRow("on") << false << QVariant(true) << bytes << blue;
+    QTest::newRow("off") << false << QVariant(false) << text("nothing") << green;
+    QTest::newRow("on, in a scene") << true << QVariant(true) << bytes << blue;
+    QTest::newRow("off, in a scene") << true << QVariant(false) << text("nothing") << green;
+}
+
+void tst_LauncherDisplay::scriptsDrawWithWebGLUnlessItIsOff()
+{
+    QFETCH(bool, scene);
+    QFETCH(QVariant, webgl);
+    QFETCH(QString, drawn);
+    QFETCH(uint, pixel);
+    AppConfig config;
+    config.setUseGraphicsView(scene);
+    config.setUseWebGL(webgl);
+
+    Window window(config);
+    window.show(canvas);
+
+    QCOMPARE(window.answer("drawn"), drawn);
+    QCOMPARE(window.pixel(50, 50), pixel);
+    QCOMPARE(window.pixel(150, 150), green);
+}
+
+void tst_LauncherDisplay::layersShowTheirBordersWhereTheyArePutTogether_data()
+{
+    QTest::addColumn<bool>("scene");
+    QTest::addColumn<bool>("compositing");
+    QTest::addColumn<bool>("borders");
+
+    QTest::newRow("layers with borders") << false << true << true;
+    QTest::newRow("layers without borders") << false << true << false;
+    QTest::newRow("no layers") << false << false << true;
+    QTest::newRow("layers with borders, in a scene") << true << true << true;
+    QTest::newRow("no layers, in a scene") << true << false << true;
+}
+
+void tst_LauncherDisplay::layersShowTheirBordersWhereTheyArePutTogether()
+{
+    QFETCH(bool, scene);
+    QFETCH(bool, compositing);
+    QFETCH(bool, borders);
+    AppConfig config;
+    config.setUseGraphicsView(scene);
+    config.setUseCompositing(compositing);
+    config.setShowDebugBorders(borders);
+
+    Window window(config);
+    window.show(layer);
+
+    QCOMPARE(window.pixel(100, 60), green);
+    QCOMPARE(window.pixel(100, 50) != green, compositing && borders);
+}
+
+void tst_LauncherDisplay::aPageIsDrawnInTilesAsItIsWithoutThem()
+{
+    AppConfig config;
+    config.setUseGraphicsView(true);
+    config.setUseTiledBackingStore(true);
+
+    Window window(config);
+    window.show(layer);
+
+    QCOMPARE(window.pixel(100, 60), green);
+    QCOMPARE(window.pixel(20, 20), 0xffffffffu);
+}
+
+NUV_GUI_TEST_MAIN(tst_LauncherDisplay)
+
+#include "tst_launcherdisplay.moc"

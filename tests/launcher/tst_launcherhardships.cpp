@@ -1,0 +1,120 @@
+#include "tests/launcher/httpserver.h"
+#include "tests/launcher/stage.h"
+#include "tests/support/testmain.h"
+
+#include <QImage>
+
+#include <csignal>
+
+class tst_LauncherHardships : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aServerThatMisbehavesStopsNobodyElse_data();
+    void aServerThatMisbehavesStopsNobodyElse();
+    void whoWaitsForeverEndsWhenToldTo();
+    void theProgramEndsInOrderAtASignal_data();
+    void theProgramEndsInOrderAtASignal();
+    void aSecondSignalEndsAScriptThatNeverDoes();
+};
+
+void tst_LauncherHardships::aServerThatMisbehavesStopsNobodyElse_data()
+{
+    QTest::addColumn<QByteArray>("answer"); // to any request
+    QTest::addColumn<QString>("problem");
+
+    QTest::newRow("closes at once") << QByteArray() << text("Connection closed");
+    QTest::newRow("closes in the middle of the head")
+        << QByteArray("HTTP/1.1 200 OK\r\nContent-") << text("Connection closed");
+    QTest::newRow("closes in the middle of the page") << QByteArray(
+        "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 1000\r\n\r\n<p>")
+                                                      << text("the server broke off its answer");
+    QTest::newRow("speaks another language")
+        << QByteArray("220 mail.example\r\n") << text("Connection closed");
+    QTest::newRow("redirects to itself")
+        << QByteArray("HTTP/1.1 302 Found\r\nLocation: /bad\r\nContent-Length: 0\r\n\r\n")
+        << text("Redirection limit reached");
+}
+
+void tst_LauncherHardships::aServerThatMisbehavesStopsNobodyElse()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(QString, problem);
+    HttpServer server;
+    server.serve("/", "<body style='background: #0f0'>");
+    server.serveBytes("/bad", answer);
+    Stage stage;
+    stage.configure(Stage::application("bad", server.address("/bad")) + ", "
+                    + Stage::application("tv", server.address()));
+
+    const Run run = stage.launch("--screenshot out.png --size 40x40 bad tv");
+
+    QCOMPARE(run.err,
+             text("nuv-launcher: bad: the page ") + server.address("/bad")
+                 + text(" does not load: ") + problem + text("\n"));
+    QCOMPARE(run.status, 1);
+    QCOMPARE(QImage(stage.path("out-tv.png")).pixel(20, 20), 0xff00ff00u);
+}
+
+void tst_LauncherHardships::whoWaitsForeverEndsWhenToldTo()
+{
+    HttpServer server;
+    server.ignore("/silent");
+    Stage stage;
+    stage.write("page.html", "<script>zarexExt.say('here')</script>");
+    stage.configure(Stage::application("silent", server.address("/silent")) + ", "
+                    + Stage::application("tv", text("page.html")));
+    QProcess launcher;
+    stage.start(&launcher, "silent tv");
+
+    QVERIFY(Stage::awaitOutput(&launcher, "here"));
+    launcher.terminate();
+    const Run run = Stage::finish(&launcher);
+
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
+}
+
+void tst_LauncherHardships::theProgramEndsInOrderAtASignal_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("SIGHUP") << SIGHUP;
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGTERM") << SIGTERM;
+}
+
+void tst_LauncherHardships::theProgramEndsInOrderAtASignal()
+{
+    QFETCH(int, number);
+    Stage stage;
+    stage.write("page.html", "<script>zarexExt.say('here')</script>");
+    stage.configure(Stage::application("tv", text("page.html")));
+    QProcess launcher;
+    stage.start(&launcher, "tv");
+
+    QVERIFY(Stage::awaitOutput(&launcher, "here"));
+    kill(pid_t(ToolkitDifferences::processId(launcher)), number);
+
+    QCOMPARE(Stage::finish(&launcher).status, 0);
+}
+
+void tst_LauncherHardships::aSecondSignalEndsAScriptThatNeverDoes()
+{
+    Stage stage;
+    stage.write("page.html", "<script>zarexExt.say('busy'); for (;;);</script>");
+    stage.configure(Stage::application("tv", text("page.html")));
+    QProcess launcher;
+    stage.start(&launcher, "tv");
+
+    QVERIFY(Stage::awaitOutput(&launcher, "busy"));
+    for (int i = 0; i < 200 && !launcher.waitForFinished(100); ++i)
+        launcher.terminate();
+
+    QCOMPARE(launcher.state(), QProcess::NotRunning);
+    QCOMPARE(launcher.exitStatus(), QProcess::CrashExit);
+}
+
+NUV_TEST_MAIN(tst_LauncherHardships)
+
+#include "tst_launcherhardships.moc"

@@ -1,0 +1,145 @@
+#include "tests/launcher/stage.h"
+#include "tests/support/testmain.h"
+
+#include <QTcpServer>
+#include <QTcpSocket>
+
+namespace {
+
+/// Ports that were free a moment ago. The engine listens on every address.
+class Ports
+{
+public:
+    Ports()
+    {
+        QTcpServer servers[2];
+        for (int i = 0; i < 2; ++i) {
+            servers[i].listen(QHostAddress::Any, 0);
+            m_ports[i] = servers[i].serverPort();
+        }
+    }
+
+    /// `configuration` with the ports in place of %1 and %2.
+    QString in(QString configuration) const
+    {
+        for (int i = 0; i < 2; ++i)
+            configuration.replace(QString(text("%%1")).arg(i + 1), QString::number(m_ports[i]));
+        return configuration;
+    }
+
+    quint16 number(int which) const { return m_ports[which]; }
+
+private:
+    quint16 m_ports[2];
+};
+
+/// How many pages an inspector at this port offers; -1 when there is none.
+int inspectedPages(quint16 port)
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
+    if (!socket.waitForConnected())
+        return -1;
+    socket.write("GET / HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
+    QByteArray answer;
+    while (!answer.contains("</html>") && socket.waitForReadyRead())
+        answer += socket.readAll();
+    return answer.count("?page=");
+}
+
+} // namespace
+
+class tst_LauncherInspector : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void thereIsOneInspector_data();
+    void thereIsOneInspector();
+    void aPortInUseIsToldInOneLine();
+};
+
+void tst_LauncherInspector::thereIsOneInspector_data()
+{
+    QTest::addColumn<QString>("global");
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("second");
+    QTest::addColumn<int>("pagesAtFirstPort");
+    QTest::addColumn<int>("pagesAtSecondPort");
+    QTest::addColumn<QString>("warning");
+
+    const QString none;
+    const QString at1 = text(", \"RemoteInspectorPort\": %1");
+    const QString at2 = text(", \"RemoteInspectorPort\": %2");
+    const QString off = text(", \"RemoteInspectorPort\": 0");
+    const QString elsewhere = text("nuv-launcher: two: RemoteInspectorPort = %2 has no effect: the "
+                                   "inspector of all applications is at port %1\n");
+    QTest::newRow("none") << none << none << none << -1 << -1 << none;
+    QTest::newRow("the global one") << at1 << none << none << 2 << -1 << none;
+    QTest::newRow("the first application's") << none << at1 << none << 2 << -1 << none;
+    QTest::newRow("the first application's before the global one")
+        << at2 << at1 << none << 2 << -1 << none;
+    QTest::newRow("the later application's where there is no other")
+        << none << none << at1 << 2 << -1 << none;
+    QTest::newRow("the same for both") << none << at1 << at1 << 2 << -1 << none;
+    QTest::newRow("another for the later one") << none << at1 << at2 << 2 << -1 << elsewhere;
+    QTest::newRow("another than the global one") << at1 << none << at2 << 2 << -1 << elsewhere;
+    QTest::newRow("0 is none") << off << off << none << -1 << -1 << none;
+    QTest::newRow("0 leaves the global one") << at1 << off << off << 2 << -1 << none;
+}
+
+void tst_LauncherInspector::thereIsOneInspector()
+{
+    QFETCH(QString, global);
+    QFETCH(QString, first);
+    QFETCH(QString, second);
+    QFETCH(int, pagesAtFirstPort);
+    QFETCH(int, pagesAtSecondPort);
+    QFETCH(QString, warning);
+    const Ports ports;
+    Stage stage;
+    const QString configuration = text("{ \"Global\": { \"Version\": 1") + global
+        + text(" }, \"Applications\": [ { \"Tag\": \"one\", \"Url\": \"page.html\"") + first
+        + text(" }, { \"Tag\": \"two\", \"Url\": \"page.html\"") + second + text(" } ] }");
+    stage.write("AppsConfig.json", ports.in(configuration).toLatin1());
+    stage.write("page.html", "<script>zarexExt.say('ready')</script>");
+
+    QProcess process;
+    stage.start(&process, "one two");
+    QByteArray out;
+    while (out.count("says: ready") < 2 && process.waitForReadyRead(60000))
+        out += process.readAllStandardOutput();
+    const int atFirst = inspectedPages(ports.number(0));
+    const int atSecond = inspectedPages(ports.number(1));
+    process.terminate();
+    const Run run = Stage::finish(&process);
+
+    QCOMPARE(run.err, ports.in(warning));
+    QCOMPARE(atFirst, pagesAtFirstPort);
+    QCOMPARE(atSecond, pagesAtSecondPort);
+    QCOMPARE(run.status, 0);
+}
+
+void tst_LauncherInspector::aPortInUseIsToldInOneLine()
+{
+    QTcpServer other;
+    QVERIFY(other.listen(QHostAddress::Any, 0));
+    const QString port = QString::number(other.serverPort());
+    Stage stage;
+    stage.write("AppsConfig.json",
+                "{ \"Global\": { \"Version\": 1, \"RemoteInspectorPort\": " + port.toLatin1()
+                    + " }, \"Applications\": [ { \"Tag\": \"tv\", \"Url\": \"page.html\" } ] }");
+    stage.write("page.html", "<p>");
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(run.err,
+             text("nuv-launcher: RemoteInspectorPort = ") + port
+                 + text(" has no effect: the port is in use\n"));
+    QVERIFY(run.out.contains(text("Remote inspector port: ") + port + text("\n")));
+    QCOMPARE(run.status, 0);
+}
+
+NUV_TEST_MAIN(tst_LauncherInspector)
+
+#include "tst_launcherinspector.moc"

@@ -1,0 +1,318 @@
+#include "examples/launcher/options.h"
+#include "examples/launcher/viewsettings.h"
+#include "tests/launcher/httpserver.h"
+#include "tests/launcher/stage.h"
+#include "tests/support/testmain.h"
+
+#include <QFile>
+#include <QRegExp>
+#include <QStringList>
+
+namespace {
+
+QString contents(const QString &file)
+{
+    QFile source(file);
+    return source.open(QIODevice::ReadOnly) ? QString::fromUtf8(source.readAll().constData())
+                                            : QString();
+}
+
+/// In one line, with single spaces.
+QString flat(const QString &words)
+{
+    return words.simplified();
+}
+
+/// A manual page as it is read: without its requests and escapes.
+QString asRead(QString manual)
+{
+    manual.replace(QLatin1String("\\-"), QLatin1String("-"));
+    manual.remove(QRegExp(QLatin1String("\\\\f[BIR]")));
+    manual.remove(QRegExp(QLatin1String("(^|\n)\\.(TP|PP|SH|TH|BR)[^\n]*")));
+    return flat(manual);
+}
+
+/// An option of the help: its name, its value, and its words.
+struct Entry {
+    QString name;
+    QString value;
+    QString words;
+};
+
+QList<Entry> entriesOfHelp()
+{
+    QList<Entry> entries;
+    const QStringList lines = Options::helpText().split(QLatin1Char('\n'));
+    for (int i = 0; i < lines.size(); ++i) {
+        const QString &line = lines.at(i);
+        if (line.startsWith(QLatin1String("  --"))) {
+            const QStringList head = line.left(22).simplified().split(QLatin1Char(' '));
+            entries.append(Entry { head.at(0), head.value(1), line.mid(22) });
+        } else if (line.startsWith(QString(22, QLatin1Char(' ')))) {
+            entries.last().words += QLatin1Char(' ') + line.trimmed();
+        }
+    }
+    return entries;
+}
+
+} // namespace
+
+class tst_LauncherOptions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wrongCommandLinesAreRejected_data();
+    void wrongCommandLinesAreRejected();
+    void aWrongCommandLineIsToldInOneLine();
+    void theHelpNamesTheOptionsThatAreAccepted();
+    void theManualSaysWhatTheHelpSays();
+    void theDocumentationShowsTheTable();
+
+    void onceEndsWhenThePagesHaveLoaded();
+    void everyPageIsAsked();
+    void aScriptThatFailsIsToldInOneLine_data();
+    void aScriptThatFailsIsToldInOneLine();
+    void answersAreGivenAfterTheWait();
+    void aPageThatNeverAnswersIsGivenUp();
+    void aPageThatLoadedInTimeIsNotGivenUp();
+    void nobodyIsAskedWhereTheLauncherEndsByItself();
+};
+
+void tst_LauncherOptions::wrongCommandLinesAreRejected_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("problem");
+
+    QTest::newRow("unknown option") << text("--fast tv") << text("unknown option --fast");
+    QTest::newRow("unknown short option") << text("tv -h") << text("unknown option -h");
+    QTest::newRow("no tag") << text("--size 10x10") << text("no application is named");
+    QTest::newRow("no file") << text("tv --screenshot") << text("--screenshot needs FILE");
+    QTest::newRow("no size") << text("tv --size") << text("--size needs WxH");
+    QTest::newRow("no time") << text("tv --wait") << text("--wait needs MS");
+    QTest::newRow("no limit") << text("tv --timeout") << text("--timeout needs MS");
+    QTest::newRow("no script") << text("tv --eval") << text("--eval needs SCRIPT");
+    QTest::newRow("limit of nothing")
+        << text("tv --timeout 0") << text("--timeout needs a number of milliseconds, not 0");
+
+    const QString size = text("--size needs WIDTHxHEIGHT, as in 1280x720, not ");
+    const char *const sizes[] = {
+        "big", "10", "x", "10x", "0x10", "10x-1", "10x10x10", "20000x10"
+    };
+    for (const char *value : sizes)
+        QTest::newRow((QByteArray("size ") + value).constData())
+            << text("tv --size ") + text(value) << size + text(value);
+    const QString time = text("--wait needs a number of milliseconds, not ");
+    const char *const times[] = { "long", "-1", "1.5", "99999999999" };
+    for (const char *value : times)
+        QTest::newRow((QByteArray("wait ") + value).constData())
+            << text("tv --wait ") + text(value) << time + text(value);
+}
+
+void tst_LauncherOptions::wrongCommandLinesAreRejected()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, problem);
+
+    QCOMPARE(Options().parse(arguments.split(QLatin1Char(' '))), problem);
+}
+
+void tst_LauncherOptions::aWrongCommandLineIsToldInOneLine()
+{
+    Stage stage;
+
+    const Run run = stage.launch("--fast tv");
+
+    QCOMPARE(run.err, text("nuv-launcher: unknown option --fast; see nuv-launcher --help\n"));
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.status, 2);
+}
+
+void tst_LauncherOptions::theHelpNamesTheOptionsThatAreAccepted()
+{
+    Stage stage;
+
+    const Run run = stage.launch("--help");
+
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.out, Options::helpText());
+    QVERIFY(run.out.startsWith(text("Usage: nuv-launcher [OPTIONS] TAG...\n")));
+    QVERIFY(run.out.contains(text("Exit status: 0 ")));
+    QStringList names;
+    const QList<Entry> entries = entriesOfHelp();
+    for (int i = 0; i < entries.size(); ++i) {
+        names << entries.at(i).name;
+        const QString problem = Options().parse(QStringList(entries.at(i).name));
+        const QString needed = entries.at(i).name + text(" needs ") + entries.at(i).value;
+        QVERIFY(!problem.startsWith(text("unknown")));
+        QCOMPARE(problem == needed, !entries.at(i).value.isEmpty());
+    }
+    QCOMPARE(names.join(text(" ")),
+             text("--screenshot --eval --once --size --wait --timeout --properties --help"));
+    const QStringList lines = run.out.split(QLatin1Char('\n'));
+    for (int i = 0; i < lines.size(); ++i)
+        QVERIFY2(lines.at(i).size() <= 80, qPrintable(lines.at(i)));
+}
+
+void tst_LauncherOptions::theManualSaysWhatTheHelpSays()
+{
+    const QString source = contents(text(LAUNCHER_FOLDER "/nuv-launcher.1"));
+    const QString manual = asRead(source);
+
+    const QList<Entry> entries = entriesOfHelp();
+    for (int i = 0; i < entries.size(); ++i) {
+        const Entry &entry = entries.at(i);
+        const QString words = flat(entry.name + text(" ") + entry.value + text(" ") + entry.words);
+        QVERIFY2(manual.contains(words), qPrintable(words));
+    }
+    QCOMPARE(source.count(text("\n.TP\n\\fB\\-\\-")), entries.size());
+    QStringList paragraphs = Options::helpText().split(text("\n\n"));
+    paragraphs.removeFirst(); // how it is used
+    for (int i = 0; i < paragraphs.size(); ++i) {
+        const QString words = flat(paragraphs.at(i)).remove(text("Exit status: "));
+        if (!words.startsWith(text("--")))
+            QVERIFY2(manual.contains(words), qPrintable(words));
+    }
+}
+
+void tst_LauncherOptions::theDocumentationShowsTheTable()
+{
+    Stage stage;
+
+    const Run run = stage.launch("--properties");
+
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.out, ViewSettings::description());
+    QCOMPARE(run.out.count(QLatin1Char('\n')), 2 + 42);
+    QVERIFY2(contents(text(LAUNCHER_FOLDER "/../../docs/launcher.md"))
+                 .contains(text("\n\n") + run.out + text("\n")),
+             "docs/launcher.md has another table than nuv-launcher --properties");
+}
+
+void tst_LauncherOptions::onceEndsWhenThePagesHaveLoaded()
+{
+    Stage stage;
+    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"page.html\" },"
+                    "{ \"Tag\": \"bad\", \"Url\": \"none.html\" }");
+    stage.write("page.html", "<script>onload = function() { zarexExt.say('loaded') }</script>");
+
+    const Run good = stage.launch("--once tv");
+    const Run bad = stage.launch("--once tv bad");
+
+    QCOMPARE(good.err, QString());
+    QCOMPARE(said(good), text("loaded"));
+    QCOMPARE(good.status, 0);
+    QCOMPARE(said(bad), text("loaded"));
+    QCOMPARE(bad.status, 1);
+}
+
+void tst_LauncherOptions::everyPageIsAsked()
+{
+    Stage stage;
+    stage.configure("{ \"Tag\": \"one\", \"Url\": \"one.html\" },"
+                    "{ \"Tag\": \"two\", \"Url\": \"two.html\" }");
+    stage.write("one.html", "<title>first</title>");
+    stage.write("two.html", "<title>second</title>");
+
+    const Run run = stage.launch("--once --eval document.title one two");
+
+    QCOMPARE(linesAfter("one  answers: ", run.out), QStringList(text("\"first\"")));
+    QCOMPARE(linesAfter("two  answers: ", run.out), QStringList(text("\"second\"")));
+}
+
+void tst_LauncherOptions::aScriptThatFailsIsToldInOneLine_data()
+{
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("unknown name") << text("nosuch")
+                                  << text("ReferenceError: Can't find variable: nosuch");
+    QTest::newRow("no script") << text("1+") << text("SyntaxError: Unexpected end of script");
+    QTest::newRow("thrown") << text("throw('a\\nb')") << text("a?b");
+}
+
+void tst_LauncherOptions::aScriptThatFailsIsToldInOneLine()
+{
+    QFETCH(QString, script);
+    QFETCH(QString, reason);
+    Stage stage;
+    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"page.html\" }");
+    stage.write("page.html", "<p>");
+
+    const Run run = stage.launch((text("--once --eval ") + script + text(" tv")).toLatin1());
+
+    QCOMPARE(run.err, text("nuv-launcher: tv: the script failed: ") + reason + text("\n"));
+    QVERIFY(!run.out.contains(text("answers")));
+    QCOMPARE(run.status, 1);
+}
+
+void tst_LauncherOptions::answersAreGivenAfterTheWait()
+{
+    Stage stage;
+    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"page.html\" }");
+    stage.write("page.html",
+                "<script>late = 'too early';"
+                "onload = function() { setTimeout(\"late = 'now'\", 50) }</script>");
+
+    const Run run = stage.launch("--once --wait 400 --eval late tv");
+
+    QCOMPARE(linesAfter("tv  answers: ", run.out), QStringList(text("\"now\"")));
+}
+
+void tst_LauncherOptions::aPageThatNeverAnswersIsGivenUp()
+{
+    HttpServer server;
+    server.ignore("/");
+    Stage stage;
+    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"page.html\" },"
+                    "{ \"Tag\": \"silent\", \"Url\": \""
+                    + server.address().toLatin1() + "\" }");
+    stage.write("page.html", "<p>");
+
+    const Run run = stage.launch("--screenshot out.png --timeout 300 --eval 1 silent tv");
+
+    QCOMPARE(run.err,
+             text("nuv-launcher: silent: the page ") + server.address()
+                 + text(" has not loaded after 300 ms\n"));
+    QCOMPARE(linesAfter("tv  answers: ", run.out), QStringList(text("1")));
+    QVERIFY(QFile::exists(stage.path("out-tv.png")));
+    QVERIFY(!QFile::exists(stage.path("out-silent.png")));
+    QCOMPARE(run.status, 1);
+}
+
+void tst_LauncherOptions::aPageThatLoadedInTimeIsNotGivenUp()
+{
+    Stage stage;
+    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"page.html\" }");
+    stage.write("page.html", "<p>");
+
+    const Run run = stage.launch("--once --timeout 2000 --wait 2200 --eval 1 tv");
+
+    QCOMPARE(run.err, QString());
+    QCOMPARE(linesAfter("tv  answers: ", run.out), QStringList(text("1")));
+    QCOMPARE(run.status, 0);
+}
+
+void tst_LauncherOptions::nobodyIsAskedWhereTheLauncherEndsByItself()
+{
+    Stage stage;
+    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"page.html\" }");
+    stage.write("page.html",
+                "<script>alert('hello'); said = [confirm('Sure?'), prompt('Who?', 'me')]"
+                "</script>");
+
+    const Run run = stage.launch("--once --eval said tv");
+
+    const QString expected = text("tv  alert: hello\n"
+                                  "tv  asks, and is told no: Sure?\n"
+                                  "tv  asks, and is told nothing: Who?\n"
+                                  "tv  answers: [false,null]\n");
+    QVERIFY2(run.out.endsWith(expected), qPrintable(run.out));
+    QCOMPARE(run.status, 0);
+}
+
+NUV_TEST_MAIN(tst_LauncherOptions)
+
+#include "tst_launcheroptions.moc"
