@@ -81,6 +81,8 @@ if(NUV_BUILD_EXAMPLES)
         "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
     set_target_properties(nuv-launcher PROPERTIES INSTALL_RPATH "$ORIGIN/${nuv_way_to_library}")
     install(TARGETS nuv-launcher DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT launcher)
+    install(FILES examples/launcher/nuv-launcher.1
+        DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT launcher)
     install(DIRECTORY examples/launcher/pages
         DESTINATION "${nuv_data_folder}/launcher" COMPONENT launcher)
     install(FILES examples/launcher/AppsConfig.json

@@ -42,7 +42,23 @@
 #include <QApplication>
 #include <QWebSettings>
 
+#include <sys/resource.h>
+#ifdef Q_OS_LINUX
+#include <sys/prctl.h>
+#endif
+
 namespace {
+
+// The pass phrases of the configuration would stand in a core file. The limit keeps it off the disk;
+// only a process that is not to be dumped is kept from a program that collects core files, too.
+void leaveNoCoreFile()
+{
+    const rlimit nothing = { 0, 0 };
+    setrlimit(RLIMIT_CORE, &nothing);
+#ifdef Q_OS_LINUX
+    prctl(PR_SET_DUMPABLE, 0);
+#endif
+}
 
 bool isSet(const char *variable)
 {
@@ -91,6 +107,7 @@ int showApplications(const Options &options)
 
 int main(int argc, char **argv)
 {
+    leaveNoCoreFile();
     runOffscreenWithoutDisplay();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QLatin1String("nuv-launcher"));
