@@ -1,4 +1,4 @@
-#include "examples/launcher/tlscompat.h"
+#include "global/tlscompat.h"
 #include "examples/launcher/trustedauthorities.h"
 #include "tests/launcher/authority.h"
 #include "tests/launcher/stage.h"
