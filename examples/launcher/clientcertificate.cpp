@@ -1,6 +1,6 @@
 #include "examples/launcher/clientcertificate.h"
 
-#include "examples/launcher/tlscompat.h"
+#include "global/tlscompat.h"
 
 #include <QFile>
 #include <QNetworkRequest>

@@ -2,7 +2,7 @@
 #define CONFIGUREDACCESS_H
 
 #include "examples/launcher/clientcertificate.h"
-#include "examples/launcher/tlscompat.h"
+#include "global/tlscompat.h"
 
 #include <QNetworkAccessManager>
 

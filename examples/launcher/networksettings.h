@@ -15,7 +15,7 @@ bool setDiskCookies(ApplicationView &view, const QVariant &on);
 /// around it.
 bool setProxy(ApplicationView &view, const QVariant &address);
 
-/// Takes an address of the web, without which user and fragment it ever has.
+/// Takes an address of the web. Its user, its password and its fragment are not sent.
 bool setReferrer(ApplicationView &view, const QVariant &address);
 
 /// No toolkit on Linux closes a network session when nothing was transferred for a while, so that

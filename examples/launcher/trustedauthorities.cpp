@@ -1,6 +1,6 @@
 #include "examples/launcher/trustedauthorities.h"
 
-#include "examples/launcher/tlscompat.h"
+#include "global/tlscompat.h"
 
 #include <QFile>
 

@@ -9,6 +9,28 @@
 #include <QStringList>
 #include <QTimer>
 
+/// Several applications, and the arguments that open them all and take their pictures.
+class Applications
+{
+public:
+    Applications() { m_arguments << QLatin1String("--screenshot") << QLatin1String("out.png"); }
+
+    /// The further properties begin with a comma.
+    void add(const char *tag, const QString &url, const QByteArray &properties = QByteArray())
+    {
+        m_elements += (m_elements.isEmpty() ? "{ \"Tag\": \"" : ", { \"Tag\": \"") + QByteArray(tag)
+            + "\", \"Url\": \"" + url.toLatin1() + "\"" + properties + " }";
+        m_arguments << QLatin1String(tag);
+    }
+
+    QByteArray elements() const { return m_elements; } ///< of "Applications"
+    QStringList arguments() const { return m_arguments; }
+
+private:
+    QByteArray m_elements;
+    QStringList m_arguments;
+};
+
 /// What a run of the launcher left behind.
 struct Run {
     int status; ///< -1 when it did not end by itself
@@ -51,8 +73,9 @@ public:
     static QByteArray application(const char *tag, const QString &url,
                                   const QByteArray &properties = QByteArray())
     {
-        return "{ \"Tag\": \"" + QByteArray(tag) + "\", \"Url\": \"" + url.toLatin1() + "\""
-            + properties + " }";
+        Applications one;
+        one.add(tag, url, properties);
+        return one.elements();
     }
 
     void setConfigurationFile(const QString &name) { set("NUV_APPS_CONFIG_FILE", name); }
@@ -120,6 +143,13 @@ public:
         QProcess process;
         start(&process, arguments, folder);
         return finish(&process);
+    }
+
+    /// Opens these applications, in the folder of this stage.
+    Run launch(const Applications &applications) const
+    {
+        configure(applications.elements());
+        return launch(applications.arguments(), m_dir.path());
     }
 
     /// In the folder of this stage; the arguments are separated by spaces.

@@ -1,4 +1,4 @@
-#include "examples/launcher/tlscompat.h"
+#include "global/tlscompat.h"
 #include "examples/launcher/trustedauthorities.h"
 #include "tests/launcher/authority.h"
 #include "tests/launcher/stage.h"
@@ -101,23 +101,21 @@ void tst_LauncherCertificate::theConfiguredCertificateIsPresented_data()
         { "the same in the older form", ownCertificate("device.pem", "old.key", "hush"), "device" },
         { "both in one file", ownCertificate("both.pem"), "device" },
     };
-    QByteArray applications;
-    QStringList arguments = QStringList() << text("--screenshot") << text("out.png");
+    Applications applications;
     for (const Case &row : cases) {
-        const QByteArray path = "/" + QByteArray::number(arguments.size());
+        const QByteArray path =
+            QByteArray("/") + row.client + QByteArray::number(int(&row - cases));
         m_server->serve(path.constData(), "<p>");
-        applications += (applications.isEmpty() ? "" : ", ")
-            + Stage::application(row.name, m_server->address(path.constData()), row.certificate);
-        arguments << text(row.name);
+        applications.add(row.name, m_server->address(path.constData()), row.certificate);
     }
     Stage stage;
     trustAuthority(&stage);
-    stage.configure(applications);
-    const Run run = stage.launch(arguments, stage.path("."));
-    for (int i = 2; i < arguments.size(); ++i) {
-        const QByteArray path = "/" + QByteArray::number(i);
-        QTest::newRow(cases[i - 2].name) << m_server->clients(path.constData())
-                                         << text(cases[i - 2].client) << run.out + run.err;
+    const Run run = stage.launch(applications);
+    for (const Case &row : cases) {
+        const QByteArray path =
+            QByteArray("/") + row.client + QByteArray::number(int(&row - cases));
+        QTest::newRow(row.name) << m_server->clients(path.constData()) << text(row.client)
+                                << run.out + run.err;
     }
 }
 
@@ -192,18 +190,13 @@ void tst_LauncherCertificate::whereItCannotBeUsedNothingIsAskedFor_data()
           "certificate %1/stranger.pem" },
         { "no certificate", QByteArray(), "the page %2 does not load: Connection closed" },
     };
-    QByteArray applications;
-    QStringList arguments = QStringList() << text("--screenshot") << text("out.png");
-    for (const Case &row : cases) {
-        applications += (applications.isEmpty() ? "" : ", ")
-            + Stage::application(row.name, m_server->address(), row.certificate);
-        arguments << text(row.name);
-    }
+    Applications applications;
+    for (const Case &row : cases)
+        applications.add(row.name, m_server->address(), row.certificate);
     Stage stage;
     trustAuthority(&stage);
-    stage.configure(applications);
     m_server->forget();
-    const Run run = stage.launch(arguments, stage.path("."));
+    const Run run = stage.launch(applications);
     const QString folder = QFileInfo(m_authority.path("CA.pem")).path();
     for (const Case &row : cases)
         QTest::newRow(row.name) << text(row.message)
@@ -327,21 +320,19 @@ void tst_LauncherCertificate::applicationsShareNothing()
                     "Cache-Control: max-age=100000\r\n");
     m_server->forget();
     const char *const tags[] = { "device", "other" };
-    QByteArray applications;
+    Applications applications;
     for (const char *tag : tags) {
         const QByteArray name = tag;
-        applications += (applications.isEmpty() ? "" : ", ")
-            + Stage::application(tag, m_server->address("/both"),
-                                 ", \"UseDiskCache\": true, \"UseDiskCookies\": true"
-                                     + ownCertificate((name + ".pem").constData(),
-                                                      (name + ".key").constData()));
+        applications.add(
+            tag, m_server->address("/both"),
+            ", \"UseDiskCache\": true, \"UseDiskCookies\": true"
+                + ownCertificate((name + ".pem").constData(), (name + ".key").constData()));
     }
     Stage stage;
     trustAuthority(&stage);
-    stage.configure(applications);
 
     for (int start = 0; start < 2; ++start) {
-        const Run run = stage.launch("--screenshot out.png device other");
+        const Run run = stage.launch(applications);
         QCOMPARE(run.err, QString());
         QCOMPARE(said(run, "device"), text("a=device"));
         QCOMPARE(said(run, "other"), text("a=other"));

@@ -151,29 +151,26 @@ void tst_LauncherNetwork::valuesThatCannotBeUsedChangeNothing_data()
         { "HttpReferrer", "http://" },
     };
     HttpServer server;
-    QByteArray applications;
-    QStringList arguments = QStringList() << text("--screenshot") << text("out.png");
+    Applications applications;
+    QList<QByteArray> tags;
     for (const char *const(&row)[2] : cases) {
-        const QByteArray path = "/" + QByteArray::number(arguments.size());
+        const QByteArray path = "/" + QByteArray::number(tags.size());
         server.serve(path.constData(), "<p>");
-        arguments << QString(text("%1 %2")).arg(text(row[0]), text(row[1]));
-        applications += (applications.isEmpty() ? "" : ", ")
-            + Stage::application(arguments.last().toLatin1().constData(),
-                                 server.address(path.constData()),
-                                 ", \"" + QByteArray(row[0]) + "\": \"" + row[1] + "\"");
+        tags << QByteArray(row[0]) + ' ' + row[1];
+        applications.add(tags.last().constData(), server.address(path.constData()),
+                         ", \"" + QByteArray(row[0]) + "\": \"" + row[1] + "\"");
     }
-    Stage stage;
-    stage.configure(applications);
-    const Run run = stage.launch(arguments, stage.path("."));
-    for (int i = 2; i < arguments.size(); ++i) {
-        const char *const(&row)[2] = cases[i - 2];
-        const QList<HttpRequest> requests =
-            server.requests(("/" + QByteArray::number(i)).constData());
-        QTest::newRow(arguments.at(i).toLatin1().constData())
-            << arguments.at(i)
-            << QString(text("%1 = \"%2\" cannot be used; it takes %3"))
+    const Run run = Stage().launch(applications);
+    for (int i = 0; i < tags.size(); ++i) {
+        const char *const(&row)[2] = cases[i];
+        const QByteArray path = "/" + QByteArray::number(i);
+        const QList<HttpRequest> requests = server.requests(path.constData());
+        const bool isProxy = qstrcmp(row[0], "HttpProxy") == 0;
+        QTest::newRow(tags.at(i).constData())
+            << text(tags.at(i).constData())
+            << QString(text("%1 = \"%2\" cannot be used; it takes a text as in %3"))
                    .arg(text(row[0]), text(row[1]),
-                        text(i < 9 ? "a text as in host:port" : "a text as in http://host/path"))
+                        text(isProxy ? "host:port" : "http://host/path"))
             << run.err << (requests.size() == 1 && !requests.at(0).headers.contains("referer"));
     }
 }

@@ -1,6 +1,10 @@
 #ifndef TLSCOMPAT_H
 #define TLSCOMPAT_H
 
+// Not part of the public interface, never installed.
+//
+// What qtcompat.h is for the toolkit's core, for its TLS. The library needs none; a launcher does.
+
 #include <QList>
 #include <QSslCertificate>
 #include <QSslConfiguration>
@@ -14,7 +18,6 @@
 
 #ifndef NUV_WITHOUT_TLS
 
-/// How the TLS of Qt 4.8 and of Qt 5.15 differ, as far as a launcher notices.
 namespace TlsCompat {
 
 /// The kinds of keys that the toolkit can read; Qt 4 knows no elliptic curves.
