@@ -180,6 +180,30 @@ QVariant floatingValue(const char *begin, const char *end)
     return QByteArray(begin, int(end - begin)).toDouble();
 }
 
+quint64 eightBytes(const char *bytes)
+{
+    quint64 value;
+    std::memcpy(&value, bytes, sizeof(value));
+    return value;
+}
+
+// Keys are short, and memcmp() would cost more than it does for them. The last eight bytes may have been
+// compared in part before.
+bool areEqual(const char *a, const char *b, int size)
+{
+    int i = 0;
+    if (size >= 8) {
+        for (; i < size - 8; i += 8) {
+            if (eightBytes(a + i) != eightBytes(b + i))
+                return false;
+        }
+        return eightBytes(a + size - 8) == eightBytes(b + size - 8);
+    }
+    while (i != size && a[i] == b[i])
+        ++i;
+    return i == size;
+}
+
 } // namespace
 
 JsonLexer::JsonLexer(const QByteArray &data)
@@ -199,46 +223,57 @@ QVariant JsonLexer::value() const
     return m_token == T_NUMBER ? m_number : QVariant();
 }
 
-// The entry for the key in its bucket, which may hold another key, or none yet.
-inline JsonLexer::KnownKey *JsonLexer::knownKey(const char *key, int size)
+inline int JsonLexer::bucket(const char *key, int size)
 {
-    const uchar *const bytes = reinterpret_cast<const uchar *>(key);
-    quint8 &number = m_buckets[keyHash(bytes, size) % KeyBuckets];
-    if (number == 0) {
-        m_knownKeys.append(KnownKey());
-        number = quint8(m_knownKeys.size());
-    }
-    return &m_knownKeys[number - 1];
+    return int(keyHash(reinterpret_cast<const uchar *>(key), size) % KeyBuckets);
 }
 
 // The keys of a configuration come again in every application, and in one string each. A key that is
 // known is plain text, so it is not searched for escapes again.
+inline int JsonLexer::scanKey(const char *text, const char *quote)
+{
+    const int size = int(quote - text);
+    const quint8 number = m_buckets[bucket(text, size)];
+    if (number == 0)
+        return scanNewKey(text, quote);
+    const KnownKey &known = m_knownKeys[number - 1];
+    if (known.size != size || !areEqual(known.bytes, text, size))
+        return scanNewKey(text, quote);
+    m_text = known.text;
+    return T_STRING;
+}
+
 int JsonLexer::scanString()
 {
     const char *const text = m_current + 1;
     const char *const quote = find('"', text, m_end);
     if (!quote)
         return unterminatedString();
-    const int size = int(quote - text);
     m_current = quote + 1;
-
-    KnownKey *known = nullptr;
-    if (m_current != m_end && *m_current == ':') {
-        known = knownKey(text, size);
-        if (known->size == size && std::memcmp(known->bytes, text, size_t(size)) == 0) {
-            m_text = known->text;
-            return T_STRING;
-        }
-    }
-
+    if (m_current != m_end && *m_current == ':')
+        return scanKey(text, quote);
     if (find('\\', text, quote))
         return scanEscapedString(text, quote);
+    m_text = QtCompat::fromAsciiBytes(text, int(quote - text));
+    return T_STRING;
+}
+
+// The key takes the place of what its bucket held.
+int JsonLexer::scanNewKey(const char *text, const char *quote)
+{
+    if (find('\\', text, quote))
+        return scanEscapedString(text, quote);
+    const int size = int(quote - text);
     m_text = QtCompat::fromAsciiBytes(text, size);
-    if (known) {
-        known->bytes = text;
-        known->size = size;
-        known->text = m_text;
+    quint8 &number = m_buckets[bucket(text, size)];
+    if (number == 0) {
+        m_knownKeys.append(KnownKey());
+        number = quint8(m_knownKeys.size());
     }
+    KnownKey &known = m_knownKeys[number - 1];
+    known.bytes = text;
+    known.size = size;
+    known.text = m_text;
     return T_STRING;
 }
 

@@ -72,12 +72,14 @@ private:
 
     int scanToken();
     int scanString();
+    int scanKey(const char *text, const char *quote);
+    int scanNewKey(const char *text, const char *quote);
     int scanEscapedString(const char *text, const char *quote);
     int scanNumber();
     int scanKeyword();
     int unterminatedString();
 
-    KnownKey *knownKey(const char *key, int size);
+    static int bucket(const char *key, int size);
     ushort *roomBehind(qptrdiff used, qptrdiff bytes);
     const char *readEscape(const char *letter, ushort *unit) const;
 
