@@ -38,8 +38,8 @@ QString prepared(const Case &file, const TemporaryDir &folder)
         return folder.filePath(name);
     }
     const QString text = QLatin1String(file.contents);
-    return folder.write(
-        name, text.arg(QLatin1String(global), QLatin1String(applications)).toLatin1());
+    return folder.write(name,
+                        text.arg(QLatin1String(global), QLatin1String(applications)).toLatin1());
 }
 
 // What the look-ups say, in the words of the table.
@@ -115,8 +115,8 @@ void tst_IntegratingDocument::theLookUpsAnswerLikeThis_data()
     QTest::addColumn<int>("index");
     const int count = int(sizeof cases / sizeof cases[0]);
     for (int i = 0; i < count; ++i)
-        QTest::newRow(qPrintable(QString::fromLatin1("%1: %2").arg(i).arg(
-            QLatin1String(cases[i].file))))
+        QTest::newRow(
+            qPrintable(QString::fromLatin1("%1: %2").arg(i).arg(QLatin1String(cases[i].file))))
             << i;
 }
 
