@@ -177,7 +177,8 @@ const ViewSetting ViewSettings::table[] = {
       PageSettings::setConsoleSuppressed },
     { "RemoteInspectorPort", &AppConfig::getRemoteInspectorPort, &ValueKinds::port, process,
       atStart,
-      "the port of the one inspector of all applications, whoever opens it first; 0 is none",
+      "the port of the one inspector of all applications, unless an earlier one or the global port "
+      "decided about it; 0 is none",
       nullptr, EngineSettings::setInspectorPort },
 
     // The engine forgets it when another of the web settings is applied.
