@@ -279,20 +279,28 @@ void tst_LauncherNetwork::cookiesThatCannotBeKeptAreTold()
 void tst_LauncherNetwork::whatWasFetchedSurvivesARestartOnDemand_data()
 {
     QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QByteArray>("policy");
     QTest::addColumn<int>("fetched");
 
-    QTest::newRow("on") << QByteArray(", \"UseDiskCache\": true") << 1;
-    QTest::newRow("off") << QByteArray(", \"UseDiskCache\": false") << 2;
-    QTest::newRow("unset") << QByteArray() << 2;
+    const QByteArray on = ", \"UseDiskCache\": true";
+    const QByteArray off = ", \"UseDiskCache\": false";
+    const QByteArray lasting = "Cache-Control: max-age=100000";
+    QTest::newRow("on") << on << lasting << 1;
+    QTest::newRow("on, and not to be kept") << on << QByteArray("Cache-Control: no-store") << 2;
+    QTest::newRow("on, and out of date")
+        << on << QByteArray("Expires: Sat, 01 Jan 2000 00:00:00 GMT") << 2;
+    QTest::newRow("off") << off << lasting << 2;
+    QTest::newRow("unset") << QByteArray() << lasting << 2;
 }
 
 void tst_LauncherNetwork::whatWasFetchedSurvivesARestartOnDemand()
 {
     QFETCH(QByteArray, property);
+    QFETCH(QByteArray, policy);
     QFETCH(int, fetched);
     HttpServer server;
     server.serve("/", "<script src='script.js'></script>");
-    server.serve("/script.js", "zarexExt.say('hello')", "Cache-Control: max-age=100000\r\n");
+    server.serve("/script.js", "zarexExt.say('hello')", policy + "\r\n");
     Stage stage;
     stage.configure(tv(server.address(), property));
 
