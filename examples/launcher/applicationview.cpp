@@ -5,6 +5,7 @@
 #include "examples/launcher/configurationfile.h"
 #include "examples/launcher/console.h"
 #include "examples/launcher/remoteinspector.h"
+#include "examples/launcher/valuekind.h"
 #include "examples/launcher/viewsettings.h"
 #include "examples/launcher/websurface.h"
 #include "examples/launcher/zarexextfactory.h"
@@ -17,6 +18,15 @@
 #include <QVBoxLayout>
 #include <QWebFrame>
 #include <QWebSecurityOrigin>
+
+namespace {
+
+bool isEmptyText(const QVariant &value)
+{
+    return value.userType() == QMetaType::QString && value.toString().isEmpty();
+}
+
+} // namespace
 
 ApplicationView::ApplicationView(const QString &tag)
     : m_page(new ApplicationPage(this)),
@@ -231,19 +241,18 @@ void ApplicationView::printUrl(QNetworkReply *reply)
 
 void ApplicationView::useCertificate(const AppConfig &config)
 {
-    const QString certificate = config.getCertPath().toString();
-    if (certificate.isEmpty() || !m_network)
+    const QVariant certificate = config.getCertPath();
+    if (!m_network || !certificate.isValid() || isEmptyText(certificate))
         return;
     // A file can hold both.
     const QVariant key = config.getCertPrivateKey();
-    const QString keyFile = key.isValid() ? key.toString() : certificate;
+    const QString file = ConfigurationFile::resolve(certificate.toString());
+    const QString keyFile = key.isValid() ? ConfigurationFile::resolve(key.toString()) : file;
     const QVariant passPhrase = config.getCertPassPhrase();
-    if (passPhrase.isValid())
-        m_network->setSslConfiguration(ConfigurationFile::resolve(certificate),
-                                       ConfigurationFile::resolve(keyFile), passPhrase.toString());
+    if (ValueKinds::secret.accepts(passPhrase))
+        m_network->setSslConfiguration(file, keyFile, passPhrase.toString());
     else
-        m_network->setSslConfiguration(ConfigurationFile::resolve(certificate),
-                                       ConfigurationFile::resolve(keyFile));
+        m_network->setSslConfiguration(file, keyFile);
 }
 
 // The property of a network module that has one.

@@ -67,12 +67,7 @@ bool isNumberOfBytes(const QVariant &value)
 
 QString asText(const QVariant &value)
 {
-    return value.toString();
-}
-
-QString joined(const QVariant &value)
-{
-    return isListOfTexts(value) ? value.toStringList().join(QLatin1String(", ")) : asText(value);
+    return isListOfTexts(value) ? value.toStringList().join(QLatin1String(", ")) : value.toString();
 }
 
 QString masked(const QVariant &)
@@ -99,7 +94,7 @@ const ValueKind ValueKinds::port = { "a whole number from 0 to 65535", isPort, a
 const ValueKind ValueKinds::bytes = { "a whole number of bytes up to 9007199254740991",
                                       isNumberOfBytes, asText };
 const ValueKind ValueKinds::domains = { "a list of domains as in tv.example", isListOfTexts,
-                                        joined };
+                                        asText };
 const ValueKind ValueKinds::secret = { "a text", isText, masked };
 const ValueKind ValueKinds::proxy = { "a text as in host:port", isFilledText, withMaskedPassword };
 const ValueKind ValueKinds::webAddress = { "a text as in http://host/path", isFilledText, asText };

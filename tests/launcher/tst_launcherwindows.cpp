@@ -6,6 +6,7 @@
 #include "examples/launcher/launchernetwork.h"
 #include "examples/launcher/pagescript.h"
 #include "examples/launcher/websurface.h"
+#include "hooks/networkaccessmanager.h"
 #include "tests/launcher/output.h"
 #include "tests/support/guitestmain.h"
 #include "tests/support/temporarydir.h"
@@ -65,6 +66,41 @@ private:
     ApplicationView m_view;
 };
 
+/// A network module that notes what it is configured with.
+class NotingNetwork : public NetworkAccessManager
+{
+public:
+    NotingNetwork(QObject *parent, QStringList *noted)
+        : NetworkAccessManager(parent), m_noted(noted)
+    {
+    }
+
+    void setSslConfiguration(QString const &certificate, QString const &key,
+                             QString const &passPhrase) override
+    {
+        *m_noted << certificate << key << passPhrase;
+    }
+
+    void setSslConfiguration(QString const &certificate, QString const &key) override
+    {
+        *m_noted << certificate << key;
+    }
+
+private:
+    QStringList *m_noted;
+};
+
+class NotingNetworkFactory : public NetworkAccessManagerFactory
+{
+public:
+    NetworkAccessManager *create(QObject *parent) override
+    {
+        return new NotingNetwork(parent, &noted);
+    }
+
+    QStringList noted;
+};
+
 void wheel(QWidget *widget, const QPoint &at)
 {
     QWheelEvent event = ToolkitDifferences::wheelNotch(at, widget->mapToGlobal(at));
@@ -104,6 +140,8 @@ private Q_SLOTS:
     void bordersStayWhateverElseIsConfigured();
     void theLaterOfTwoNamesDecides();
 
+    void theNetworkModuleIsToldOfTheCertificate_data();
+    void theNetworkModuleIsToldOfTheCertificate();
     void aKeptWindowIsShownAgainAsItWas();
     void aPageThatClosesItsWindowCloses();
     void anUnattendedPageStopsAScriptThatDoesNotEnd();
@@ -112,14 +150,14 @@ private Q_SLOTS:
 
 private:
     TemporaryDir m_folder;
+    LauncherNetworkFactory m_networks;
 };
 
 void tst_LauncherWindows::initTestCase()
 {
     static LauncherExtensionFactory extensions;
     registerZarexExtFactory(&extensions);
-    static LauncherNetworkFactory networks;
-    registerNetworkAccessManagerFactory(&networks);
+    registerNetworkAccessManagerFactory(&m_networks);
     m_folder.write(text("one.html"), "<title>one</title><p>one");
     m_folder.write(text("two.html"), "<title>two</title><p>two");
     m_folder.write(text("high.html"), high);
@@ -397,6 +435,49 @@ void tst_LauncherWindows::theLaterOfTwoNamesDecides()
 
     QCOMPARE(on.answer("typeof openDatabase"), text("function"));
     QCOMPARE(off.answer("typeof openDatabase"), text("undefined"));
+}
+
+void tst_LauncherWindows::theNetworkModuleIsToldOfTheCertificate_data()
+{
+    QTest::addColumn<QVariant>("certificate");
+    QTest::addColumn<QVariant>("key");
+    QTest::addColumn<QVariant>("passPhrase");
+    QTest::addColumn<QString>("told");
+
+    const QVariant none;
+    const QVariant file = text("/c.pem");
+    const QVariant key = text("/k.pem");
+    QTest::newRow("three texts") << file << key << QVariant(text("hush"))
+                                 << text("/c.pem /k.pem hush");
+    QTest::newRow("two without a pass phrase") << file << key << none << text("/c.pem /k.pem");
+    QTest::newRow("three with an empty one")
+        << file << key << QVariant(text("")) << text("/c.pem /k.pem ");
+    QTest::newRow("two with one that cannot be used")
+        << file << key << QVariant(4711) << text("/c.pem /k.pem");
+    QTest::newRow("one file for both") << file << none << none << text("/c.pem /c.pem");
+    QTest::newRow("none at all") << none << none << none << QString();
+    QTest::newRow("an empty certificate is none")
+        << QVariant(text("")) << none << none << QString();
+}
+
+void tst_LauncherWindows::theNetworkModuleIsToldOfTheCertificate()
+{
+    QFETCH(QVariant, certificate);
+    QFETCH(QVariant, key);
+    QFETCH(QVariant, passPhrase);
+    QFETCH(QString, told);
+    NotingNetworkFactory networks;
+    registerNetworkAccessManagerFactory(&networks);
+    AppConfig config;
+    config.setCertPath(certificate);
+    config.setCertPrivateKey(key);
+    config.setCertPassPhrase(passPhrase);
+
+    Output err(stderr);
+    Window window(config);
+
+    registerNetworkAccessManagerFactory(&m_networks);
+    QCOMPARE(networks.noted.join(text(" ")), told);
 }
 
 void tst_LauncherWindows::aKeptWindowIsShownAgainAsItWas()
