@@ -1,4 +1,5 @@
 #include "tests/launcher/stage.h"
+#include "tests/support/appconfigproperties.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
@@ -10,6 +11,13 @@
 namespace {
 
 const QRgb green = 0xff00ff00u;
+
+/// Whether a property stands in an application's section under its own name, as a single value.
+bool isSimple(const AppConfigProperty &property)
+{
+    return qstrcmp(property.name, property.inFile) == 0
+        && qstrcmp(property.name, "GrantBroadcastAccessRightDomains") != 0;
+}
 
 } // namespace
 
@@ -31,6 +39,7 @@ private Q_SLOTS:
     void anApplicationNamedTwiceIsOpenedOnce();
 
     void everyConfiguredPropertyIsPrinted();
+    void aPropertyThatIsNullIsAsOneThatIsMissing();
     void secretsAreNeverShown();
     void controlCharactersOfPagesDoNotReachTheTerminal();
 
@@ -231,52 +240,17 @@ void tst_Launcher::anApplicationNamedTwiceIsOpenedOnce()
 
 void tst_Launcher::everyConfiguredPropertyIsPrinted()
 {
-    const char *const names[] = { "ProhibitMainFrameScrolling",
-                                  "GrantBroadcastRelatedSecurityClearance",
-                                  "OfflineStorageDatabaseEnabled",
-                                  "OfflineWebApplicationCacheEnabled",
-                                  "LocalContentCanAccessRemoteUrls",
-                                  "NetworkSessionNoAutoClose",
-                                  "HttpReferrer",
-                                  "DisableSpatialNavigation",
-                                  "HttpProxy",
-                                  "RemoteInspectorPort",
-                                  "Frameless",
-                                  "ShowScrollbar",
-                                  "WindowOpacity",
-                                  "OfflineStorageDefaultQuotaSize",
-                                  "EnableShowErrorPage",
-                                  "ShowChrome",
-                                  "Scale",
-                                  "SuppressWebCoreWarningMessages",
-                                  "UseTransparentBackground",
-                                  "StartMaximized",
-                                  "PrintLoadedUrls",
-                                  "UseDiskCookies",
-                                  "UseOfflineWebApplicationCache",
-                                  "UseOfflineStorageDatabase",
-                                  "UseLocalStorage",
-                                  "ResizesToContents",
-                                  "ShowFrameRate",
-                                  "CacheWebView",
-                                  "UseFrameFlattening",
-                                  "ShowDebugBorders",
-                                  "UseWebGL",
-                                  "UseTiledBackingStore",
-                                  "UseCompositing",
-                                  "UseDiskCache",
-                                  "UseGraphicsView",
-                                  "Url",
-                                  "UserScript",
-                                  "UserAgent" };
     Stage stage;
     QByteArray application = "{ \"Tag\": \"tv\", \"Certificate\": { \"Path\": \"c.pem\","
                              "\"PrivateKey\": \"k.pem\", \"PassPhrase\": \"hush\" },"
                              "\"GrantBroadcastAccessRightDomains\": [ { \"Domain\": \"a\" } ]";
     QStringList expected;
-    for (const char *name : names) {
-        application += ", \"" + QByteArray(name) + "\": \"value of " + name + "\"";
-        expected << text(name) + text(" = value of ") + text(name);
+    for (const AppConfigProperty &property : appConfigProperties) {
+        if (!isSimple(property))
+            continue;
+        application +=
+            ", \"" + QByteArray(property.name) + "\": \"value of " + property.name + "\"";
+        expected << text(property.name) + text(" = value of ") + text(property.name);
     }
     expected << text("CertPath = c.pem") << text("CertPrivateKey = k.pem")
              << text("CertPassPhrase = ********") << text("GrantBroadcastAccessRightDomains = a");
@@ -290,6 +264,26 @@ void tst_Launcher::everyConfiguredPropertyIsPrinted()
     expected.sort();
     QCOMPARE(expected.size(), 42);
     QCOMPARE(printed.join(text("\n")), expected.join(text("\n")));
+}
+
+void tst_Launcher::aPropertyThatIsNullIsAsOneThatIsMissing()
+{
+    Stage stage;
+    QByteArray application = "{ \"Tag\": \"tv\", \"Certificate\": { \"Path\": null,"
+                             "\"PrivateKey\": null, \"PassPhrase\": null },"
+                             "\"GrantBroadcastAccessRightDomains\": null";
+    for (const AppConfigProperty &property : appConfigProperties) {
+        if (isSimple(property) && qstrcmp(property.name, "Url") != 0)
+            application += ", \"" + QByteArray(property.name) + "\": null";
+    }
+    stage.write("page.html", "<p>");
+    stage.configure(application + ", \"Url\": \"page.html\" }");
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.out, text("Configuration file: AppsConfig.json\ntv  Url = page.html\n"));
+    QCOMPARE(run.status, 0);
 }
 
 void tst_Launcher::secretsAreNeverShown()
