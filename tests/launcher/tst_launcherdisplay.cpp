@@ -4,6 +4,7 @@
 #include "examples/launcher/launchernetwork.h"
 #include "tests/launcher/output.h"
 #include "tests/support/guitestmain.h"
+#include "tests/support/toolkitdifferences.h"
 
 #include <QImage>
 #include <QWebFrame>
@@ -41,10 +42,23 @@ public:
 
     QRgb pixel(int x, int y) const { return m_picture.pixel(x, y); }
 
+    /// What the screen shows at this place of the window.
+    QRgb onScreen(int x, int y) const
+    {
+        return ToolkitDifferences::screen().pixel(m_view.mapToGlobal(QPoint(x, y)));
+    }
+
 private:
     ApplicationView m_view;
     QImage m_picture;
 };
+
+/// But for what is rounded where colours are mixed.
+bool areAlike(QRgb a, QRgb b)
+{
+    return qAbs(qRed(a) - qRed(b)) < 4 && qAbs(qGreen(a) - qGreen(b)) < 4
+        && qAbs(qBlue(a) - qBlue(b)) < 4;
+}
 
 const QRgb blue = 0xff0000ffu;
 const QRgb green = 0xff00ff00u;
@@ -81,6 +95,8 @@ private Q_SLOTS:
     void layersShowTheirBordersWhereTheyArePutTogether_data();
     void layersShowTheirBordersWhereTheyArePutTogether();
     void aPageIsDrawnInTilesAsItIsWithoutThem();
+    void whatLiesBehindAWindowShinesThrough_data();
+    void whatLiesBehindAWindowShinesThrough();
 };
 
 void tst_LauncherDisplay::initTestCase()
@@ -163,6 +179,51 @@ void tst_LauncherDisplay::aPageIsDrawnInTilesAsItIsWithoutThem()
 
     QCOMPARE(window.pixel(100, 60), green);
     QCOMPARE(window.pixel(20, 20), 0xffffffffu);
+}
+
+// A page with a green square, in front of a blue window.
+void tst_LauncherDisplay::whatLiesBehindAWindowShinesThrough_data()
+{
+    QTest::addColumn<QVariant>("opacity");
+    QTest::addColumn<QVariant>("transparent");
+    QTest::addColumn<uint>("inSquare");
+    QTest::addColumn<uint>("besideSquare");
+
+    const QVariant unset;
+    const uint white = 0xffffffffu;
+    QTest::newRow("nothing configured") << unset << unset << green << white;
+    QTest::newRow("opaque") << QVariant(1) << QVariant(false) << green << white;
+    QTest::newRow("half") << QVariant(0.5) << unset << 0xff007f7fu << 0xff7f7fffu;
+    QTest::newRow("invisible") << QVariant(0) << unset << blue << blue;
+    QTest::newRow("transparent page") << unset << QVariant(true) << green << blue;
+    QTest::newRow("both") << QVariant(0.5) << QVariant(true) << 0xff007f7fu << blue;
+}
+
+void tst_LauncherDisplay::whatLiesBehindAWindowShinesThrough()
+{
+    QFETCH(QVariant, opacity);
+    QFETCH(QVariant, transparent);
+    QFETCH(uint, inSquare);
+    QFETCH(uint, besideSquare);
+    AppConfig config;
+    config.setWindowOpacity(opacity);
+    config.setUseTransparentBackground(transparent);
+    QWidget behind;
+    behind.setStyleSheet(text("background: #00f"));
+    behind.setGeometry(0, 0, 400, 300);
+    behind.show();
+    QTest::qWait(50); // the later window is in front
+
+    Window window(config);
+    window.show("<!DOCTYPE html><body style='margin: 0'>"
+                "<div style='width: 100px; height: 100px; background: #0f0'></div>");
+
+    for (int i = 0; i < 100 && !areAlike(window.onScreen(50, 50), inSquare); ++i)
+        QTest::qWait(20); // the windows are put together by another program
+    const QString seen = QString::number(window.onScreen(50, 50), 16) + QLatin1Char(' ')
+        + QString::number(window.onScreen(200, 150), 16);
+    QVERIFY2(areAlike(window.onScreen(50, 50), inSquare), qPrintable(seen));
+    QVERIFY2(areAlike(window.onScreen(200, 150), besideSquare), qPrintable(seen));
 }
 
 NUV_GUI_TEST_MAIN(tst_LauncherDisplay)

@@ -84,6 +84,8 @@ QString attributeIsSet(ApplicationView &view)
     return yesOrNo(view.page()->settings()->testAttribute(attribute));
 }
 
+const QRgb green = 0xff00ff00u;
+
 // How each effect is seen.
 
 /// Loads the first page of an application. Returns an empty text, or why it failed.
@@ -123,12 +125,13 @@ QString classThatShowsThePage(ApplicationView &view)
     load(view, file("green.html"));
     const QRgb pixel = view.picture().pixel(20, 20);
     return QLatin1String(view.page()->view()->metaObject()->className())
-        + QLatin1String(pixel == 0xff00ff00u ? ", green" : ", blank");
+        + QLatin1String(pixel == green ? ", green" : ", blank");
 }
 
+// Off screen a frame of a few pixels is only reckoned with.
 QString frame(ApplicationView &view)
 {
-    return yesOrNo(!(view.windowFlags() & Qt::FramelessWindowHint));
+    return yesOrNo(view.frameGeometry() != view.geometry());
 }
 
 QString maximized(ApplicationView &view)
@@ -147,15 +150,22 @@ QString alphaOfThePage(ApplicationView &view)
     return QString::number(qAlpha(view.picture().pixel(200, 200)));
 }
 
-QString widthInPagePixels(ApplicationView &view)
+/// How many pixels the page is wide in its own measure, and the square in it in that of the picture.
+QString widths(ApplicationView &view)
 {
-    return answerOf(view, "page.html", "innerWidth");
+    const QString width = answerOf(view, "square.html", "innerWidth");
+    const QImage picture = view.picture();
+    int ofSquare = 0;
+    while (ofSquare < picture.width() && picture.pixel(ofSquare, 10) == green)
+        ++ofSquare;
+    return width + QLatin1String(", ") + QString::number(ofSquare);
 }
 
 QString scrollBar(ApplicationView &view)
 {
-    return answerOf(view, "high.html",
-                    "innerWidth > document.documentElement.clientWidth ? 'yes' : 'no'");
+    load(view, file("highgreen.html"));
+    const QImage picture = view.picture();
+    return yesOrNo(picture.pixel(picture.width() - 5, picture.height() / 2) != green);
 }
 
 QString addressLine(ApplicationView &view)
@@ -397,7 +407,7 @@ const std::vector<Effect> &effects()
         { "StartMaximized", on, nullptr, QVariant(), maximized, "no", "yes" },
         { "WindowOpacity", 0.5, nullptr, QVariant(), opacity, "1.00", "0.50" },
         { "UseTransparentBackground", on, nullptr, QVariant(), alphaOfThePage, "255", "0" },
-        { "Scale", 2, nullptr, QVariant(), widthInPagePixels, "400", "200" },
+        { "Scale", 2, nullptr, QVariant(), widths, "400, 50", "200, 100" },
         { "ShowScrollbar", off, nullptr, QVariant(), scrollBar, "yes", "no" },
         { "ShowChrome", on, nullptr, QVariant(), addressLine, "no", "page.html" },
         { "ResizesToContents", on, "UseGraphicsView", on, heightOfTheItem, "the window's",
@@ -513,7 +523,7 @@ private:
 QVariantList oneOfEachKind()
 {
     return QVariantList() << true << 7 << Q_INT64_C(5000000000) << 1.5 << text("text")
-                          << QStringList(text("a list"));
+                          << (QStringList() << text("a list") << text("of texts"));
 }
 
 bool isNumber(const QVariant &value)
@@ -559,6 +569,10 @@ void tst_ViewSettings::initTestCase()
     } files[] = {
         { "page.html", "<p>a page" },
         { "green.html", "<body style='background: #0f0'>" },
+        { "highgreen.html", "<body style='background: #0f0; height: 3000px'>" },
+        { "square.html",
+          "<!DOCTYPE html><body style='margin: 0'>"
+          "<div style='width: 50px; height: 50px; background: #0f0'></div>" },
         { "high.html",
           "<!DOCTYPE html><div id='part' style='height: 100px; overflow: auto'>"
           "<div style='height: 1000px'></div></div><div style='height: 3000px'></div>" },

@@ -7,7 +7,16 @@
 #include <QTextCodec>
 
 #ifdef QT_GUI_LIB
+#include <QImage>
+#include <QPixmap>
 #include <QWheelEvent>
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+#include <QApplication>
+#include <QDesktopWidget>
+#else
+#include <QGuiApplication>
+#include <QScreen>
+#endif
 #endif
 
 #include <limits>
@@ -171,6 +180,16 @@ inline QWheelEvent wheelNotch(const QPoint &at, const QPoint &globalAt)
 #else
     return QWheelEvent(at, globalAt, QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
                        Qt::NoScrollPhase, false);
+#endif
+}
+
+/// What the whole screen shows, all windows on it.
+inline QImage screen()
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return QPixmap::grabWindow(QApplication::desktop()->winId()).toImage();
+#else
+    return QGuiApplication::primaryScreen()->grabWindow(0).toImage();
 #endif
 }
 #endif
