@@ -130,6 +130,13 @@ void tst_LauncherExtension::scriptsSeeTheseMembersAndNoOthers()
 
     QCOMPARE(sorted(listed.split(QLatin1Char(','))).join(text(" ")),
              sorted(expected).join(text(" ")));
+    // The name of the object is there, but answers nothing. Beyond that it is as any other object.
+    expected << text("objectName");
+    QCOMPARE(sorted(host.ask("Object.getOwnPropertyNames(zarexExt).join()").split(QLatin1Char(',')))
+                 .join(text(" ")),
+             sorted(expected).join(text(" ")));
+    QCOMPARE(host.ask("Object.getPrototypeOf(zarexExt) === Object.prototype"), text("true"));
+    expected.removeOne(text("objectName"));
     QStringList reached;
     const QMetaObject *meta = host.extension()->metaObject();
     for (int i = 0; i < meta->methodCount(); ++i)

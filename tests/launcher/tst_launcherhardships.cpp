@@ -30,6 +30,8 @@ void tst_LauncherHardships::aServerThatMisbehavesStopsNobodyElse_data()
     QTest::newRow("closes in the middle of the page") << QByteArray(
         "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 1000\r\n\r\n<p>")
                                                       << text("the server broke off its answer");
+    QTest::newRow("refuses without a word")
+        << QByteArray("HTTP/1.1 500 Sorry\r\nContent-Length: 0\r\n\r\n") << text("Sorry");
     QTest::newRow("speaks another language")
         << QByteArray("220 mail.example\r\n") << text("Connection closed");
     QTest::newRow("redirects to itself")
