@@ -110,6 +110,7 @@ private:
 /// | bool isContainer(const Node &)                       |                                            |
 /// | void store(Node &, const QString &, QVariantMap &)   | puts a scalar under a key in front of all  |
 /// | Level open(Node &)                                   | an open container, behind its last entry   |
+/// | Level: Level()                                       | what the vector of Qt 4 fills its room with|
 /// | Level: bool isArray(), int count()                   | what the container is, and its size        |
 /// | Level: bool stepBack()                               | goes to the entry in front, if there is one|
 /// | Level: KeyName name(), Node &node()                  | of that entry                              |

@@ -32,6 +32,15 @@ public:
     class Level
     {
     public:
+        Level()
+            : m_entries(nullptr),
+              m_first(nullptr),
+              m_current(nullptr),
+              m_isArray(false),
+              m_positions(0)
+        {
+        }
+
         Level(CompactEntry *entries, const int *first, const CompactNode &container)
             : m_entries(entries),
               m_first(first),

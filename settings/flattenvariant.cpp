@@ -22,6 +22,8 @@ public:
     class Level
     {
     public:
+        Level() : m_list(nullptr), m_positions(0) {}
+
         explicit Level(const QVariantMap &map)
             : m_begin(map.constBegin()), m_member(map.constEnd()), m_list(nullptr), m_positions(0)
         {
