@@ -160,6 +160,29 @@ private:
     QVariantMap m_copy;
 };
 
+// What the toolkit alone does with the one number of the document that needs memory for it.
+class ReadingDigits : public Work
+{
+public:
+    ReadingDigits() : m_digits("-0.1234567890123456"), m_number(0) {}
+    void run() override { m_number = m_digits.toDouble(); }
+    QByteArray result() const override { return QByteArray::number(m_number); }
+
+private:
+    const QByteArray m_digits;
+    double m_number;
+};
+
+class WritingDigits : public Work
+{
+public:
+    void run() override { m_text = QString::number(-0.1234567890123456, 'g', 15); }
+    QByteArray result() const override { return m_text.toLatin1(); }
+
+private:
+    QString m_text;
+};
+
 class SettingInTree : public Work
 {
 public:
@@ -322,6 +345,8 @@ const struct {
     { "flattening", make<Flattening> },
     { "unflattening", make<Unflattening> },
     { "the toolkit's copying of a map", make<CopyingMap> },
+    { "the toolkit's reading of digits", make<ReadingDigits> },
+    { "the toolkit's writing of digits", make<WritingDigits> },
     { "setting in a tree", make<SettingInTree> },
     { "writing", make<Writing> },
     { "writing compactly", make<WritingCompactly> },
@@ -412,12 +437,33 @@ Sweep sweep(const QByteArray &name, Allocations::Duration duration)
     return result;
 }
 
-// The toolkit loses what it has copied of a map when it cannot copy all of it.
+// Where the toolkit may lose blocks of its own, and how often it comes there. It loses what it has copied
+// of a map when it cannot copy all of it; Qt 4 loses what it has of a number between digits and double.
+// The read callback reads this document twice, since it is not a plain one.
+const struct {
+    const char *work;
+    const char *partOfTheToolkit;
+    int times;
+} lossyWorks[] = {
+    { "the toolkit's copying of a map", "the toolkit's copying of a map", 1 },
+    { "setting in a tree", "the toolkit's copying of a map", 1 },
+    { "the toolkit's reading of digits", "the toolkit's reading of digits", 1 },
+    { "parsing", "the toolkit's reading of digits", 1 },
+    { "parsing with an error", "the toolkit's reading of digits", 1 },
+    { "read callback", "the toolkit's reading of digits", 2 },
+    { "the toolkit's writing of digits", "the toolkit's writing of digits", 1 },
+    { "writing", "the toolkit's writing of digits", 1 },
+    { "writing compactly", "the toolkit's writing of digits", 1 },
+    { "write callback", "the toolkit's writing of digits", 1 },
+};
+
 int leaksOfTheToolkit(const QByteArray &name, Allocations::Duration duration)
 {
-    const char *const copying = "the toolkit's copying of a map";
-    const bool copies = name == copying || name == "setting in a tree";
-    return copies ? sweep(copying, duration).leaks : 0;
+    for (const auto &lossy : lossyWorks) {
+        if (name == lossy.work)
+            return lossy.times * sweep(lossy.partOfTheToolkit, duration).leaks;
+    }
+    return 0;
 }
 
 enum { FirstThrew = 1, NothingLeaked = 2, SecondIsRight = 4, NothingFailed = 8 };
