@@ -3,6 +3,7 @@
 
 #include <QtGlobal>
 
+#include <cerrno>
 #include <csignal>
 
 #include <fcntl.h>
@@ -40,15 +41,26 @@ public:
     /// The exit status, or the signal that ended it as a negative number. Only once.
     int wait()
     {
-        int status = 0;
-        if (::waitpid(m_id, &status, 0) != m_id)
-            qFatal("a process has gone without its status");
+        const int status = waitForStatus();
         m_id = 0;
         return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
     }
 
 private:
     Q_DISABLE_COPY(ChildProcess)
+
+    // The end of another child interrupts it: Qt 4 handles that signal.
+    int waitForStatus() const
+    {
+        int status = 0;
+        pid_t id = -1;
+        do
+            id = ::waitpid(m_id, &status, 0);
+        while (id < 0 && errno == EINTR);
+        if (id != m_id)
+            qFatal("a process has gone without its status");
+        return status;
+    }
 
     static void keepQuiet()
     {
