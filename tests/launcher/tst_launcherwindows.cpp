@@ -12,6 +12,7 @@
 #include "tests/support/temporarydir.h"
 #include "tests/support/toolkitdifferences.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QEventLoop>
 #include <QGraphicsView>
