@@ -57,9 +57,10 @@ static void compareWithRecursion(const QByteArray &bytes, const QSettings::Setti
     if (plain.isTooDeep())
         return;
     QSettings::SettingsMap reference;
-    QString prefix;
-    if (plain.error().isEmpty())
+    if (plain.error().isEmpty()) {
+        QString prefix;
         referenceFlatten(prefix, reference, plain.tree());
+    }
     Fuzz::requireEqual(describeLines(map), describeLines(reference),
                        "the flat keys are those of a plain recursion");
 }
