@@ -233,12 +233,12 @@ inline int JsonLexer::bucket(const char *key, int size)
 inline int JsonLexer::scanKey(const char *text, const char *quote)
 {
     const int size = int(quote - text);
-    const quint8 number = m_buckets[bucket(text, size)];
+    quint8 &number = m_buckets[bucket(text, size)];
     if (number == 0)
-        return scanNewKey(text, quote);
+        return scanNewKey(text, quote, number);
     const KnownKey &known = m_knownKeys[number - 1];
     if (known.size != size || !areEqual(known.bytes, text, size))
-        return scanNewKey(text, quote);
+        return scanNewKey(text, quote, number);
     m_text = known.text;
     return T_STRING;
 }
@@ -259,13 +259,12 @@ int JsonLexer::scanString()
 }
 
 // The key takes the place of what its bucket held.
-int JsonLexer::scanNewKey(const char *text, const char *quote)
+int JsonLexer::scanNewKey(const char *text, const char *quote, quint8 &number)
 {
     if (find('\\', text, quote))
         return scanEscapedString(text, quote);
     const int size = int(quote - text);
     m_text = QtCompat::fromAsciiBytes(text, size);
-    quint8 &number = m_buckets[bucket(text, size)];
     if (number == 0) {
         m_knownKeys.append(KnownKey());
         number = quint8(m_knownKeys.size());

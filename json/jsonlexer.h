@@ -73,7 +73,7 @@ private:
     int scanToken();
     int scanString();
     int scanKey(const char *text, const char *quote);
-    int scanNewKey(const char *text, const char *quote);
+    int scanNewKey(const char *text, const char *quote, quint8 &number);
     int scanEscapedString(const char *text, const char *quote);
     int scanNumber();
     int scanKeyword();
