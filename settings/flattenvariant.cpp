@@ -129,6 +129,13 @@ bool PlainTreeCheck::passes(const QVariantMap &map)
     return true;
 }
 
+// The component is found by searching, not by its length: of a key that contains a separator only the
+// last piece is taken away, and the pieces in front of it stay. That has always been so.
+void leaveComponent(QString &prefix)
+{
+    prefix.truncate(prefix.lastIndexOf(Separator, -2) + 1);
+}
+
 // Walks any tree in its own order, with a list of the open containers in place of recursion.
 class Flattener
 {
@@ -145,7 +152,6 @@ private:
     void visitElement(Level &level);
     void visit(const QString &name, const QVariant &value);
     void visit(const QVariant &value);
-    void leaveComponent();
 
     QString &m_prefix;
     QSettings::SettingsMap &m_map;
@@ -174,7 +180,7 @@ void Flattener::visitEntries()
             return;
     }
     m_levels.pop_back();
-    leaveComponent();
+    leaveComponent(m_prefix);
 }
 
 void Flattener::visitMember(Level &level)
@@ -201,7 +207,7 @@ void Flattener::visit(const QVariant &value)
 {
     if (!VariantTree::isContainer(value)) {
         m_map.insert(m_prefix.left(m_prefix.size() - 1), value);
-        leaveComponent();
+        leaveComponent(m_prefix);
         return;
     }
     m_levels.append(Level());
@@ -211,13 +217,6 @@ void Flattener::visit(const QVariant &value)
     }
     m_levels.last().list = VariantTree::list(value);
     m_map.insert(m_prefix + QLatin1String("size"), m_levels.last().list.size());
-}
-
-// The component is found by searching, not by its length: of a key that contains a separator only the
-// last piece is taken away, and the pieces in front of it stay. That has always been so.
-void Flattener::leaveComponent()
-{
-    m_prefix.truncate(m_prefix.lastIndexOf(Separator, -2) + 1);
 }
 
 // Whether what is appended to the prefix is what leaving it cuts off again.
@@ -235,7 +234,7 @@ void flattenVariant(QString &prefix, QSettings::SettingsMap &map, const QVariant
         QSettings::SettingsMap entries =
             BackwardFlattener<VariantView>(&view, prefix).flatten(value);
         addEntries(entries, map);
-        prefix.truncate(prefix.lastIndexOf(Separator, -2) + 1);
+        leaveComponent(prefix);
         return;
     }
     Flattener(prefix, map).flatten(value);
