@@ -16,6 +16,7 @@
 #include <QBuffer>
 #include <QtDebug>
 
+#include <thread>
 #include <type_traits>
 
 #include <sys/stat.h>
@@ -94,6 +95,14 @@ QByteArray writtenBytes(const QSettings::SettingsMap &map)
     if (!writeJsonSettings(device, map))
         qFatal("the write callback reported a failure");
     return bytes;
+}
+
+// What is written of a document that was read, again and again, which must be the same every time.
+void copyAgainAndAgain(const QByteArray &document, QByteArray *outcome)
+{
+    *outcome = document;
+    for (int i = 0; i < 50; ++i)
+        *outcome = writtenBytes(readBytes(*outcome));
 }
 
 QByteArray fileContents(const QString &path)
@@ -177,6 +186,7 @@ private Q_SLOTS:
     void deepDocumentsNeedLittleStack();
     void manyKeysTakeTimeInProportion_data();
     void manyKeysTakeTimeInProportion();
+    void threadsDoNotInteract();
 };
 
 void tst_JsonSettingsFormat::isRegisteredOnceWithItsExtension()
@@ -1093,6 +1103,23 @@ void tst_JsonSettingsFormat::manyKeysTakeTimeInProportion()
 
     QCOMPARE(behind.size(), map.size());
     QVERIFY(behind == map);
+}
+
+void tst_JsonSettingsFormat::threadsDoNotInteract()
+{
+    const QByteArray plain("{\n    \"a\":\n    [\n        1,\n        2.5\n    ]\n}");
+    const QByteArray withSeparator("{\n    \"a\":\n    {\n        \"b\":\"x\"\n    }\n}");
+    QByteArray outcomes[3];
+    std::thread first(copyAgainAndAgain, plain, outcomes);
+    std::thread second(copyAgainAndAgain, QByteArray("{\"a/b\": \"x\"}"), outcomes + 1);
+    std::thread third(copyAgainAndAgain, plain, outcomes + 2);
+    first.join();
+    second.join();
+    third.join();
+
+    QCOMPARE(outcomes[0], plain);
+    QCOMPARE(outcomes[1], withSeparator);
+    QCOMPARE(outcomes[2], plain);
 }
 
 NUV_TEST_MAIN(tst_JsonSettingsFormat)
