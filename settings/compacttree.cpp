@@ -83,7 +83,7 @@ public:
     };
 
     explicit View(CompactTree *tree)
-        : m_entries(tree->m_entries.data()), m_closed(tree->m_closed.constData())
+        : m_entries(tree->m_places), m_closed(tree->m_closed.constData())
     {
     }
 
@@ -124,7 +124,7 @@ inline void CompactTree::add(CompactNode &container, QString &name, CompactNode 
         node = CompactNode();
         return;
     }
-    CompactEntry &entry = m_entries.data()[m_count];
+    CompactEntry &entry = m_places[m_count];
     qSwap(entry.name, name);
     entry.node.swap(node);
     m_open.append(m_count++);
@@ -185,12 +185,14 @@ void CompactTree::grow()
     }
     m_entries.reserve(m_count == 0 ? 32 : m_count + m_count / 2);
     m_entries.resize(m_entries.capacity());
+    m_places = m_entries.data();
 }
 
 void CompactTree::giveUp()
 {
     m_isPlain = false;
     m_entries.clear();
+    m_places = nullptr;
     m_count = 0;
     m_open.clear();
     m_closed.clear();

@@ -46,7 +46,7 @@ Q_DECLARE_TYPEINFO(CompactEntry, Q_MOVABLE_TYPE);
 class CompactTree
 {
 public:
-    CompactTree() : m_isPlain(true), m_count(0) {}
+    CompactTree() : m_isPlain(true), m_places(nullptr), m_count(0) {}
 
     /// Whether the document was a plain one, and not too large for an array.
     bool isPlain() const { return m_isPlain; }
@@ -85,7 +85,8 @@ private:
     CompactNode m_root;
     bool m_isPlain;
     QVector<CompactEntry> m_entries; ///< in the order of the text, and free ones behind them
-    int m_count; ///< of the entries in use
+    CompactEntry *m_places; ///< where they lie
+    int m_count; ///< of those in use
     Indices m_open; ///< the entries of the open containers, the innermost's last
     Indices m_closed; ///< the entries of the others, each one's together, members by their names
     SeparatorSearch m_separators;
