@@ -1,3 +1,4 @@
+#include "config/webappsettings.h"
 #include "config/webappsettings_p.h"
 #include "global/qtcompat.h"
 #include "settings/jsonsettingsformat.h"
@@ -18,6 +19,7 @@
 #include <climits>
 #include <cstdio>
 #include <ctime>
+#include <new>
 
 #include <sys/stat.h>
 
@@ -143,6 +145,21 @@ void becomesUnreadable(const QString &path)
     QFile::setPermissions(path, QFile::Permissions());
 }
 
+void isOpenedWithoutMemory(const QString &)
+{
+    throw std::bad_alloc();
+}
+
+bool firstRequestFails()
+{
+    try {
+        getWebAppSettings();
+    } catch (const std::bad_alloc &) {
+        return true;
+    }
+    return false;
+}
+
 } // namespace
 
 /// Reading that fails, and files that are not what they were a moment before.
@@ -160,6 +177,7 @@ private Q_SLOTS:
     void filesCutAtAnyByteGiveAllOrNothing();
     void filesMayChangeBeforeTheyAreOpened_data();
     void filesMayChangeBeforeTheyAreOpened();
+    void aRequestIsAnsweredAfterOneThatLackedMemory();
     void devicesHoldNoConfiguration_data();
     void devicesHoldNoConfiguration();
     void aPipeIsWaitedForAndNotRead();
@@ -292,6 +310,19 @@ void tst_InputFailures::filesMayChangeBeforeTheyAreOpened()
     QCOMPARE(loaded(), state);
 }
 
+// The process's own settings, which no other test here asks for.
+void tst_InputFailures::aRequestIsAnsweredAfterOneThatLackedMemory()
+{
+    writeConfiguration(json(document));
+    Opening::before = isOpenedWithoutMemory;
+    QVERIFY(firstRequestFails());
+
+    Opening::before = nullptr;
+    unsigned int port = 0;
+    QVERIFY(getWebAppSettings()->getGlobalRemoteInspectorPort(port));
+    QCOMPARE(port, 9222u);
+}
+
 void tst_InputFailures::devicesHoldNoConfiguration_data()
 {
     QTest::addColumn<QByteArray>("path");
@@ -392,8 +423,8 @@ void tst_InputFailures::applicationsAreCountedToTheEndOfTheirSize()
 {
     const int count = qMax(100000, qgetenv("NUV_ELEMENTS").toInt());
     const QByteArray size = QByteArray::number(count);
-    writeConfiguration(json("{'Global':{'Version':1},'Applications':{'1':{'Tag':'first'},'"
-                            + size + "':{'Tag':'last'},'size':" + size + "}}"));
+    writeConfiguration(json("{'Global':{'Version':1},'Applications':{'1':{'Tag':'first'},'" + size
+                            + "':{'Tag':'last'},'size':" + size + "}}"));
 
     const std::clock_t start = std::clock();
     const QByteArray state = loaded();
