@@ -50,18 +50,25 @@ private Q_SLOTS:
 void tst_HookAllocationFailures::objectsAreMadeOrNothingIsLeft_data()
 {
     QTest::addColumn<Maker>("make");
-    QTest::newRow("network access manager") << Maker(makeManager);
-    QTest::newRow("extension object") << Maker(makeExtension);
+    QTest::addColumn<int>("duration");
+    const auto rows = [](const QByteArray &name, Maker make) {
+        QTest::newRow(name.constData()) << make << int(Allocations::Once);
+        QTest::newRow((name + ", from then on").constData())
+            << make << int(Allocations::FromThenOn);
+    };
+    rows("network access manager", makeManager);
+    rows("extension object", makeExtension);
 }
 
 void tst_HookAllocationFailures::objectsAreMadeOrNothingIsLeft()
 {
     QFETCH(Maker, make);
+    QFETCH(int, duration);
     QVERIFY(isMade(make)); // and with it what the toolkit makes once
     int points = 0;
     for (bool hasFailed = true; hasFailed; points += hasFailed ? 1 : 0) {
         const long before = Allocations::live();
-        Allocations::failAt(points + 1, Allocations::Once);
+        Allocations::failAt(points + 1, Allocations::Duration(duration));
         const bool isComplete = isMade(make);
         hasFailed = Allocations::succeed();
         QCOMPARE(isComplete, !hasFailed);
