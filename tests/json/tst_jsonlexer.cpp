@@ -207,6 +207,7 @@ private Q_SLOTS:
     void theCodecForCStringsReadsTheBytes();
     void theCodecForCStringsSeesOneByteAtATime();
     void keysThatLookAlikeStayApart();
+    void keysThatDifferInOneByteStayApart();
 
     void aValueIsGoneWithTheNextToken();
     void aValueCanBeTaken();
@@ -687,6 +688,24 @@ void tst_JsonLexer::keysThatLookAlikeStayApart()
     }
 
     QCOMPARE(scan(text).tokens, expected + "end of file");
+}
+
+// The highest bit of a byte does not count where known keys are looked for, only where they are compared.
+void tst_JsonLexer::keysThatDifferInOneByteStayApart()
+{
+    for (int size = 1; size <= 40; ++size) {
+        for (int i = 0; i < size; ++i) {
+            const QByteArray plain(size, 'a');
+            QByteArray other = plain;
+            other[i] = '\xe1';
+            QByteArray shown = plain;
+            shown.replace(i, 1, "<e1>");
+
+            QCOMPARE(scan('"' + plain + "\":\"" + other + "\":\"" + plain + "\":").tokens,
+                     "string \"" + plain + "\" : string \"" + shown + "\" : string \"" + plain
+                         + "\" : end of file");
+        }
+    }
 }
 
 void tst_JsonLexer::aValueIsGoneWithTheNextToken()
