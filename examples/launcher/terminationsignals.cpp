@@ -36,13 +36,14 @@ TerminationSignals::TerminationSignals() : m_readEnd(-1)
 {
     int ends[2];
     if (pipe(ends) != 0) {
-        qWarning("no pipe for signals: %s", std::strerror(errno));
+        qWarning("no pipe for signals: %s", qPrintable(qt_error_string(errno)));
         return;
     }
     m_readEnd = ends[0];
     writeEnd = ends[1];
     connect(new QSocketNotifier(m_readEnd, QSocketNotifier::Read, this), SIGNAL(activated(int)),
             SLOT(read()));
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the notifier goes with its parent
     for (int number : numbers)
         handleOnce(number);
 }

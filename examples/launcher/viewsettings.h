@@ -39,7 +39,7 @@ extern const int count;
 
 /// Prints every configured property and applies it. A property whose need is not met says so; a value
 /// that cannot be used gets one warning on the standard error.
-void apply(const AppConfig &config, ApplicationView &view);
+void apply(const AppConfig &config, ApplicationView &application);
 
 /// The table as it stands in the documentation, in Markdown.
 QString description();
