@@ -14,7 +14,8 @@ def tree(root):
     paths = []
     for folder, folders, files in os.walk(root):
         if folder == root:
-            folders[:] = [name for name in folders if not name.startswith(("build", "dist-"))]
+            folders[:] = [name for name in folders if not name.startswith(("build", "dist-"))
+                          and "CMakeCache.txt" not in os.listdir(os.path.join(root, name))]
         folders[:] = sorted(name for name in folders
                             if not name.startswith((".", "__")) and name != "corpus")
         paths += [os.path.relpath(os.path.join(folder, name), root) for name in sorted(files)]
