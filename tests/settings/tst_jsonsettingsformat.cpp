@@ -184,6 +184,7 @@ private Q_SLOTS:
     void theWarningIsWhatTheDebugStreamOfQt4Writes();
     void deepDocumentsNeedLittleStack_data();
     void deepDocumentsNeedLittleStack();
+    void wipingADeepArrayNeedsLittleStack();
     void manyKeysTakeTimeInProportion_data();
     void manyKeysTakeTimeInProportion();
     void threadsDoNotInteract();
@@ -1076,6 +1077,22 @@ void tst_JsonSettingsFormat::deepDocumentsNeedLittleStack()
         longest = qMax(longest, it.key().size());
     QCOMPARE(longest, longestKey);
     QVERIFY(mapBehind == map);
+}
+
+void tst_JsonSettingsFormat::wipingADeepArrayNeedsLittleStack()
+{
+    QString path(QLatin1String("a"));
+    for (int i = 0; i < 100000; ++i)
+        path += QLatin1String("/1");
+    QSettings::SettingsMap map;
+    map.insert(path, 1);
+    map.insert(QLatin1String("a/size"), 1);
+    map.insert(QLatin1String("a/t"), 2);
+    QByteArray written;
+
+    runOnSmallStack([&] { written = writtenBytes(map); });
+
+    QCOMPARE(written, QByteArray("{\n    \"a\":\n    {\n        \"t\":2\n    }\n}"));
 }
 
 void tst_JsonSettingsFormat::manyKeysTakeTimeInProportion_data()
