@@ -184,9 +184,11 @@ private Q_SLOTS:
     void theWarningIsWhatTheDebugStreamOfQt4Writes();
     void deepDocumentsNeedLittleStack_data();
     void deepDocumentsNeedLittleStack();
-    void wipingADeepArrayNeedsLittleStack();
+    void whatIsDroppedMayBeDeep_data();
+    void whatIsDroppedMayBeDeep();
     void manyKeysTakeTimeInProportion_data();
     void manyKeysTakeTimeInProportion();
+    void namesThatDifferInOneCharacterStayApart();
     void threadsDoNotInteract();
 };
 
@@ -1079,20 +1081,38 @@ void tst_JsonSettingsFormat::deepDocumentsNeedLittleStack()
     QVERIFY(mapBehind == map);
 }
 
-void tst_JsonSettingsFormat::wipingADeepArrayNeedsLittleStack()
+void tst_JsonSettingsFormat::whatIsDroppedMayBeDeep_data()
 {
-    QString path(QLatin1String("a"));
-    for (int i = 0; i < 100000; ++i)
-        path += QLatin1String("/1");
+    QTest::addColumn<QString>("deepPath");
+    QTest::addColumn<QString>("nextKey");
+    QTest::addColumn<QString>("lastKey");
+    QTest::addColumn<QByteArray>("written");
+
+    const QString steps = QString(QLatin1String("/1")).repeated(100000);
+    QTest::newRow("an array that is wiped")
+        << QLatin1Char('a') + steps << QString(QLatin1String("a/size"))
+        << QString(QLatin1String("a/t"))
+        << QByteArray("{\n    \"a\":\n    {\n        \"t\":1\n    }\n}");
+    QTest::newRow("an entry that is no element")
+        << QLatin1String("a/b") + steps << QString(QLatin1String("a/size"))
+        << QString(QLatin1String("b"))
+        << QByteArray("{\n    \"a\":\n    [\n        null\n    ],\n    \"b\":1\n}");
+}
+
+void tst_JsonSettingsFormat::whatIsDroppedMayBeDeep()
+{
+    QFETCH(QString, deepPath);
+    QFETCH(QString, nextKey);
+    QFETCH(QString, lastKey);
     QSettings::SettingsMap map;
-    map.insert(path, 1);
-    map.insert(QLatin1String("a/size"), 1);
-    map.insert(QLatin1String("a/t"), 2);
+    map.insert(deepPath, 1);
+    map.insert(nextKey, 1);
+    map.insert(lastKey, 1);
     QByteArray written;
 
     runOnSmallStack([&] { written = writtenBytes(map); });
 
-    QCOMPARE(written, QByteArray("{\n    \"a\":\n    {\n        \"t\":2\n    }\n}"));
+    QTEST(written, "written");
 }
 
 void tst_JsonSettingsFormat::manyKeysTakeTimeInProportion_data()
@@ -1120,6 +1140,23 @@ void tst_JsonSettingsFormat::manyKeysTakeTimeInProportion()
 
     QCOMPARE(behind.size(), map.size());
     QVERIFY(behind == map);
+}
+
+// Names that come again and again are looked for by a few of their characters.
+void tst_JsonSettingsFormat::namesThatDifferInOneCharacterStayApart()
+{
+    const QString plain(40, QLatin1Char('b'));
+    for (int size = 1; size <= plain.size(); ++size) {
+        for (int i = 0; i < size; ++i) {
+            QSettings::SettingsMap map;
+            for (const char other : { 'a', 'b', 'c', 'b', 'a', '\xe2' }) {
+                const QString name = plain.left(size).replace(i, 1, QLatin1Char(other));
+                map.insert(QString::number(map.size()) + QLatin1Char('/') + name, int(other));
+            }
+
+            QCOMPARE(readBytes(writtenBytes(map)), map);
+        }
+    }
 }
 
 void tst_JsonSettingsFormat::threadsDoNotInteract()
