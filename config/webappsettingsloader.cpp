@@ -167,7 +167,6 @@ void WebAppSettingsPrivate::loadGlobal()
 void WebAppSettingsPrivate::loadApplications()
 {
     const QStringList keys = keysOfRows();
-    applications.clear();
     const int count = settings->beginReadArray(QLatin1String("Applications"));
     for (int i = 0; i < count; ++i) {
         settings->setArrayIndex(i);
