@@ -9,10 +9,24 @@ import subprocess
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
+# Against whom each action is counted.
+FLOORS = {"read": "floor", "write": "floor", "flatten": "floor", "unflatten": "floor",
+          "load": "handed-over"}
 
-def build(folder, *targets):
+# What is compared with the committed figures: actions and documents.
+CHECKED = [("read", document) for document in ("typical", "applications-100", "object-10000",
+                                               "integers-10000", "strings", "escapes", "doubles",
+                                               "long-strings")]
+CHECKED += [("write", document) for document in ("typical", "integers-10000", "escapes")]
+CHECKED += [(action, "applications-100") for action in ("flatten", "unflatten", "load")]
+
+# A ratio that moves by more than this is another one.
+TOLERANCE = 0.01
+
+
+def build(folder, *targets, sources=ROOT):
     """Configures and builds; what the compiler says is shown only when it fails."""
-    subprocess.run(["cmake", "-S", ROOT, "-B", folder, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
+    subprocess.run(["cmake", "-S", sources, "-B", folder, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
                     "-DNUV_BUILD_BENCHMARKS=ON", "-DNUV_BUILD_EXAMPLES=OFF", "-DBUILD_TESTING=OFF"],
                    check=True, stdout=subprocess.DEVNULL)
     command = ["cmake", "--build", folder]
@@ -44,6 +58,10 @@ class Benchmarks:
             subprocess.run([self.programs / "count", "print", name], check=True, stdout=file)
         if with_ini:
             self.run("count", "ini", self.documents / name)
+
+    def make_checked_documents(self):
+        for document in dict.fromkeys(document for _, document in CHECKED):
+            self.make_document(document)
 
     def size(self, document):
         return (self.documents / document).stat().st_size
