@@ -24,10 +24,11 @@ CHECKED += [(action, "applications-100") for action in ("flatten", "unflatten", 
 TOLERANCE = 0.01
 
 
-def build(folder, *targets, sources=ROOT):
+def build(folder, *targets, sources=ROOT, options=()):
     """Configures and builds; what the compiler says is shown only when it fails."""
     subprocess.run(["cmake", "-S", sources, "-B", folder, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
-                    "-DNUV_BUILD_BENCHMARKS=ON", "-DNUV_BUILD_EXAMPLES=OFF", "-DBUILD_TESTING=OFF"],
+                    "-DNUV_BUILD_BENCHMARKS=ON", "-DNUV_BUILD_EXAMPLES=OFF", "-DBUILD_TESTING=OFF",
+                    *options],
                    check=True, stdout=subprocess.DEVNULL)
     command = ["cmake", "--build", folder]
     if targets:
