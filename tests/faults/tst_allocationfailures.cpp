@@ -11,6 +11,7 @@
 #include "tests/faults/opening.h"
 #include "tests/json/jsoninput.h"
 #include "tests/support/configdescription.h"
+#include "tests/support/smallstackthread.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
 
@@ -19,6 +20,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <new>
 
 namespace {
 
@@ -466,6 +468,26 @@ int leaksOfTheToolkit(const QByteArray &name, Allocations::Duration duration)
     return 0;
 }
 
+// What makes a deep tree, and frees it.
+typedef void (*DeepWork)();
+
+const int deep = 50000;
+
+void parseDeeply()
+{
+    static const QByteArray text = json("[{'a':").repeated(deep) + "1" + QByteArray("}]").repeated(deep);
+    QVariant tree = parseJson(text, nullptr);
+    VariantTree::dispose(tree);
+}
+
+void unflattenDeeply()
+{
+    QSettings::SettingsMap map;
+    map.insert(QString(QLatin1String("a/1/")).repeated(deep) + QLatin1Char('b'), 1);
+    QVariant tree = unflattenMap(map);
+    VariantTree::dispose(tree);
+}
+
 enum { FirstThrew = 1, NothingLeaked = 2, SecondIsRight = 4, NothingFailed = 8 };
 
 // Asks twice for the process's settings, the first time with the planned failure, and tells what came
@@ -502,6 +524,8 @@ int askOnce()
 
 } // namespace
 
+Q_DECLARE_METATYPE(DeepWork)
+
 /// Everything that the library does, with the n-th allocation failing, for every n until all is done.
 class tst_AllocationFailures : public QObject
 {
@@ -515,6 +539,8 @@ private Q_SLOTS:
     void afterAFirstRequestThatFailedTheNextSucceeds();
     void failuresAreExceptionsOrHaveNoEffect_data();
     void failuresAreExceptionsOrHaveNoEffect();
+    void whatAnExceptionLeavesBehindMayBeDeep_data();
+    void whatAnExceptionLeavesBehindMayBeDeep();
 
 private:
     TemporaryDir m_folder;
@@ -606,6 +632,41 @@ void tst_AllocationFailures::failuresAreExceptionsOrHaveNoEffect()
                 swept.leaks);
     QCOMPARE(int(swept.firstFault), 0);
     QCOMPARE(swept.leaks, leaksOfTheToolkit(name, Allocations::Duration(duration)));
+}
+
+void tst_AllocationFailures::whatAnExceptionLeavesBehindMayBeDeep_data()
+{
+    QTest::addColumn<DeepWork>("work");
+    QTest::newRow("parsing") << DeepWork(parseDeeply);
+    QTest::newRow("unflattening") << DeepWork(unflattenDeeply);
+}
+
+// The later the failure comes, the deeper is the tree that is to be freed, and the toolkit would free
+// it by recursion.
+void tst_AllocationFailures::whatAnExceptionLeavesBehindMayBeDeep()
+{
+    QFETCH(DeepWork, work);
+    long lastFailure = 0;
+    bool leaked = false;
+
+    runOnSmallStack([&] {
+        work();
+        bool failed = true;
+        for (long number = 1; failed; number *= 2) {
+            const long before = Allocations::live();
+            Allocations::failAt(number, Allocations::Once);
+            try {
+                work();
+            } catch (const std::bad_alloc &) {
+                lastFailure = number;
+            }
+            failed = Allocations::succeed();
+            leaked = leaked || Allocations::live() > before;
+        }
+    });
+
+    QVERIFY2(lastFailure > deep, QByteArray::number(int(lastFailure)).constData());
+    QVERIFY(!leaked);
 }
 
 NUV_TEST_MAIN(tst_AllocationFailures)
