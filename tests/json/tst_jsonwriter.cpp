@@ -107,6 +107,8 @@ private Q_SLOTS:
     void whatIsWrittenReadsBack();
     void deepTreesNeedNoStack();
     void wideTreesAreWritten();
+    void anythingMayComeWhereTheRoomEnds_data();
+    void anythingMayComeWhereTheRoomEnds();
     void theTreeIsNotChanged();
 };
 
@@ -536,6 +538,46 @@ void tst_JsonWriter::wideTreesAreWritten()
 
     QVERIFY(JsonWriter::serializeCompact(list) == '[' + elements.mid(1) + ']');
     QVERIFY(JsonWriter::serializeCompact(map) == '{' + members.mid(1) + '}');
+}
+
+void tst_JsonWriter::anythingMayComeWhereTheRoomEnds_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QByteArray>("compact");
+    QTest::addColumn<QByteArray>("indented");
+
+    const auto add = [](const char *name, const QVariant &value, const QByteArray &written) {
+        QTest::newRow(name) << value << written << written;
+    };
+    const QChar wide(0x100);
+    add("the longest escapes of a piece", QString(32, wide),
+        '"' + QByteArray("\\u0100").repeated(32) + '"');
+    add("the longest escapes of more than a piece", QString(33, wide),
+        '"' + QByteArray("\\u0100").repeated(33) + '"');
+    add("the longest integer", qlonglong(Q_INT64_C(-9223372036854775807) - 1),
+        "-9223372036854775808");
+    add("a double with decimals", -1234567.125, "-1234567.125");
+    add("the longest keyword", false, "false");
+    add("a character", wide, "\\u0100");
+    QTest::newRow("an empty object") << QVariant(QVariantMap()) << QByteArray("{}")
+                                     << QByteArray("{\n\n         }");
+}
+
+// The room grows when it is used up, wherever that is. What is written behind it is seen by a sanitizer,
+// and by the allocator when it gets the room back.
+void tst_JsonWriter::anythingMayComeWhereTheRoomEnds()
+{
+    QFETCH(QVariant, value);
+    QFETCH(QByteArray, compact);
+    QFETCH(QByteArray, indented);
+    for (int size = 0; size <= 800; ++size) {
+        const QVariantList list = QVariantList() << QString(size, QLatin1Char('x')) << value;
+        const QByteArray text = '"' + QByteArray(size, 'x') + '"';
+
+        QCOMPARE(JsonWriter::serializeCompact(list), '[' + text + ',' + compact + ']');
+        QCOMPARE(JsonWriter::serialize(list, 9, 0),
+                 "[\n         " + text + ",\n         " + indented + "\n]");
+    }
 }
 
 void tst_JsonWriter::theTreeIsNotChanged()
