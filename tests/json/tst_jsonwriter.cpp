@@ -95,6 +95,7 @@ private Q_SLOTS:
     void textsAreEscapedLikeThis_data();
     void textsAreEscapedLikeThis();
     void everyCodeUnitIsEscapedByItsRule();
+    void eightUnitsAreEscapedAsOne();
     void longTextsAreEscapedAtEachOffset();
     void whatIsEscapedIsTheTextOfTheValue_data();
     void whatIsEscapedIsTheTextOfTheValue();
@@ -324,6 +325,13 @@ void tst_JsonWriter::indentationIsAsAsked_data()
     QTest::newRow("none") << 0 << 0 << json("{\n'a':\n[\n1\n]\n}");
     QTest::newRow("starting at three")
         << 2 << 3 << json("   {\n     'a':\n     [\n       1\n     ]\n   }");
+    const QByteArray far(1000, ' ');
+    QTest::newRow("starting at a thousand")
+        << 0 << 1000
+        << far + "{\n" + far + "\"a\":\n" + far + "[\n" + far + "1\n" + far + "]\n" + far + '}';
+    QTest::newRow("a thousand") << 1000 << 0
+                                << "{\n" + far + "\"a\":\n" + far + "[\n" + far + far + "1\n" + far
+            + "]\n}";
     QTest::newRow("none, starting at one") << 0 << 1 << json(" {\n 'a':\n [\n 1\n ]\n }");
 }
 
@@ -376,6 +384,24 @@ void tst_JsonWriter::everyCodeUnitIsEscapedByItsRule()
     for (int code = 0; code < 65536; ++code) {
         const ushort unit = ushort(code);
         QCOMPARE(JsonWriter::escapeString(QString(QChar(unit))), escapedUnit(unit));
+    }
+}
+
+// Eight units are looked at together; nothing may depend on which they are.
+void tst_JsonWriter::eightUnitsAreEscapedAsOne()
+{
+    const ushort fillings[] = { ' ', 'x', '~', '"', '\\', 0xe9 };
+    for (ushort filling : fillings) {
+        for (ushort unit = 0; unit < 0x200; ++unit) {
+            for (int place = 0; place < 8; ++place) {
+                QString text(8, QChar(filling));
+                QByteArray expected;
+                text[place] = QChar(unit);
+                for (int i = 0; i < 8; ++i)
+                    expected += escapedUnit(text.at(i).unicode());
+                QCOMPARE(JsonWriter::escapeString(text), expected);
+            }
+        }
     }
 }
 
@@ -559,8 +585,8 @@ void tst_JsonWriter::anythingMayComeWhereTheRoomEnds_data()
     add("a double with decimals", -1234567.125, "-1234567.125");
     add("the longest keyword", false, "false");
     add("a character", wide, "\\u0100");
-    QTest::newRow("an empty object") << QVariant(QVariantMap()) << QByteArray("{}")
-                                     << QByteArray("{\n\n         }");
+    QTest::newRow("an empty object")
+        << QVariant(QVariantMap()) << QByteArray("{}") << QByteArray("{\n\n         }");
 }
 
 // The room grows when it is used up, wherever that is. What is written behind it is seen by a sanitizer,
