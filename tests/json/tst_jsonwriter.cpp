@@ -108,6 +108,8 @@ private Q_SLOTS:
     void whatIsWrittenReadsBack();
     void deepTreesNeedNoStack();
     void wideTreesAreWritten();
+    void theRoomIsHalfOfTheTextAtMost();
+    void spacesMayComeWhereTheRoomEnds();
     void anythingMayComeWhereTheRoomEnds_data();
     void anythingMayComeWhereTheRoomEnds();
     void theTreeIsNotChanged();
@@ -566,6 +568,28 @@ void tst_JsonWriter::wideTreesAreWritten()
     QVERIFY(JsonWriter::serializeCompact(map) == '{' + members.mid(1) + '}');
 }
 
+void tst_JsonWriter::theRoomIsHalfOfTheTextAtMost()
+{
+    for (int depth = 1; depth < 20000; depth += depth / 3 + 1) {
+        const QByteArray brackets = QByteArray(depth, '[') + QByteArray(depth, ']');
+        QVariant tree = parsed(brackets);
+        const VariantTree::Disposer disposer(tree);
+        const QByteArray text = JsonWriter::serializeCompact(tree);
+        QVERIFY2(text == brackets, QByteArray::number(depth).constData());
+        QVERIFY2(text.capacity() <= qMax(240, text.size() + text.size() / 2),
+                 QByteArray::number(text.capacity()).constData());
+    }
+}
+
+void tst_JsonWriter::spacesMayComeWhereTheRoomEnds()
+{
+    for (int indentation = 0; indentation <= 1000; ++indentation) {
+        const QByteArray spaces(indentation, ' ');
+        QCOMPARE(JsonWriter::serialize(QVariantList() << true, 0, indentation),
+                 spaces + "[\n" + spaces + "true\n" + spaces + ']');
+    }
+}
+
 void tst_JsonWriter::anythingMayComeWhereTheRoomEnds_data()
 {
     QTest::addColumn<QVariant>("value");
@@ -580,6 +604,8 @@ void tst_JsonWriter::anythingMayComeWhereTheRoomEnds_data()
         '"' + QByteArray("\\u0100").repeated(32) + '"');
     add("the longest escapes of more than a piece", QString(33, wide),
         '"' + QByteArray("\\u0100").repeated(33) + '"');
+    add("the longest escapes of two pieces", QString(64, wide),
+        '"' + QByteArray("\\u0100").repeated(64) + '"');
     add("the longest integer", qlonglong(Q_INT64_C(-9223372036854775807) - 1),
         "-9223372036854775808");
     add("a double with decimals", -1234567.125, "-1234567.125");
