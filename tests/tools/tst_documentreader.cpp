@@ -21,6 +21,8 @@ private slots:
     void placesAreThoseOfTheText();
     void readsWithoutRecursion();
     void stopsAtManyErrors();
+    void keepsWhatItHasReadWhenItStops_data();
+    void keepsWhatItHasReadWhenItStops();
 };
 
 namespace {
@@ -304,6 +306,43 @@ void tst_DocumentReader::stopsAtManyErrors()
     const Verdict verdict(QByteArray(100000, '|'));
     QVERIFY(!verdict.isReliable || verdict.document.isEmpty());
     QVERIFY(int(verdict.findings.all().size()) <= Findings::Limit);
+}
+
+void tst_DocumentReader::keepsWhatItHasReadWhenItStops_data()
+{
+    QTest::addColumn<QByteArray>("mistake");
+    QTest::newRow("no key") << QByteArray(",:1");
+    QTest::newRow("no comma") << QByteArray(" \"k\":1");
+    QTest::newRow("a comma too many") << QByteArray(",");
+    QTest::newRow("no colon") << QByteArray(",\"k\" 1");
+    QTest::newRow("a colon too many") << QByteArray(",\"k\"::1");
+    QTest::newRow("no value") << QByteArray(",\"k\":");
+    QTest::newRow("no quotes around a key") << QByteArray(",k:1");
+    QTest::newRow("no quotes around a value") << QByteArray(",\"k\":v");
+    QTest::newRow("another keyword") << QByteArray(",\"k\":True");
+    QTest::newRow("another character") << QByteArray(",|");
+    QTest::newRow("another bracket") << QByteArray(",\"k\":1]");
+    QTest::newRow("no end of an array") << QByteArray(",\"k\":[1,\"l\":1");
+}
+
+// Each mistake is the last that it hears of for one of the counts, with a key of its own in front.
+void tst_DocumentReader::keepsWhatItHasReadWhenItStops()
+{
+    QFETCH(QByteArray, mistake);
+    bool stopped = false;
+    for (int count = 1; count <= 210; ++count) {
+        const QByteArray bytes =
+            "{\"one\":1" + mistake.repeated(count) + ",\"the last one\":1" + mistake + '}';
+        const Verdict verdict(bytes);
+        QVERIFY(!verdict.document.isEmpty());
+        for (const Node::Child &child : verdict.document.rootNode().children) {
+            if (bytes.mid(child.keyBegin, 1) == "\"")
+                QCOMPARE(child.key.toLatin1(),
+                         bytes.mid(child.keyBegin + 1, child.keyEnd - child.keyBegin - 2));
+        }
+        stopped = stopped || !verdict.isReliable;
+    }
+    QVERIFY(stopped);
 }
 
 NUV_TEST_MAIN(tst_DocumentReader)

@@ -114,10 +114,10 @@ void Pass::error(const char *rule, int begin, int length, const QString &what, c
         giveUp();
 }
 
+// The levels stay as they are: the step that gives up may go on with its own.
 void Pass::giveUp()
 {
     m_hasGivenUp = true;
-    m_levels.clear();
 }
 
 void Pass::advance()
@@ -158,7 +158,7 @@ void Pass::run()
     m_document = Document();
     advance();
     stepRoot();
-    for (int steps = 1; !m_levels.empty() && !m_mustRepeat; ++steps) {
+    for (int steps = 1; !m_levels.empty() && !m_mustRepeat && !m_hasGivenUp; ++steps) {
         if (m_findings.isFull()) {
             giveUp();
             return;
