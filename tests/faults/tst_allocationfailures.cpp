@@ -475,7 +475,8 @@ const int deep = 50000;
 
 void parseDeeply()
 {
-    static const QByteArray text = json("[{'a':").repeated(deep) + "1" + QByteArray("}]").repeated(deep);
+    static const QByteArray text =
+        json("[{'a':").repeated(deep) + "1" + QByteArray("}]").repeated(deep);
     QVariant tree = parseJson(text, nullptr);
     VariantTree::dispose(tree);
 }
