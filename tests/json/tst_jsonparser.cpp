@@ -240,6 +240,7 @@ private Q_SLOTS:
     void tenThousandLevelsAreReadAndFreed();
     void deepDocumentsNeedNoStack_data();
     void deepDocumentsNeedNoStack();
+    void aResultThatIsNotTakenMayBeDeep();
 
     void manyMembersAreRead_data();
     void manyMembersAreRead();
@@ -643,6 +644,20 @@ void tst_JsonParser::deepDocumentsNeedNoStack()
 
     QCOMPARE(error, message);
     QCOMPARE(treeDepth, depth);
+}
+
+void tst_JsonParser::aResultThatIsNotTakenMayBeDeep()
+{
+    const QByteArray text = arrays(200000);
+    bool isRead = false;
+
+    runOnSmallStack([&] {
+        JsonLexer lexer(text);
+        JsonParser parser;
+        isRead = parser.parse(&lexer);
+    });
+
+    QVERIFY(isRead);
 }
 
 void tst_JsonParser::manyMembersAreRead_data()
