@@ -20,6 +20,9 @@ CHECKED = [("read", document) for document in ("typical", "applications-100", "o
 CHECKED += [("write", document) for document in ("typical", "integers-10000", "escapes")]
 CHECKED += [(action, "applications-100") for action in ("flatten", "unflatten", "load")]
 
+# The C library chooses its functions by the processor. With this, those that every one of them has.
+ANY_PROCESSOR = "glibc.cpu.hwcaps=-AVX2,-AVX_Fast_Unaligned_Load"
+
 # A ratio that moves by more than this is another one.
 TOLERANCE = 0.01
 
@@ -41,7 +44,8 @@ def build(folder, *targets, sources=ROOT, options=()):
 class Benchmarks:
     """The programs of one build folder, and the documents beside them."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, tunables=""):
+        self.tunables = tunables
         self.programs = pathlib.Path(folder).resolve() / "benchmarks"
         self.documents = self.programs / "documents"
         shutil.rmtree(self.documents, ignore_errors=True)
@@ -73,7 +77,8 @@ class Benchmarks:
             ["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null",
              "--collect-atstart=no", self.programs / "count", action, self.documents / document,
              who],
-            env=dict(os.environ, LD_BIND_NOW="1", QT_HASH_SEED="0"), check=True,
+            env=dict(os.environ, LD_BIND_NOW="1", QT_HASH_SEED="0", GLIBC_TUNABLES=self.tunables),
+            check=True,
             stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
         collected = re.search(r"Collected : (\d+)", done.stderr)
         return int(collected.group(1)), int(done.stdout)
