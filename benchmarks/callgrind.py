@@ -64,10 +64,6 @@ class Benchmarks:
         if with_ini:
             self.run("count", "ini", self.documents / name)
 
-    def make_checked_documents(self):
-        for document in dict.fromkeys(document for _, document in CHECKED):
-            self.make_document(document)
-
     def size(self, document):
         return (self.documents / document).stat().st_size
 
@@ -88,3 +84,11 @@ class Benchmarks:
         with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
             counted = pool.map(lambda one: self.count(*one), wanted)
             return dict(zip(wanted, counted))
+
+
+def checked_benchmarks(folder):
+    """Those of a build folder, with all that CHECKED counts, for figures that hold on every processor."""
+    benchmarks = Benchmarks(folder, ANY_PROCESSOR)
+    for document in dict.fromkeys(document for _, document in CHECKED):
+        benchmarks.make_document(document)
+    return benchmarks
