@@ -28,7 +28,7 @@ struct JsonSyntaxError {
 ///
 /// | member                                           | is                                        |
 /// |--------------------------------------------------|-------------------------------------------|
-/// | Value                                            | the value of a symbol; a new one is null  |
+/// | Value                                            | a symbol's value, null when new; has swap |
 /// | static QVariant &scalar(Value &)                 | where a null value takes a scalar         |
 /// | void beginObject(Value &)                        | makes an empty object of a null value     |
 /// | void addMember(Value &object, QString &lastKey, QString &key, Value &) | moves a member into it |
