@@ -30,17 +30,17 @@ public:
 
     static QVariant &scalar(Value &value) { return value.scalar; }
     void beginObject(Value &value) { begin("O", value); }
-    void addMember(Value &object, QString &lastKey, QString &key, Value &value)
+    void addMember(const Value &object, QString &lastKey, QString &key, Value &value)
     {
         const QByteArray last = lastKey.isNull() ? QByteArray("-") : lastKey.toLatin1();
         add(last + "," + key.toLatin1() + "=", object, value);
         lastKey = key;
         key = QString();
     }
-    void endObject(Value &value) { end(value); }
+    void endObject(const Value &value) { end(value); }
     void beginArray(Value &value) { begin("A", value); }
-    void addElement(Value &array, Value &value) { add("", array, value); }
-    void endArray(Value &value) { end(value); }
+    void addElement(const Value &array, Value &value) { add("", array, value); }
+    void endArray(const Value &value) { end(value); }
     static void dispose(Value &) {}
 
     QByteArray calls() const { return m_calls; }
@@ -57,7 +57,7 @@ private:
         value.container = letter;
     }
 
-    void add(const QByteArray &what, Value &container, Value &value)
+    void add(const QByteArray &what, const Value &container, Value &value)
     {
         record(container.container + "(" + what + describe(value) + ")");
         value = Value();
