@@ -68,10 +68,10 @@ private:
         std::FILE *const file = std::fopen(path, "re");
         if (!file)
             return true; // it has ended
-        char state = 'S';
-        const bool isRead = std::fscanf(file, "%*d (%*[^)]) %c", &state) == 1;
+        char state = 0;
+        const bool isAwake = std::fscanf(file, "%*d (%*[^)]) %c", &state) == 1 && state != 'S';
         std::fclose(file);
-        return !isRead || state == 'S';
+        return !isAwake;
     }
 
     static bool othersAreAsleep()
