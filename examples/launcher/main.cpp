@@ -1,7 +1,7 @@
 // A web application launcher in small files, each with one job: it shows the applications of a
 // configuration file in views of QtWebKit, with what libnuvlaunchersupport gives it.
 //
-// The program
+// program/      the program
 //   options            what the command line asks for
 //   launcher           asks the library for the applications, opens them, asks their pages
 //   configurationfile  which file the library reads, and what relative paths in it mean
@@ -9,35 +9,40 @@
 //   console            what the launcher prints
 //   userfolders        where it keeps what pages store
 //
-// An application
+// application/  a web application
 //   applicationview    its window: brings the page, the network access and the extension together
 //   websurface         shows the page, as a widget or, in a sceneview, as an item of a scene
 //   applicationpage    a page with a user agent, an errorpage and scripts of the launcher's
-//   unattendedpage     a page that waits for nobody
-//   pagescript         asks a page what a script of the command line gives
 //   launcherextension  what the scripts of a page can call, as window.zarexExt; with more for some
 //                      applications: receiverextension, for the receiver
 //   broadcastaccess    which pages find it
-//   launchernetwork    the network access of an application: a configuredaccess, which presents its
-//                      clientcertificate
-//   trustedauthorities whose certificates make a server trusted
 //
-// The configured properties
+// network/      its network access
+//   launchernetwork    a configuredaccess, which presents its clientcertificate
+//   trustedauthorities whose certificates make a server trusted
+//   cookiejar          cookies that survive the program
+//
+// effects/      the configured properties
 //   viewsettings       the table: what each one takes, works on and does, and when
-//   valuekind          which values a property takes, and how they are shown
 //   pagesettings, enginesettings, windowsettings, networksettings, extensionsettings
 //                      the effects, by what they are applied to
-//   chrome, cookiejar, framerate, remoteinspector, storagequota
+//   chrome, framerate, remoteinspector, storagequota
 //                      effects that are more than a call of the toolkit
+//
+// values/       valuekind: which values a property takes, and how they are shown
+//
+// unattended/   what only serves tests and pictures, and can be deleted
+//   unattendedpage     a page that waits for nobody
+//   pagescript         asks a page what a script of the command line gives
 
-#include "examples/launcher/console.h"
-#include "examples/launcher/launcher.h"
-#include "examples/launcher/launcherextension.h"
-#include "examples/launcher/launchernetwork.h"
-#include "examples/launcher/options.h"
-#include "examples/launcher/terminationsignals.h"
-#include "examples/launcher/userfolders.h"
-#include "examples/launcher/viewsettings.h"
+#include "program/console.h"
+#include "program/launcher.h"
+#include "application/launcherextension.h"
+#include "network/launchernetwork.h"
+#include "program/options.h"
+#include "program/terminationsignals.h"
+#include "program/userfolders.h"
+#include "effects/viewsettings.h"
 
 #include <QApplication>
 #include <QWebSettings>

@@ -1,5 +1,5 @@
-#include "global/tlscompat.h"
-#include "examples/launcher/trustedauthorities.h"
+#include "examples/launcher/network/tlscompat.h"
+#include "examples/launcher/network/trustedauthorities.h"
 #include "tests/launcher/authority.h"
 #include "tests/launcher/stage.h"
 #include "tests/launcher/tlsserver.h"

@@ -1,5 +1,5 @@
-#include "examples/launcher/options.h"
-#include "examples/launcher/viewsettings.h"
+#include "examples/launcher/program/options.h"
+#include "examples/launcher/effects/viewsettings.h"
 #include "tests/launcher/httpserver.h"
 #include "tests/launcher/stage.h"
 #include "tests/support/testmain.h"

@@ -106,7 +106,8 @@ void tst_Tables::theTableHasThePropertiesOfTheLibrary()
 
 void tst_Tables::theTableHasThePropertiesOfTheLauncher()
 {
-    const QString source = QString::fromUtf8(contentsOf("examples/launcher/viewsettings.cpp"));
+    const QString source =
+        QString::fromUtf8(contentsOf("examples/launcher/effects/viewsettings.cpp"));
     const QRegularExpression row(QLatin1String("\\{ \"(\\w+)\",\\s*&AppConfig::get(\\w+)"));
     QSet<QString> names;
     QRegularExpressionMatchIterator it = row.globalMatch(source);

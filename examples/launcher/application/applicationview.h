@@ -1,0 +1,94 @@
+#ifndef APPLICATIONVIEW_H
+#define APPLICATIONVIEW_H
+
+#include "application/broadcastaccess.h"
+#include <ZarexExtBase>
+
+#include <QImage>
+#include <QPointer>
+#include <QScopedPointer>
+#include <QUrl>
+#include <QWidget>
+
+class AppConfig;
+class ApplicationPage;
+class NetworkAccessManager;
+class QNetworkAccessManager;
+class QNetworkReply;
+class QVBoxLayout;
+class WebSurface;
+
+/// One web application: a window with a page, a network access and an extension object of its own.
+class ApplicationView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ApplicationView(const QString &tag);
+    ~ApplicationView();
+
+    QString tag() const;
+
+    /// Applies the configured properties, and prints them.
+    void apply(const AppConfig &config);
+
+    /// Gives the window this size, even if it is configured to be as large as the screen.
+    void keepSize(const QSize &size);
+
+    /// Nobody is there to be asked or to wait: scripts are answered by the page itself, and a page that
+    /// has not loaded after so many milliseconds has failed.
+    void expectNobody(int timeout);
+
+    /// Shows the window and loads its page. Ends in one of the signals loaded() and failed().
+    void start();
+
+    /// Whether a page of the launcher's stands in place of the one that did not load.
+    bool showsErrorPage() const;
+
+    /// What the window looks like now, with transparent pixels where nothing covers the background.
+    QImage picture();
+
+    /// Null when there is none.
+    QNetworkAccessManager *networkAccess() const;
+
+    // For the table of properties.
+    ApplicationPage *page() const;
+    WebSurface &surface() const;
+    void useScene(); ///< shows the page in a new surface; to be called before any effect on it
+    void addBar(QWidget *bar); ///< above the page
+    void setAddress(const QUrl &address);
+    BroadcastAccess &broadcastAccess();
+    void setReferrer(const QByteArray &address); ///< of the first request
+    void setLoadedUrlsArePrinted(bool printed);
+
+Q_SIGNALS:
+    void loaded();
+    void failed(const QString &what);
+    void openRequested(const QString &tag); ///< by a script of the page
+
+private Q_SLOTS:
+    void prepareScripts();
+    void firstLoadFinished(bool ok);
+    void giveUp();
+    void note(const QString &text);
+    void printUrl(QNetworkReply *reply);
+
+private:
+    void createExtension();
+    void useCertificate(const AppConfig &config);
+    QString networkProblem() const;
+    void setSurface(WebSurface *surface);
+
+    ApplicationPage *m_page;
+    NetworkAccessManager *m_network;
+    QVBoxLayout *m_layout;
+    QScopedPointer<WebSurface> m_surface;
+    QPointer<ZarexExtBase> m_extension; ///< guarded: a script can delete it
+    BroadcastAccess m_broadcastAccess;
+    QUrl m_address;
+    QByteArray m_referrer;
+    int m_timeout; ///< milliseconds; 0 for none
+    bool m_loadedUrlsArePrinted;
+};
+
+#endif // APPLICATIONVIEW_H

@@ -1,0 +1,51 @@
+#include "application/websurface.h"
+
+#include "application/sceneview.h"
+
+#include <QGraphicsWebView>
+#include <QWebView>
+
+namespace {
+
+class WidgetSurface : public WebSurface
+{
+public:
+    WidgetSurface(QWebPage *page, QWidget *parent) : m_view(new QWebView(parent))
+    {
+        m_view->setPage(page);
+    }
+
+    QWidget *widget() const override { return m_view; }
+    QWidget *canvas() const override { return m_view; }
+    QGraphicsWebView *item() const override { return nullptr; }
+    void growToContents() override {}
+
+private:
+    QWebView *m_view;
+};
+
+class SceneSurface : public WebSurface
+{
+public:
+    SceneSurface(QWebPage *page, QWidget *parent) : m_view(new SceneView(page, parent)) {}
+
+    QWidget *widget() const override { return m_view; }
+    QWidget *canvas() const override { return m_view->viewport(); }
+    QGraphicsWebView *item() const override { return m_view->item(); }
+    void growToContents() override { m_view->growToContents(); }
+
+private:
+    SceneView *m_view;
+};
+
+} // namespace
+
+WebSurface *WebSurface::createWidget(QWebPage *page, QWidget *parent)
+{
+    return new WidgetSurface(page, parent);
+}
+
+WebSurface *WebSurface::createScene(QWebPage *page, QWidget *parent)
+{
+    return new SceneSurface(page, parent);
+}

@@ -1,0 +1,100 @@
+#include "effects/pagesettings.h"
+
+#include "application/applicationpage.h"
+#include "application/applicationview.h"
+#include "program/configurationfile.h"
+#include "application/websurface.h"
+
+#include <QFile>
+#include <QPalette>
+#include <QUrl>
+#include <QVariant>
+#include <QWebFrame>
+
+namespace {
+
+// Each scrolling is taken back before the next picture, however it came about. The page cannot remove
+// a listener that it has no name for, and cannot come before the first one.
+const char takeScrollingBack[] =
+    "(function(back) {"
+    "addEventListener('scroll', function() { if (pageXOffset || pageYOffset) back(0, 0) }, true)"
+    "})(scrollTo)";
+
+} // namespace
+
+bool PageSettings::setUrl(ApplicationView &view, const QVariant &address)
+{
+    const QUrl base =
+        QUrl::fromLocalFile(ConfigurationFile::resolve(QLatin1String(".")) + QLatin1Char('/'));
+    view.setAddress(base.resolved(QUrl(address.toString())));
+    return true;
+}
+
+bool PageSettings::setUserAgent(ApplicationView &view, const QVariant &name)
+{
+    view.page()->setUserAgent(name.toString());
+    return true;
+}
+
+bool PageSettings::setUserScript(ApplicationView &view, const QVariant &file)
+{
+    QFile script(ConfigurationFile::resolve(file.toString()));
+    if (!script.open(QIODevice::ReadOnly))
+        return false;
+    view.page()->setDocumentScript("user script", QString::fromUtf8(script.readAll().constData()));
+    return true;
+}
+
+bool PageSettings::setScale(ApplicationView &view, const QVariant &factor)
+{
+    view.page()->mainFrame()->setZoomFactor(
+        qreal(factor.toDouble())); // a float in the Qt 4 of ARM devices
+    return true;
+}
+
+bool PageSettings::setTransparentBackground(ApplicationView &view, const QVariant &on)
+{
+    if (!on.toBool())
+        return true;
+    QPalette palette = view.page()->palette();
+    palette.setBrush(QPalette::Base, Qt::transparent);
+    view.page()->setPalette(palette);
+    view.setAttribute(Qt::WA_TranslucentBackground);
+    QWidget *canvas = view.surface().canvas();
+    canvas->setPalette(palette);
+    canvas->setAttribute(Qt::WA_OpaquePaintEvent, false);
+    return true;
+}
+
+bool PageSettings::setScrollbar(ApplicationView &view, const QVariant &on)
+{
+    const Qt::ScrollBarPolicy policy = on.toBool() ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff;
+    view.page()->mainFrame()->setScrollBarPolicy(Qt::Horizontal, policy);
+    view.page()->mainFrame()->setScrollBarPolicy(Qt::Vertical, policy);
+    return true;
+}
+
+bool PageSettings::setConsoleSuppressed(ApplicationView &view, const QVariant &on)
+{
+    view.page()->setConsoleIsShown(!on.toBool());
+    return true;
+}
+
+bool PageSettings::setLoadedUrlsPrinted(ApplicationView &view, const QVariant &on)
+{
+    view.setLoadedUrlsArePrinted(on.toBool());
+    return true;
+}
+
+bool PageSettings::setScrollingProhibited(ApplicationView &view, const QVariant &on)
+{
+    view.page()->setDocumentScript("scrolling",
+                                   QLatin1String(on.toBool() ? takeScrollingBack : ""));
+    return true;
+}
+
+bool PageSettings::setErrorPage(ApplicationView &view, const QVariant &on)
+{
+    view.page()->setErrorPageIsShown(on.toBool());
+    return true;
+}

@@ -1,0 +1,71 @@
+#include "effects/windowsettings.h"
+
+#include "application/applicationpage.h"
+#include "application/applicationview.h"
+#include "effects/chrome.h"
+#include "effects/framerate.h"
+#include "application/websurface.h"
+
+bool WindowSettings::setFrameless(ApplicationView &view, const QVariant &on)
+{
+    const Qt::WindowFlags others = view.windowFlags() & ~Qt::FramelessWindowHint;
+    view.setWindowFlags(on.toBool() ? others | Qt::FramelessWindowHint : others);
+    return true;
+}
+
+bool WindowSettings::setMaximized(ApplicationView &view, const QVariant &on)
+{
+    view.setWindowState(on.toBool() ? Qt::WindowMaximized : Qt::WindowNoState);
+    return true;
+}
+
+bool WindowSettings::setOpacity(ApplicationView &view, const QVariant &fraction)
+{
+    view.setWindowOpacity(qreal(fraction.toDouble())); // a float in the Qt 4 of ARM devices
+    return true;
+}
+
+bool WindowSettings::setChrome(ApplicationView &view, const QVariant &on)
+{
+    if (on.toBool())
+        view.addBar(new Chrome(view.page(), &view));
+    return true;
+}
+
+bool WindowSettings::setFrameRate(ApplicationView &view, const QVariant &on)
+{
+    if (on.toBool())
+        new FrameRate(view.surface().canvas(), &view);
+    return true;
+}
+
+bool WindowSettings::setKeptWhenClosed(ApplicationView &view, const QVariant &on)
+{
+    view.setAttribute(Qt::WA_DeleteOnClose, !on.toBool());
+    return true;
+}
+
+bool WindowSettings::setGraphicsView(ApplicationView &view, const QVariant &on)
+{
+    if (on.toBool())
+        view.useScene();
+    return true;
+}
+
+bool WindowSettings::setGrowing(ApplicationView &view, const QVariant &on)
+{
+    if (on.toBool())
+        view.surface().growToContents();
+    return true;
+}
+
+namespace {
+
+bool isGraphicsView(const ApplicationView &view)
+{
+    return view.surface().item() != nullptr;
+}
+
+} // namespace
+
+const Need WindowSettings::graphicsView = { "UseGraphicsView", isGraphicsView };

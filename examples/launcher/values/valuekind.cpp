@@ -1,0 +1,100 @@
+#include "values/valuekind.h"
+
+#include "program/console.h"
+
+#include <QStringList>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+bool isSwitch(const QVariant &value)
+{
+    return value.userType() == QMetaType::Bool;
+}
+
+bool isText(const QVariant &value)
+{
+    return value.userType() == QMetaType::QString;
+}
+
+bool isFilledText(const QVariant &value)
+{
+    return isText(value) && !value.toString().isEmpty();
+}
+
+bool isListOfTexts(const QVariant &value)
+{
+    return value.userType() == QMetaType::QStringList;
+}
+
+/// Not a number (NaN), which lies in no range, for any other kind of value.
+double number(const QVariant &value)
+{
+    const int type = value.userType();
+    const bool isNumber =
+        type == QMetaType::Int || type == QMetaType::LongLong || type == QMetaType::Double;
+    return isNumber ? value.toDouble() : std::numeric_limits<double>::quiet_NaN();
+}
+
+bool isFactor(const QVariant &value)
+{
+    return number(value) >= 0.1 && number(value) <= 10;
+}
+
+bool isFraction(const QVariant &value)
+{
+    return number(value) >= 0 && number(value) <= 1;
+}
+
+// A number that is written with a point, as in 9222.0, is whole as well.
+bool isWholeUpTo(double largest, const QVariant &value)
+{
+    const double given = number(value);
+    return given >= 0 && given <= largest && std::floor(given) >= given;
+}
+
+bool isPort(const QVariant &value)
+{
+    return isWholeUpTo(65535, value);
+}
+
+bool isNumberOfBytes(const QVariant &value)
+{
+    return isWholeUpTo(9007199254740991.0, value); // up to there every whole number is a double
+}
+
+QString asText(const QVariant &value)
+{
+    return isListOfTexts(value) ? value.toStringList().join(QLatin1String(", ")) : value.toString();
+}
+
+QString masked(const QVariant &)
+{
+    return Console::mask();
+}
+
+// A proxy can stand without the slashes that tell where its password is.
+QString withMaskedPassword(const QVariant &value)
+{
+    return Console::shown(QLatin1String("//") + value.toString()).mid(2);
+}
+
+} // namespace
+
+const ValueKind ValueKinds::onOff = { "true or false", isSwitch, asText };
+const ValueKind ValueKinds::text = { "a text", isText, asText };
+const ValueKind ValueKinds::address = { "a text with an address", isFilledText, asText };
+const ValueKind ValueKinds::fileName = { "a text with the path of a readable file", isFilledText,
+                                         asText };
+const ValueKind ValueKinds::factor = { "a number from 0.1 to 10", isFactor, asText };
+const ValueKind ValueKinds::fraction = { "a number from 0 to 1", isFraction, asText };
+const ValueKind ValueKinds::port = { "a whole number from 0 to 65535", isPort, asText };
+const ValueKind ValueKinds::bytes = { "a whole number of bytes up to 9007199254740991",
+                                      isNumberOfBytes, asText };
+const ValueKind ValueKinds::domains = { "a list of domains as in tv.example", isListOfTexts,
+                                        asText };
+const ValueKind ValueKinds::secret = { "a text", isText, masked };
+const ValueKind ValueKinds::proxy = { "a text as in host:port", isFilledText, withMaskedPassword };
+const ValueKind ValueKinds::webAddress = { "a text as in http://host/path", isFilledText, asText };
