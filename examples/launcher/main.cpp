@@ -3,7 +3,8 @@
 //
 // program/      the program
 //   options            what the command line asks for
-//   launcher           asks the library for the applications, opens them, asks their pages
+//   launcher           asks the library for the applications, and opens them
+//   launcherlayer      what a folder adds to the launcher
 //   configurationfile  which file the library reads, and what relative paths in it mean
 //   terminationsignals the end of the program at a signal
 //   console            what the launcher prints
@@ -31,7 +32,10 @@
 //
 // values/       valuekind: which values a property takes, and how they are shown
 //
-// unattended/   what only serves tests and pictures, and can be deleted
+// unattended/   what only serves tests and pictures: --screenshot, --eval, --once and --wait. It goes by
+//               deleting the folder and the line of CMakeLists.txt that names it
+//   unattendedlayer    its options
+//   unattended         what they ask of the launcher
 //   unattendedpage     a page that waits for nobody
 //   pagescript         asks a page what a script of the command line gives
 
@@ -93,6 +97,12 @@ void keepApplicationsApart()
     QWebSettings::setObjectCacheCapacities(0, 0, 0);
 }
 
+QString versionText()
+{
+    return QString(QLatin1String("nuv-launcher %1 (Qt %2, WebKit %3)\n"))
+        .arg(QLatin1String(LAUNCHER_VERSION), QLatin1String(qVersion()), qWebKitVersion());
+}
+
 int showApplications(const Options &options)
 {
     keepDatabasesAtHome();
@@ -125,6 +135,10 @@ int main(int argc, char **argv)
     }
     if (options.help) {
         Console::print(Options::helpText());
+        return Launcher::Succeeded;
+    }
+    if (options.version) {
+        Console::print(versionText());
         return Launcher::Succeeded;
     }
     if (options.properties) {

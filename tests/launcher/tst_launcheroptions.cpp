@@ -65,6 +65,11 @@ private Q_SLOTS:
     void wrongCommandLinesAreRejected_data();
     void wrongCommandLinesAreRejected();
     void aWrongCommandLineIsToldInOneLine();
+    void aValueCanFollowAnEqualsSign_data();
+    void aValueCanFollowAnEqualsSign();
+    void whatFollowsTwoHyphensIsATag();
+    void theShortOptionForTheHelpIsKnown();
+    void theVersionIsShown();
     void theHelpNamesTheOptionsThatAreAccepted();
     void theManualSaysWhatTheHelpSays();
     void theDocumentationShowsTheTable();
@@ -85,7 +90,15 @@ void tst_LauncherOptions::wrongCommandLinesAreRejected_data()
     QTest::addColumn<QString>("problem");
 
     QTest::newRow("unknown option") << text("--fast tv") << text("unknown option --fast");
-    QTest::newRow("unknown short option") << text("tv -h") << text("unknown option -h");
+    QTest::newRow("unknown short option") << text("tv -x") << text("unknown option -x");
+    QTest::newRow("unknown option with a value")
+        << text("--fast=secret tv") << text("unknown option --fast");
+    QTest::newRow("value of an option that takes none")
+        << text("--once=1 tv") << text("--once takes no value");
+    QTest::newRow("value of the help") << text("--help=all") << text("--help takes no value");
+    QTest::newRow("empty value of an option that takes none")
+        << text("--once= tv") << text("--once takes no value");
+    QTest::newRow("no option after two hyphens") << text("--") << text("no application is named");
     QTest::newRow("no tag") << text("--size 10x10") << text("no application is named");
     QTest::newRow("no file") << text("tv --screenshot") << text("--screenshot needs FILE");
     QTest::newRow("no size") << text("tv --size") << text("--size needs WxH");
@@ -128,6 +141,74 @@ void tst_LauncherOptions::aWrongCommandLineIsToldInOneLine()
     QCOMPARE(run.status, 2);
 }
 
+// Every option that takes a value, as the help lists them.
+void tst_LauncherOptions::aValueCanFollowAnEqualsSign_data()
+{
+    QTest::addColumn<QString>("option");
+
+    const QList<Entry> entries = entriesOfHelp();
+    for (int i = 0; i < entries.size(); ++i) {
+        if (!entries.at(i).value.isEmpty())
+            QTest::newRow(entries.at(i).name.toLatin1().constData()) << entries.at(i).name;
+    }
+}
+
+void tst_LauncherOptions::aValueCanFollowAnEqualsSign()
+{
+    QFETCH(QString, option);
+    const char *const values[] = { "10x20", "1500", "a=b", "", "-", "--once", "tv" };
+
+    for (const char *value : values) {
+        Options apart;
+        Options joined;
+        const QString problem =
+            apart.parse(QStringList() << text("tv") << option << text(value) << text("more"));
+
+        QCOMPARE(joined.parse(QStringList()
+                              << text("tv") << option + text("=") + text(value) << text("more")),
+                 problem);
+        QCOMPARE(joined.size, apart.size);
+        QCOMPARE(joined.timeout, apart.timeout);
+        QCOMPARE(joined.ofLayer, apart.ofLayer);
+        QCOMPARE(joined.tags, apart.tags);
+    }
+}
+
+void tst_LauncherOptions::whatFollowsTwoHyphensIsATag()
+{
+    Options options;
+
+    QCOMPARE(options.parse(QString(text("--once tv -- --help -- -h")).split(QLatin1Char(' '))),
+             QString());
+
+    QCOMPARE(options.tags, QString(text("tv --help -- -h")).split(QLatin1Char(' ')));
+    QVERIFY(!options.help);
+}
+
+void tst_LauncherOptions::theShortOptionForTheHelpIsKnown()
+{
+    Stage stage;
+
+    const Run run = stage.launch("-h");
+
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.out, Options::helpText());
+}
+
+void tst_LauncherOptions::theVersionIsShown()
+{
+    Stage stage;
+
+    const Run run = stage.launch("--version");
+
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.err, QString());
+    QVERIFY2(run.out.startsWith(text("nuv-launcher " LAUNCHER_VERSION " (Qt ") + text(qVersion())),
+             qPrintable(run.out));
+    QCOMPARE(run.out.count(QLatin1Char('\n')), 1);
+}
+
 void tst_LauncherOptions::theHelpNamesTheOptionsThatAreAccepted()
 {
     Stage stage;
@@ -149,7 +230,8 @@ void tst_LauncherOptions::theHelpNamesTheOptionsThatAreAccepted()
         QCOMPARE(problem == needed, !entries.at(i).value.isEmpty());
     }
     QCOMPARE(names.join(text(" ")),
-             text("--screenshot --eval --once --size --wait --timeout --properties --help"));
+             text("--screenshot --eval --once --wait --size --timeout --properties --version "
+                  "--help"));
     const QStringList lines = run.out.split(QLatin1Char('\n'));
     for (int i = 0; i < lines.size(); ++i)
         QVERIFY2(lines.at(i).size() <= 80, qPrintable(lines.at(i)));

@@ -18,9 +18,14 @@ QString reasonOf(const QWebPage::ErrorPageExtensionOption &failure)
 } // namespace
 
 ApplicationPage::ApplicationPage(QObject *parent)
-    : UnattendedPage(parent), m_errorPageIsShown(false), m_consoleIsShown(true)
+    : QWebPage(parent), m_errorPageIsShown(false), m_consoleIsShown(true)
 {
     connect(this, SIGNAL(loadStarted()), SLOT(forgetLoadError()));
+}
+
+ApplicationPage *ApplicationPage::make(QObject *parent)
+{
+    return new ApplicationPage(parent);
 }
 
 void ApplicationPage::setUserAgent(const QString &userAgent)
@@ -67,7 +72,7 @@ void ApplicationPage::forgetLoadError()
 
 bool ApplicationPage::supportsExtension(Extension extension) const
 {
-    return extension == ErrorPageExtension || UnattendedPage::supportsExtension(extension);
+    return extension == ErrorPageExtension || QWebPage::supportsExtension(extension);
 }
 
 // The engine asks for a page to show in place of one that failed, in inner frames as well.
@@ -75,7 +80,7 @@ bool ApplicationPage::extension(Extension extension, const ExtensionOption *opti
                                 ExtensionReturn *output)
 {
     if (extension != ErrorPageExtension)
-        return UnattendedPage::extension(extension, option, output);
+        return QWebPage::extension(extension, option, output);
     const ErrorPageExtensionOption *failure = static_cast<const ErrorPageExtensionOption *>(option);
     if (failure->frame == mainFrame())
         m_loadError = reasonOf(*failure);
@@ -91,7 +96,7 @@ bool ApplicationPage::extension(Extension extension, const ExtensionOption *opti
 
 QString ApplicationPage::userAgentForUrl(const QUrl &url) const
 {
-    return m_userAgent.isEmpty() ? UnattendedPage::userAgentForUrl(url) : m_userAgent;
+    return m_userAgent.isEmpty() ? QWebPage::userAgentForUrl(url) : m_userAgent;
 }
 
 void ApplicationPage::javaScriptConsoleMessage(const QString &message, int line,

@@ -1,19 +1,22 @@
 #ifndef APPLICATIONPAGE_H
 #define APPLICATIONPAGE_H
 
-#include "unattended/unattendedpage.h"
-
 #include <QByteArray>
 #include <QMap>
 #include <QString>
+#include <QWebPage>
 
 /// The page of an application, with a user agent, an error page and scripts of the launcher's.
-class ApplicationPage : public UnattendedPage
+class ApplicationPage : public QWebPage
 {
     Q_OBJECT
 
 public:
     explicit ApplicationPage(QObject *parent);
+
+    /// Makes a page of this class, or of one that is derived from it.
+    typedef ApplicationPage *(*Maker)(QObject *parent);
+    static ApplicationPage *make(QObject *parent);
 
     /// Empty for the engine's own.
     void setUserAgent(const QString &userAgent);
@@ -35,6 +38,10 @@ public:
     bool supportsExtension(Extension extension) const override;
     bool extension(Extension extension, const ExtensionOption *option,
                    ExtensionReturn *output) override;
+
+Q_SIGNALS:
+    /// Something to be told about the page: a question, a message to its console.
+    void note(const QString &text);
 
 protected:
     QString userAgentForUrl(const QUrl &url) const override;

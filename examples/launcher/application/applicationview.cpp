@@ -28,11 +28,12 @@ bool isEmptyText(const QVariant &value)
 
 } // namespace
 
-ApplicationView::ApplicationView(const QString &tag)
-    : m_page(new ApplicationPage(this)),
+ApplicationView::ApplicationView(const QString &tag, ApplicationPage::Maker makePage)
+    : m_page(makePage(this)),
       m_network(createNetworkAccessManager(this)),
       m_layout(new QVBoxLayout(this)),
       m_timeout(0),
+      m_isAttended(true),
       m_loadedUrlsArePrinted(false)
 {
     setObjectName(tag);
@@ -76,10 +77,14 @@ void ApplicationView::keepSize(const QSize &size)
     resize(size);
 }
 
-void ApplicationView::expectNobody(int timeout)
+void ApplicationView::setTimeout(int timeout)
 {
     m_timeout = timeout;
-    m_page->setUnattended(true);
+}
+
+void ApplicationView::expectNobody()
+{
+    m_isAttended = false;
 }
 
 void ApplicationView::start()
@@ -95,7 +100,7 @@ void ApplicationView::start()
         return;
     }
     connect(m_page, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
-    if (m_timeout > 0)
+    if (m_timeout > 0 && !m_isAttended)
         QTimer::singleShot(m_timeout, this, SLOT(giveUp()));
     show();
     QNetworkRequest request(m_address);

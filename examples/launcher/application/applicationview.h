@@ -1,6 +1,7 @@
 #ifndef APPLICATIONVIEW_H
 #define APPLICATIONVIEW_H
 
+#include "application/applicationpage.h"
 #include "application/broadcastaccess.h"
 #include <ZarexExtBase>
 
@@ -11,7 +12,6 @@
 #include <QWidget>
 
 class AppConfig;
-class ApplicationPage;
 class NetworkAccessManager;
 class QNetworkAccessManager;
 class QNetworkReply;
@@ -24,7 +24,8 @@ class ApplicationView : public QWidget
     Q_OBJECT
 
 public:
-    explicit ApplicationView(const QString &tag);
+    explicit ApplicationView(const QString &tag,
+                             ApplicationPage::Maker makePage = ApplicationPage::make);
     ~ApplicationView();
 
     QString tag() const;
@@ -35,9 +36,11 @@ public:
     /// Gives the window this size, even if it is configured to be as large as the screen.
     void keepSize(const QSize &size);
 
-    /// Nobody is there to be asked or to wait: scripts are answered by the page itself, and a page that
-    /// has not loaded after so many milliseconds has failed.
-    void expectNobody(int timeout);
+    /// A page that has not loaded after so many milliseconds has failed. Without a limit at first.
+    void setTimeout(int timeout);
+
+    /// Nobody is there to wait.
+    void expectNobody();
 
     /// Shows the window and loads its page. Ends in one of the signals loaded() and failed().
     void start();
@@ -88,6 +91,7 @@ private:
     QUrl m_address;
     QByteArray m_referrer;
     int m_timeout; ///< milliseconds; 0 for none
+    bool m_isAttended;
     bool m_loadedUrlsArePrinted;
 };
 

@@ -5,16 +5,11 @@
 #include "application/applicationview.h"
 #include "program/configurationfile.h"
 #include "program/console.h"
-#include "unattended/pagescript.h"
+#include "program/launcherlayer.h"
 #include "effects/remoteinspector.h"
 #include "values/valuekind.h"
 
 #include <QApplication>
-#include <QFileInfo>
-#include <QImage>
-#include <QTimer>
-#include <QUrl>
-#include <QWebFrame>
 
 namespace {
 
@@ -62,8 +57,10 @@ void openGlobalInspector(const AppConfig &first, const ApplicationView &view)
 } // namespace
 
 Launcher::Launcher(const Options &options)
-    : m_options(options), m_loading(0), m_pictures(0), m_finished(false), m_failed(false)
+    : m_options(options), m_loading(0), m_pending(false), m_failed(false)
 {
+    if (LauncherLayer::installed())
+        LauncherLayer::installed()->attach(this);
 }
 
 Launcher::~Launcher()
@@ -98,8 +95,42 @@ int Launcher::run()
 {
     if (m_loading > 0)
         QApplication::exec();
-    const bool picturesMissing = !m_options.screenshot.isEmpty() && m_pictures < m_views.size();
-    return m_failed || picturesMissing ? Failed : Succeeded;
+    return m_failed || m_pending ? Failed : Succeeded;
+}
+
+const Options &Launcher::options() const
+{
+    return m_options;
+}
+
+bool Launcher::isLoading() const
+{
+    return m_loading > 0;
+}
+
+QList<ApplicationView *> Launcher::visibleViews() const
+{
+    QList<ApplicationView *> visible;
+    for (int i = 0; i < m_views.size(); ++i) {
+        if (m_views.at(i) && m_views.at(i)->isVisible())
+            visible.append(m_views.at(i));
+    }
+    return visible;
+}
+
+int Launcher::viewCount() const
+{
+    return m_views.size();
+}
+
+void Launcher::setFailed()
+{
+    m_failed = true;
+}
+
+void Launcher::setPending(bool pending)
+{
+    m_pending = pending;
 }
 
 bool Launcher::findApplication(const QString &tag, AppConfig *config) const
@@ -116,7 +147,9 @@ bool Launcher::findApplication(const QString &tag, AppConfig *config) const
 
 void Launcher::open(const QString &tag, const AppConfig &config)
 {
-    ApplicationView *view = new ApplicationView(tag);
+    const LauncherLayer *layer = LauncherLayer::installed();
+    ApplicationView *view =
+        new ApplicationView(tag, layer ? layer->pageMaker(m_options) : ApplicationPage::make);
     m_views.append(view);
     connect(view, SIGNAL(loaded()), SLOT(pageSettled()));
     connect(view, SIGNAL(failed(QString)), SLOT(pageFailed(QString)));
@@ -126,10 +159,8 @@ void Launcher::open(const QString &tag, const AppConfig &config)
     if (m_views.size() == 1)
         openGlobalInspector(config, *view);
     view->apply(config);
-    if (!m_options.screenshot.isEmpty())
-        view->keepSize(m_options.size);
-    if (m_options.endsByItself())
-        view->expectNobody(m_options.timeout);
+    view->setTimeout(m_options.timeout);
+    emit opened(view);
     view->start();
 }
 
@@ -173,59 +204,6 @@ void Launcher::pageFailed(const QString &what)
 void Launcher::pageSettled()
 {
     --m_loading;
-    if (m_loading == 0 && !m_finished)
-        QTimer::singleShot(m_options.wait, this, SLOT(finish()));
-}
-
-void Launcher::finish()
-{
-    if (m_loading > 0 || m_finished)
-        return; // a page opened another one by now
-    m_finished = true;
-    for (int i = 0; i < m_views.size(); ++i) {
-        ApplicationView *view = m_views.at(i);
-        if (!view || !view->isVisible())
-            continue;
-        if (!m_options.script.isEmpty())
-            ask(*view);
-        if (!m_options.screenshot.isEmpty())
-            takePicture(*view);
-    }
-    if (m_options.endsByItself())
-        QApplication::quit();
-}
-
-void Launcher::ask(const ApplicationView &view)
-{
-    const PageAnswer answer = askPage(view.page()->mainFrame(), m_options.script);
-    if (answer.ok) {
-        Console::note(view.tag(), QLatin1String("answers: ") + answer.text);
-        return;
-    }
-    Console::error(view.tag() + QLatin1String(": the script failed: ") + answer.text);
-    m_failed = true;
-}
-
-void Launcher::takePicture(ApplicationView &view)
-{
-    const QString file = pictureFile(view.tag());
-    if (!view.picture().save(file, "PNG")) {
-        Console::error(view.tag() + QLatin1String(": the picture cannot be written to ") + file);
-        m_failed = true;
-        return;
-    }
-    Console::note(view.tag(), QLatin1String("picture in ") + file);
-    ++m_pictures;
-}
-
-// A tag is any text, so what a file's name cannot hold is escaped in it.
-QString Launcher::pictureFile(const QString &tag) const
-{
-    const QString file = m_options.screenshot;
-    if (m_views.size() == 1)
-        return file;
-    const QString suffix = QFileInfo(file).suffix();
-    const int end = suffix.isEmpty() ? file.size() : file.size() - suffix.size() - 1;
-    return file.left(end) + QLatin1Char('-')
-        + QString::fromLatin1(QUrl::toPercentEncoding(tag).constData()) + file.mid(end);
+    if (m_loading == 0)
+        emit settled();
 }

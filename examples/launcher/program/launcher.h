@@ -10,8 +10,8 @@
 
 class ApplicationView;
 
-/// Opens the applications that the command line names and, when asked, takes their pictures and puts
-/// questions to their pages.
+/// Opens the applications that the command line names. What else is to be done with them, a LauncherLayer
+/// adds.
 class Launcher : public QObject
 {
     Q_OBJECT
@@ -30,25 +30,38 @@ public:
     /// the status for the program to end with.
     int run();
 
+    const Options &options() const;
+
+    /// Whether a page neither loaded nor failed so far.
+    bool isLoading() const;
+
+    QList<ApplicationView *> visibleViews() const;
+    int viewCount() const; ///< of all that were opened so far
+
+    /// The program is to end with Failed.
+    void setFailed();
+
+    /// As above, for as long as something is not done that was asked for.
+    void setPending(bool pending);
+
+Q_SIGNALS:
+    void opened(ApplicationView *view); ///< and configured; its page is loaded afterwards
+    void settled(); ///< all pages have loaded or failed
+
 private Q_SLOTS:
     void openForPage(const QString &tag);
     void pageSettled();
     void pageFailed(const QString &what);
-    void finish();
 
 private:
     bool findApplication(const QString &tag, AppConfig *config) const;
     void open(const QString &tag, const AppConfig &config);
     bool showKept(const QString &tag);
-    void ask(const ApplicationView &view);
-    void takePicture(ApplicationView &view);
-    QString pictureFile(const QString &tag) const;
 
     Options m_options;
     QList<QPointer<ApplicationView>> m_views; ///< null where the user closed one
     int m_loading; ///< pages that neither loaded nor failed so far
-    int m_pictures; ///< taken so far
-    bool m_finished; ///< what was asked for
+    bool m_pending;
     bool m_failed;
 };
 

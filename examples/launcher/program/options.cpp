@@ -1,15 +1,10 @@
 #include "program/options.h"
 
+#include "program/launcherlayer.h"
+
 namespace {
 
 const int LargestSide = 16384; // of a picture; more only exhausts the memory
-
-struct Option {
-    const char *name;
-    const char *value; // what the help calls its value; null when it takes none
-    const char *help; // in lines
-    QString (*take)(Options &options, const QString &value); // returns what is wrong with the value
-};
 
 QString takeHelp(Options &options, const QString &)
 {
@@ -17,29 +12,16 @@ QString takeHelp(Options &options, const QString &)
     return QString();
 }
 
+QString takeVersion(Options &options, const QString &)
+{
+    options.version = true;
+    return QString();
+}
+
 QString takeProperties(Options &options, const QString &)
 {
     options.properties = true;
     return QString();
-}
-
-QString takeOnce(Options &options, const QString &)
-{
-    options.once = true;
-    return QString();
-}
-
-QString takeScreenshot(Options &options, const QString &value)
-{
-    options.screenshot = value;
-    return value.isEmpty() ? QString(QLatin1String("--screenshot needs the name of a file"))
-                           : QString();
-}
-
-QString takeScript(Options &options, const QString &value)
-{
-    options.script = value;
-    return value.isEmpty() ? QString(QLatin1String("--eval needs a script")) : QString();
 }
 
 int side(const QString &text)
@@ -59,60 +41,63 @@ QString takeSize(Options &options, const QString &value)
     return QString();
 }
 
-QString takeMilliseconds(const char *option, int least, const QString &value, int *result)
-{
-    bool ok = false;
-    *result = value.toInt(&ok);
-    if (ok && *result >= least)
-        return QString();
-    return QLatin1String(option) + QLatin1String(" needs a number of milliseconds, not ") + value;
-}
-
-QString takeWait(Options &options, const QString &value)
-{
-    return takeMilliseconds("--wait", 0, value, &options.wait);
-}
-
 QString takeTimeout(Options &options, const QString &value)
 {
-    return takeMilliseconds("--timeout", 1, value, &options.timeout);
+    return Options::takeMilliseconds("--timeout", 1, value, &options.timeout);
 }
 
 const Option knownOptions[] = {
-    { "--screenshot", "FILE",
-      "write a PNG picture of each window once all pages\n"
-      "have loaded, and end; with several applications,\n"
-      "out.png becomes out-TAG.png",
-      takeScreenshot },
-    { "--eval", "SCRIPT",
-      "print what each page answers to a script once all\n"
-      "pages have loaded, as JSON",
-      takeScript },
-    { "--once", nullptr, "end once all pages have loaded", takeOnce },
     { "--size", "WxH", "the size of each window, 1280x720 unless given", takeSize },
-    { "--wait", "MS",
-      "milliseconds from the loading of the pages to the\n"
-      "pictures, the answers and the end",
-      takeWait },
     { "--timeout", "MS",
-      "with --screenshot or --once: a page that has not\n"
-      "loaded after so many milliseconds, 30000 unless\n"
-      "given, has failed",
+      "a page of which nothing is there after so many\n"
+      "milliseconds, 30000 unless given, has failed",
       takeTimeout },
     { "--properties", nullptr,
       "show what every property of an application does\n"
       "here, as a table in Markdown, and end",
       takeProperties },
-    { "--help", nullptr, "show this help, and end", takeHelp },
+    { "--version", nullptr, "show the version, and end", takeVersion },
+    { "--help", nullptr, "show this help, and end; -h does so, too", takeHelp },
+    { nullptr, nullptr, nullptr, nullptr },
 };
+
+/// What is on the command line for an option.
+struct Argument {
+    QString name;
+    QString value;
+    bool hasValue; ///< after an equals sign
+};
+
+const Option *findIn(const Option *row, const QString &name)
+{
+    while (row && row->name) {
+        if (name == QLatin1String(row->name))
+            return row;
+        ++row;
+    }
+    return nullptr;
+}
+
+const Option *optionsOfLayer()
+{
+    return LauncherLayer::installed() ? LauncherLayer::installed()->options() : nullptr;
+}
 
 const Option *findOption(const QString &name)
 {
-    for (const Option &option : knownOptions) {
-        if (name == QLatin1String(option.name))
-            return &option;
-    }
-    return nullptr;
+    const QString wanted = name == QLatin1String("-h") ? QString(QLatin1String("--help")) : name;
+    const Option *option = findIn(knownOptions, wanted);
+    return option ? option : findIn(optionsOfLayer(), wanted);
+}
+
+Argument divided(const QString &argument)
+{
+    const int equals =
+        argument.startsWith(QLatin1String("--")) ? argument.indexOf(QLatin1Char('=')) : -1;
+    Argument result = { argument.left(equals), QString(), equals > 0 };
+    if (result.hasValue)
+        result.value = argument.mid(equals + 1);
+    return result;
 }
 
 QString described(const Option &option)
@@ -122,6 +107,14 @@ QString described(const Option &option)
     QString help = QLatin1String(option.help);
     help.replace(QLatin1Char('\n'), QLatin1Char('\n') + QString(22, QLatin1Char(' ')));
     return name.leftJustified(22) + help + QLatin1Char('\n');
+}
+
+QString described(const Option *row)
+{
+    QString result;
+    for (; row && row->name; ++row)
+        result += described(*row);
+    return result;
 }
 
 const char beforeOptions[] =
@@ -135,53 +128,79 @@ const char beforeOptions[] =
 
 const char afterOptions[] =
     "\n"
+    "The value of an option can follow an equals sign as well, as in\n"
+    "--size=1920x1080. What follows -- is a tag, whatever it begins with.\n"
+    "\n"
     "Without DISPLAY, WAYLAND_DISPLAY and QT_QPA_PLATFORM nothing appears on a\n"
-    "screen. With --screenshot or --once nobody is asked anything: a page's questions\n"
-    "are printed and answered with no.\n"
+    "screen.\n";
+
+const char exitStatus[] =
     "\n"
     "Exit status: 0 when all that was asked for was done; 1 when there is no\n"
-    "configuration file, an application is not configured, or its page, its picture\n"
-    "or the script in it failed; 2 when the command line is wrong.\n";
+    "configuration file, an application is not configured, or something that was\n"
+    "asked for failed; 2 when the command line is wrong.\n";
 
 } // namespace
 
-Options::Options()
-    : help(false), properties(false), size(1280, 720), wait(0), timeout(30000), once(false)
+Options::Options() : help(false), version(false), properties(false), size(1280, 720), timeout(30000)
 {
 }
 
 QString Options::parse(const QStringList &arguments)
 {
-    for (int i = 0; i < arguments.size(); ++i) {
-        const QString &argument = arguments.at(i);
+    QStringList left = arguments;
+    while (!left.isEmpty()) {
+        const QString argument = left.takeFirst();
+        if (argument == QLatin1String("--")) {
+            tags += left;
+            break;
+        }
         if (!argument.startsWith(QLatin1Char('-'))) {
             tags.append(argument);
             continue;
         }
-        const Option *option = findOption(argument);
-        if (!option)
-            return QLatin1String("unknown option ") + argument;
-        if (option->value && ++i == arguments.size())
-            return argument + QLatin1String(" needs ") + QLatin1String(option->value);
-        const QString problem = option->take(*this, option->value ? arguments.at(i) : QString());
+        const QString problem = takeOption(argument, &left);
         if (!problem.isEmpty())
             return problem;
     }
     tags.removeDuplicates();
-    const bool asksForText = help || properties;
+    const bool asksForText = help || version || properties;
     return asksForText || !tags.isEmpty() ? QString()
                                           : QString(QLatin1String("no application is named"));
 }
 
-bool Options::endsByItself() const
+// The value of an option follows an equals sign, or is the next argument.
+QString Options::takeOption(const QString &argument, QStringList *left)
 {
-    return once || !screenshot.isEmpty();
+    Argument given = divided(argument);
+    const Option *option = findOption(given.name);
+    if (!option)
+        return QLatin1String("unknown option ") + given.name;
+    if (given.hasValue && !option->value)
+        return given.name + QLatin1String(" takes no value");
+    if (option->value && !given.hasValue) {
+        if (left->isEmpty())
+            return given.name + QLatin1String(" needs ") + QLatin1String(option->value);
+        given.value = left->takeFirst();
+    }
+    return option->take(*this, given.value);
+}
+
+QString Options::takeMilliseconds(const char *option, int least, const QString &value, int *result)
+{
+    bool ok = false;
+    *result = value.toInt(&ok);
+    if (ok && *result >= least)
+        return QString();
+    return QLatin1String(option) + QLatin1String(" needs a number of milliseconds, not ") + value;
 }
 
 QString Options::helpText()
 {
-    QString text = QLatin1String(beforeOptions);
-    for (const Option &option : knownOptions)
-        text += described(option);
-    return text + QLatin1String(afterOptions);
+    const LauncherLayer *layer = LauncherLayer::installed();
+    QString text = QLatin1String(beforeOptions) + described(optionsOfLayer())
+        + described(knownOptions) + QLatin1String(afterOptions);
+    if (layer)
+        text += QLatin1String(layer->help());
+    return text + QLatin1String(exitStatus);
 }

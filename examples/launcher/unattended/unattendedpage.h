@@ -1,19 +1,17 @@
 #ifndef UNATTENDEDPAGE_H
 #define UNATTENDEDPAGE_H
 
-#include <QWebPage>
+#include "application/applicationpage.h"
 
-/// A page that waits for nobody when it is told that nobody is there: it answers its scripts' questions
-/// itself, and tells what they were.
-class UnattendedPage : public QWebPage
+/// A page that waits for nobody: it answers its scripts' questions itself, and tells what they were.
+class UnattendedPage : public ApplicationPage
 {
     Q_OBJECT
 
 public:
-    explicit UnattendedPage(QObject *parent);
+    explicit UnattendedPage(QObject *parent) : ApplicationPage(parent) {}
 
-    /// Not so at first: then the toolkit asks the user.
-    void setUnattended(bool unattended);
+    static ApplicationPage *make(QObject *parent) { return new UnattendedPage(parent); }
 
     // None says override: in Qt 4 the first is no virtual function, and clang wants all or none.
     // NOLINTBEGIN(modernize-use-override)
@@ -22,19 +20,12 @@ public Q_SLOTS:
     /// Asked by the engine when a script has run for seconds. The engine finds it by its name.
     bool shouldInterruptJavaScript();
 
-Q_SIGNALS:
-    /// Something to be told about the page: a question, a message to its console.
-    void note(const QString &text);
-
 protected:
     void javaScriptAlert(QWebFrame *frame, const QString &message);
     bool javaScriptConfirm(QWebFrame *frame, const QString &message);
     bool javaScriptPrompt(QWebFrame *frame, const QString &message, const QString &offered,
                           QString *answer);
     // NOLINTEND(modernize-use-override)
-
-private:
-    bool m_unattended;
 };
 
 #endif // UNATTENDEDPAGE_H
