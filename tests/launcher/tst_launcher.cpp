@@ -586,8 +586,8 @@ void tst_Launcher::badInputIsToldInOneLine_data()
                 "file://%1/sub: Path is a directory\n");
     QTest::newRow("unknown scheme")
         << tv + ", \"Url\": \"nosuch:thing\" } ] }"
-        << text("nuv-launcher: tv: the page nosuch:thing does not load: Protocol \"nosuch\" is "
-                "unknown\n");
+        << text("nuv-launcher: tv: Url = \"nosuch:thing\" cannot be used; it takes a text with an "
+                "address\nnuv-launcher: tv: it has no usable Url\n");
     QTest::newRow("global certificate that is missing")
         << QByteArray(
                "{ \"Global\": { \"Version\": 1, \"Certificate\": { \"Path\": \"none.pem\" } },"

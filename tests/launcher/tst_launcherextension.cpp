@@ -255,7 +255,7 @@ void tst_LauncherExtension::whatIsNoDomainIsNotTaken_data()
 {
     QTest::addColumn<QString>("domain");
     const char *const texts[] = { "",          "http://tv.example", "tv.example/", "tv.example:80",
-                                  "*.example", "tv example",        ".",           "[::1]" };
+                                  "*.example", "tv example",        ".",           "[::1" };
     for (const char *domain : texts)
         QTest::newRow(*domain ? domain : "empty") << text(domain);
 }

@@ -1,23 +1,11 @@
 #include "application/broadcastaccess.h"
 
-#include <QRegExp>
+#include "values/hostname.h"
+
 #include <QUrl>
 #include <QWebSecurityOrigin>
 
 namespace {
-
-/// As hosts are compared: in lower case and in ASCII; empty when it is no name.
-QString normalized(const QString &domain)
-{
-    const QRegExp foreign(QLatin1String("[\\s/:?#@*\\[\\]]"));
-    return domain.contains(foreign) ? QString()
-                                    : QString::fromLatin1(QUrl::toAce(domain).constData());
-}
-
-bool isWithin(const QString &host, const QString &domain)
-{
-    return !domain.isEmpty() && (host == domain || host.endsWith(QLatin1Char('.') + domain));
-}
 
 bool isOfTheWeb(const QString &scheme)
 {
@@ -32,7 +20,7 @@ bool BroadcastAccess::setDomains(const QStringList &domains)
 {
     QStringList names;
     for (int i = 0; i < domains.size(); ++i)
-        names.append(normalized(domains.at(i)));
+        names.append(HostName::parseDomain(domains.at(i)).value);
     if (names.contains(QString()))
         return false;
     m_domains = names;
@@ -56,10 +44,11 @@ bool BroadcastAccess::answers(const QWebSecurityOrigin &origin, const QUrl &home
         return home.scheme() == QLatin1String("file");
     if (!isOfTheWeb(origin.scheme()))
         return false;
-    const QString host = normalized(origin.host());
-    const QStringList domains = m_domainsAreSet ? m_domains : QStringList(normalized(home.host()));
+    const QString host = HostName::normalized(origin.host());
+    const QStringList domains =
+        m_domainsAreSet ? m_domains : QStringList(HostName::normalized(home.host()));
     for (int i = 0; i < domains.size(); ++i) {
-        if (isWithin(host, domains.at(i)))
+        if (HostName::isWithin(host, domains.at(i)))
             return true;
     }
     return false;

@@ -4,6 +4,8 @@
 #include "network/cookiejar.h"
 #include "program/userfolders.h"
 #include "effects/viewsettings.h"
+#include "values/proxyaddress.h"
+#include "values/webaddress.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkDiskCache>
@@ -16,27 +18,6 @@ namespace {
 bool never(const ApplicationView &)
 {
     return false;
-}
-
-// What may stand around host and port in a proxy's address.
-QUrl toProxyAddress(const QString &text)
-{
-    const bool hasScheme = text.contains(QLatin1String("://"));
-    return QUrl(hasScheme ? text : QLatin1String("http://") + text);
-}
-
-bool isProxyAddress(const QUrl &address)
-{
-    return address.isValid() && address.scheme() == QLatin1String("http")
-        && !address.host().isEmpty() && address.port() > 0
-        && (address.path().isEmpty() || address.path() == QLatin1String("/"));
-}
-
-bool isOfTheWeb(const QUrl &address)
-{
-    return address.isValid() && !address.host().isEmpty()
-        && (address.scheme() == QLatin1String("http")
-            || address.scheme() == QLatin1String("https"));
 }
 
 } // namespace
@@ -67,21 +48,21 @@ bool NetworkSettings::setDiskCookies(ApplicationView &view, const QVariant &on)
 
 bool NetworkSettings::setProxy(ApplicationView &view, const QVariant &address)
 {
-    const QUrl url = toProxyAddress(address.toString());
-    if (!isProxyAddress(url))
+    const Parsed<ProxyAddress> proxy = parseProxy(address.toString());
+    if (!proxy.isUsable())
         return false;
     if (view.networkAccess())
-        view.networkAccess()->setProxy(QNetworkProxy(QNetworkProxy::HttpProxy, url.host(),
-                                                     quint16(url.port()), url.userName(),
-                                                     url.password()));
+        view.networkAccess()->setProxy(QNetworkProxy(QNetworkProxy::HttpProxy, proxy.value.host,
+                                                     quint16(proxy.value.port), proxy.value.user,
+                                                     proxy.value.password));
     return true;
 }
 
 bool NetworkSettings::setReferrer(ApplicationView &view, const QVariant &address)
 {
-    const QUrl url(address.toString());
-    if (!isOfTheWeb(url))
+    const Parsed<QUrl> referrer = parseReferrer(address.toString());
+    if (!referrer.isUsable())
         return false;
-    view.setReferrer(url.toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment));
+    view.setReferrer(referrer.value.toEncoded());
     return true;
 }

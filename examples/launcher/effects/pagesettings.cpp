@@ -4,6 +4,9 @@
 #include "application/applicationview.h"
 #include "program/configurationfile.h"
 #include "application/websurface.h"
+#include "values/pageaddress.h"
+#include "values/scriptfile.h"
+#include "values/useragent.h"
 
 #include <QFile>
 #include <QPalette>
@@ -24,22 +27,29 @@ const char takeScrollingBack[] =
 
 bool PageSettings::setUrl(ApplicationView &view, const QVariant &address)
 {
-    const QUrl base =
-        QUrl::fromLocalFile(ConfigurationFile::resolve(QLatin1String(".")) + QLatin1Char('/'));
-    view.setAddress(base.resolved(QUrl(address.toString())));
+    const Parsed<QUrl> page =
+        toPageAddress(address.toString(), ConfigurationFile::resolve(QLatin1String(".")));
+    if (!page.isUsable())
+        return false;
+    view.setAddress(page.value);
     return true;
 }
 
 bool PageSettings::setUserAgent(ApplicationView &view, const QVariant &name)
 {
-    view.page()->setUserAgent(name.toString());
+    const Parsed<QString> userAgent = parseUserAgent(name.toString());
+    if (!userAgent.isUsable())
+        return false;
+    view.page()->setUserAgent(userAgent.value);
     return true;
 }
 
 bool PageSettings::setUserScript(ApplicationView &view, const QVariant &file)
 {
-    QFile script(ConfigurationFile::resolve(file.toString()));
-    if (!script.open(QIODevice::ReadOnly))
+    const Parsed<QString> path =
+        findScript(file.toString(), ConfigurationFile::resolve(QLatin1String(".")));
+    QFile script(path.value);
+    if (!path.isUsable() || !script.open(QIODevice::ReadOnly))
         return false;
     view.page()->setDocumentScript("user script", QString::fromUtf8(script.readAll().constData()));
     return true;
