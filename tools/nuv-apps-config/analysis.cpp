@@ -4,8 +4,6 @@
 
 QString Analysis::danger() const
 {
-    if (findings.has("huge-size"))
-        return QLatin1String("a key \"size\" would keep the loader busy for minutes; see check");
     if (document.depth > DeepestFlattened)
         return QLatin1String("the document is nested so deeply that its flat keys fill the memory");
     return QString();

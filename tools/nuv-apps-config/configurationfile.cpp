@@ -24,8 +24,10 @@ QString named()
 
 QString whyNotNamed()
 {
-    if (named().isEmpty())
+    if (!qEnvironmentVariableIsSet(Variable))
         return text("NUV_APPS_CONFIG_FILE is not set");
+    if (named().isEmpty())
+        return text("NUV_APPS_CONFIG_FILE is empty");
     const QString why =
         text("NUV_APPS_CONFIG_FILE names ") + named() + text(", which does not exist");
     return QFile::exists(QFile::decodeName(qgetenv(Variable)))
@@ -65,6 +67,9 @@ ConfigurationFile::Choice ConfigurationFile::choice()
     if (QFile::exists(text(Fallback))) {
         found.path = text(Fallback);
         found.why = text("in the working directory, as ") + whyNotNamed();
+        if (!named().isEmpty())
+            found.warning =
+                whyNotNamed() + text("; AppsConfig.json in the working directory is read");
         return found;
     }
     found.why = whyNotNamed() + text(", and there is no AppsConfig.json in ") + QDir::currentPath();

@@ -11,6 +11,8 @@ namespace ConfigurationFile {
 struct Choice {
     QString path; ///< empty when there is none
     QString why; ///< a sentence without a full stop
+    QString
+        warning; ///< the variable names nothing, and another file is read; empty where it does not
 };
 
 /// What the library would pick now.

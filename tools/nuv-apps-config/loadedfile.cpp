@@ -1,118 +1,106 @@
 #include "tools/nuv-apps-config/loadedfile.h"
 
-#include "tools/nuv-apps-config/configurationfile.h"
+#include "tools/nuv-apps-config/output.h"
+#include "tools/nuv-apps-config/valuetext.h"
 
-#include <QSet>
+#include <QSettings>
 
 namespace {
 
-const char Variable[] = "NUV_APPS_CONFIG_FILE";
-
-bool canBeNamed(const QString &path)
-{
-    return QString::fromLatin1(path.toLatin1()) == path;
-}
+const char List[] = "Applications";
 
 } // namespace
 
-std::unique_ptr<LoadedFile> LoadedFile::open(const QString &name, QString *error)
+std::unique_ptr<LoadedFile> LoadedFile::open(const QString &name, ExitStatus *status)
 {
-    std::unique_ptr<LoadedFile> file(new LoadedFile);
-    file->m_path = name;
-    file->m_why = QLatin1String("named on the command line");
-    if (name.isEmpty()) {
-        const ConfigurationFile::Choice choice = ConfigurationFile::choice();
-        file->m_path = choice.path;
-        file->m_why = choice.why;
-        if (choice.path.isEmpty()) {
-            *error = QLatin1String("there is no configuration file: ") + choice.why;
-            return nullptr;
-        }
-    }
-    QByteArray bytes;
-    if (!ConfigurationFile::read(file->m_path, &bytes, error)) {
-        *error = file->m_path + QLatin1String(": ") + *error;
+    ConfigurationFile::Choice choice;
+    choice.path = name;
+    choice.why = QLatin1String("named on the command line");
+    if (name.isEmpty())
+        choice = ConfigurationFile::choice();
+    *status = Trouble;
+    if (choice.path.isEmpty()) {
+        Output::complain(QLatin1String("there is no configuration file: ") + choice.why);
         return nullptr;
     }
-    file->m_analysis = analyse(file->m_path, bytes, ConfigurationFile::folderOf(file->m_path));
-    return file->load(error) ? std::move(file) : nullptr;
+    if (!choice.warning.isEmpty())
+        Output::complain(QLatin1String("warning: ") + choice.warning);
+    QByteArray bytes;
+    QString error;
+    if (!ConfigurationFile::read(choice.path, &bytes, &error)) {
+        Output::complain(choice.path + QLatin1String(": ") + error);
+        return nullptr;
+    }
+    *status = Found;
+    std::unique_ptr<LoadedFile> file(new LoadedFile);
+    file->m_why = choice.why;
+    file->m_analysis = analyse(choice.path, bytes, ConfigurationFile::folderOf(choice.path));
+    if (file->load(&error))
+        return file;
+    Output::complain(choice.path + QLatin1String(": ") + error);
+    return nullptr;
 }
 
-LoadedFile::~LoadedFile()
-{
-    if (m_state)
-        delete m_state->settings; // a launcher never does; this program may open two files
-}
-
-// The loader takes its file from the environment and nowhere else, with a name in Latin-1.
 bool LoadedFile::load(QString *error)
 {
-    const QString danger = m_analysis->danger();
-    if (!danger.isEmpty()) {
-        *error = m_path + QLatin1String(": ") + danger;
+    *error = m_analysis->danger();
+    if (!error->isEmpty())
         return false;
-    }
-    const bool isInput = m_path == ConfigurationFile::standardInput();
-    if (isInput || !canBeNamed(m_path)) {
-        if (!m_copy.open() || m_copy.write(m_analysis->source.bytes()) != m_analysis->source.size()
-            || !m_copy.flush()) {
-            *error = QLatin1String("no temporary file can be written: ") + m_copy.errorString();
-            return false;
-        }
-    }
-    const QByteArray before = qgetenv(Variable);
-    const bool wasSet = qEnvironmentVariableIsSet(Variable);
-    qputenv(Variable, (m_copy.isOpen() ? m_copy.fileName() : m_path).toLatin1());
-    m_state.reset(new WebAppSettingsPrivate);
-    if (wasSet)
-        qputenv(Variable, before);
-    else
-        qunsetenv(Variable);
+    m_view = LibraryView::load(m_analysis->source.bytes(), error);
+    if (!m_view)
+        return false;
+    findApplications();
     return true;
 }
 
-QStringList LoadedFile::tags() const
+// As the loader goes through the elements: the first application with a tag wins.
+void LoadedFile::findApplications()
 {
-    QStringList tags;
-    QSet<QString> known;
-    const Document &document = m_analysis->document;
-    if (!document.isEmpty() && document.rootNode().type == Node::Object) {
-        const Node::Child *list =
-            document.member(document.rootNode(), QLatin1String("Applications"));
-        for (const Node::Child &child :
-             list ? document.at(*list).children : std::vector<Node::Child>()) {
-            const Node::Child *tag = document.member(document.at(child), QLatin1String("Tag"));
-            const QString text = tag ? document.at(*tag).value.toString() : QString();
-            if (tag && m_state->applications.contains(text) && !known.contains(text))
-                tags.append(text);
-            known.insert(text);
-        }
+    if (!state().isUsable())
+        return;
+    for (int i = 0; i < m_view->elementCount(); ++i) {
+        const QVariant value =
+            settings().value(QString(QLatin1String("Applications/%1/Tag")).arg(i + 1));
+        const QString tag = value.toString();
+        if (!value.isValid() || m_nodes.contains(tag))
+            continue;
+        m_tags.append(tag);
+        m_nodes.insert(tag, elementNode(i, tag));
     }
-    QStringList rest;
-    for (const QString &tag : m_state->applications.keys()) {
-        if (!known.contains(tag))
-            rest.append(tag); // of applications that the flat keys put together
-    }
-    rest.sort();
-    return tags + rest;
 }
 
-const Node *LoadedFile::application(const QString &tag) const
+const Node *LoadedFile::elementNode(int index, const QString &tag) const
 {
     const Document &document = m_analysis->document;
-    if (document.isEmpty())
+    const Node::Child *list =
+        document.isEmpty() ? nullptr : document.member(document.rootNode(), QLatin1String(List));
+    if (!list || document.at(*list).type != Node::Array)
         return nullptr;
-    const Node::Child *list = document.member(document.rootNode(), QLatin1String("Applications"));
-    if (!list)
+    const std::vector<Node::Child> &elements = document.at(*list).children;
+    if (index >= int(elements.size()))
         return nullptr;
-    for (const Node::Child &child : document.at(*list).children) {
-        const Node &element = document.at(child);
-        const Node::Child *member = document.member(element, QLatin1String("Tag"));
-        if (member && document.at(*member).value.isValid()
-            && document.at(*member).value.toString() == tag)
-            return &element;
-    }
-    return nullptr;
+    const Node &element = document.at(elements[size_t(index)]);
+    const Node::Child *member = document.member(element, QLatin1String("Tag"));
+    return member && document.at(*member).value.toString() == tag ? &element : nullptr;
+}
+
+bool LoadedFile::isRead() const
+{
+    return m_view->isParsed() && m_analysis->source.size() > 0;
+}
+
+void LoadedFile::complainUnread() const
+{
+    const QLatin1String why(m_view->isParsed() ? "it is empty" : "it has a syntax error");
+    Output::complain(name() + QLatin1String(": nothing is read of it, because ") + why
+                     + QLatin1String("; see check"));
+}
+
+QVariant LoadedFile::port() const
+{
+    const quint32 port = state().remoteInspectorPort;
+    return state().isUsable() && port != WebAppSettingsPrivate::NoPort ? QVariant(port)
+                                                                       : QVariant();
 }
 
 const Node *LoadedFile::global() const
@@ -124,16 +112,20 @@ const Node *LoadedFile::global() const
     return member ? &document.at(*member) : nullptr;
 }
 
-const Node *LoadedFile::valueAt(const Node &object, const QString &path) const
+const Node *LoadedFile::valueAt(const Node *object, const QString &path,
+                                const QVariant &value) const
 {
-    const Node *node = &object;
+    const Node *node = object;
     for (const QString &key : path.split(QLatin1Char('/'))) {
-        const Node::Child *member = m_analysis->document.member(*node, key);
-        if (!member)
-            return nullptr;
-        node = &m_analysis->document.at(*member);
+        const Node::Child *member = node ? m_analysis->document.member(*node, key) : nullptr;
+        node = member ? &m_analysis->document.at(*member) : nullptr;
     }
-    return node;
+    if (!node)
+        return nullptr;
+    const bool isFromHere = value.userType() == QMetaType::QStringList
+        ? node->type == Node::Array
+        : ValueText::isSame(node->value, value);
+    return isFromHere ? node : nullptr;
 }
 
 QString LoadedFile::placeText(const Node *node) const

@@ -1,11 +1,13 @@
 #ifndef LOADEDFILE_H
 #define LOADEDFILE_H
 
-#include "config/webappsettings_p.h"
 #include "tools/nuv-apps-config/analysis.h"
+#include "tools/nuv-apps-config/configurationfile.h"
+#include "tools/nuv-apps-config/invocation.h"
+#include "tools/nuv-apps-config/libraryview.h"
 
-#include <QSettings>
-#include <QTemporaryFile>
+#include <QHash>
+#include <QStringList>
 
 #include <memory>
 
@@ -13,31 +15,35 @@
 class LoadedFile
 {
 public:
-    /// `name` is empty for the file that the library would pick. Null, with the reason in `*error`,
-    /// when there is no such file, it cannot be read, or loading it would do harm.
-    static std::unique_ptr<LoadedFile> open(const QString &name, QString *error);
-    ~LoadedFile();
+    /// `name` is empty for the file that the library would pick. Null, with the reason on the standard
+    /// error and the exit status in `*status`, when it cannot be read or loading it would do harm.
+    static std::unique_ptr<LoadedFile> open(const QString &name, ExitStatus *status);
 
     QString name() const { return m_analysis->source.name(); }
     QString why() const { return m_why; }
     const Analysis &analysis() const { return *m_analysis; }
-    const WebAppSettingsPrivate &state() const { return *m_state; }
+    const WebAppSettingsPrivate &state() const { return m_view->state(); }
+    QSettings &settings() const { return m_view->settings(); }
 
-    /// Whether the library could parse it at all.
-    bool isParsed() const
-    {
-        const Findings &findings = m_analysis->findings;
-        return !findings.hasSyntaxError() && !findings.has("not-text");
-    }
+    /// False for a syntax error and for an empty file: the library uses nothing of it.
+    bool isRead() const;
 
-    /// The tags in the order of the file.
-    QStringList tags() const;
+    /// Says on the standard error why the library reads nothing of the file.
+    void complainUnread() const;
 
-    /// The object of the application with that tag: the first one. Null when there is none.
-    const Node *application(const QString &tag) const;
+    /// The global port that a launcher is given: only of a file whose version passes.
+    QVariant port() const;
 
-    /// The value at "Certificate/Path" inside an object of the file; null when there is none.
-    const Node *valueAt(const Node &object, const QString &path) const;
+    /// The tags of the applications that a launcher can ask for, in the order of the file.
+    const QStringList &tags() const { return m_tags; }
+
+    /// The object of the application with that tag. Null where there is no single one, as for those
+    /// that flat keys put together.
+    const Node *application(const QString &tag) const { return m_nodes.value(tag); }
+
+    /// The value at "Certificate/Path" inside an object of the file. Null when there is none, or when
+    /// it is not where the library's value comes from.
+    const Node *valueAt(const Node *object, const QString &path, const QVariant &value) const;
     const Node *global() const;
 
     QString placeText(const Node *node) const;
@@ -45,12 +51,14 @@ public:
 private:
     LoadedFile() {}
     bool load(QString *error);
+    void findApplications();
+    const Node *elementNode(int index, const QString &tag) const;
 
     QString m_why;
-    QString m_path;
-    QTemporaryFile m_copy;
     std::unique_ptr<Analysis> m_analysis;
-    std::unique_ptr<WebAppSettingsPrivate> m_state;
+    std::unique_ptr<LibraryView> m_view;
+    QStringList m_tags;
+    QHash<QString, const Node *> m_nodes;
 };
 
 #endif // LOADEDFILE_H

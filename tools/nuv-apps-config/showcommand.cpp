@@ -1,12 +1,8 @@
 #include "tools/nuv-apps-config/program.h"
 
+#include "tools/nuv-apps-config/jsontext.h"
 #include "tools/nuv-apps-config/loadedfile.h"
-#include "tools/nuv-apps-config/secrets.h"
 #include "tools/nuv-apps-config/valuetext.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <algorithm>
 
@@ -34,12 +30,23 @@ const char *const skips[] = { "no-tag",
                               "not-an-object",
                               "empty-file" };
 
-bool isSkip(const Finding &finding, bool isParsed)
+bool isSkip(const Finding &finding, bool isRead)
 {
-    if (!isParsed)
+    if (!isRead)
         return finding.severity == Severity::Error;
     return std::any_of(std::begin(skips), std::end(skips),
                        [&](const char *rule) { return qstrcmp(rule, finding.rule) == 0; });
+}
+
+std::vector<const Finding *> skippedIn(const LoadedFile &file)
+{
+    const bool isRead = file.isRead();
+    std::vector<const Finding *> skipped;
+    for (const Finding &finding : file.analysis().findings.all()) {
+        if (isSkip(finding, isRead))
+            skipped.push_back(&finding);
+    }
+    return skipped;
 }
 
 // Whether all the tags are there; says which are not.
@@ -58,8 +65,10 @@ bool haveTags(const LoadedFile &file, const QStringList &tags)
 
 QString gateText(const LoadedFile &file)
 {
-    if (!file.isParsed())
-        return text("the file has a syntax error, so nothing of it is read; see check");
+    if (!file.isRead())
+        return file.analysis().source.size() == 0
+            ? text("the file is empty")
+            : text("the file has a syntax error, so nothing of it is read; see check");
     if (file.state().isUsable())
         return text("applications are loaded");
     return text("no application is loaded: the version must be at least 1 and below 2");
@@ -94,17 +103,15 @@ private:
 
 void ShownText::global()
 {
-    const WebAppSettingsPrivate &state = m_file.state();
     line(QString(QLatin1String("File: %1 (%2)"))
              .arg(Output::printable(m_file.name()), Output::printable(m_file.why())));
     line(QString(QLatin1String("Version: %1 (%2)")).arg(versionText(m_file), gateText(m_file)));
     line(text("Remote inspector port: ")
-         + (state.remoteInspectorPort == WebAppSettingsPrivate::NoPort
-                ? text("not set")
-                : QString::number(state.remoteInspectorPort)));
-    const bool hasCertificate = state.globalConfig.getCertPath().isValid();
-    line(text("Global certificate: ") + (hasCertificate ? QString() : text("not set")));
-    config(state.globalConfig, m_file.global());
+         + (m_file.port().isValid() ? m_file.port().toString() : text("not set")));
+    const AppConfig &global = m_file.state().globalConfig;
+    const bool hasCertificate = global.getCertPath().isValid();
+    line(text("Global certificate:") + (hasCertificate ? QString() : text(" not set")));
+    config(global, m_file.global());
 }
 
 void ShownText::config(const AppConfig &config, const Node *object)
@@ -114,36 +121,35 @@ void ShownText::config(const AppConfig &config, const Node *object)
     for (const ValueText::Entry &entry : entries)
         width = qMax(width, entry.property.size());
     for (const ValueText::Entry &entry : entries) {
-        const Node *node = object ? m_file.valueAt(*object, entry.path) : nullptr;
-        line(QString(QLatin1String("    %1 = %2  (%3, %4)"))
-                 .arg(entry.property.leftJustified(width), ValueText::shown(entry.value),
-                      ValueText::typeOf(config.getProperty(entry.property)),
-                      m_file.placeText(node)));
+        QStringList origin(ValueText::typeOf(entry.value));
+        const Node *node = m_file.valueAt(object, entry.path, entry.value);
+        if (node)
+            origin.append(m_file.placeText(node));
+        line(QString(QLatin1String("    %1 = %2  (%3)"))
+                 .arg(entry.property.leftJustified(width), ValueText::shown(entry.shown),
+                      origin.join(text(", "))));
     }
 }
 
 void ShownText::application(const QString &tag)
 {
     const Node *object = m_file.application(tag);
-    line(QString(QLatin1String("\nApplication \"%1\" (%2)"))
-             .arg(Output::printable(tag), m_file.placeText(object)));
+    const QString place =
+        object ? text(" (") + m_file.placeText(object) + QLatin1Char(')') : QString();
+    line(QString(QLatin1String("\nApplication \"%1\"%2")).arg(Output::printable(tag), place));
     config(m_file.state().applications.value(tag), object);
 }
 
 void ShownText::skipped()
 {
-    bool isFirst = true;
-    for (const Finding &finding : m_file.analysis().findings.all()) {
-        if (!isSkip(finding, m_file.isParsed()))
-            continue;
-        if (isFirst)
-            line(text("\nSkipped or lost:"));
-        isFirst = false;
-        const Place place = m_file.analysis().source.place(finding.offset);
+    const std::vector<const Finding *> findings = skippedIn(m_file);
+    if (!findings.empty())
+        line(text("\nSkipped or lost:"));
+    for (const Finding *finding : findings) {
+        const Place place = m_file.analysis().source.place(finding->offset);
         line(QString(QLatin1String("    %1:%2: %3 [%4]"))
-                 .arg(place.line)
-                 .arg(place.column)
-                 .arg(Output::printable(finding.text), text(finding.rule)));
+                 .arg(QString::number(place.line), QString::number(place.column),
+                      Output::printable(finding->text), text(finding->rule)));
     }
 }
 
@@ -153,124 +159,138 @@ class ShownJson
 public:
     ShownJson(const LoadedFile &file, bool reveal) : m_file(file), m_reveal(reveal) {}
 
-    QByteArray document(const QStringList &tags) const;
+    QByteArray document(const QStringList &tags);
 
 private:
-    QJsonObject config(const AppConfig &config, const Node *object) const;
-    QJsonObject global() const;
-    QJsonArray skipped() const;
-    static void insertPlace(QJsonObject &object, const Place &place);
+    void global();
+    void config(const AppConfig &config, const Node *object);
+    void application(const QString &tag);
+    void skipped();
+    void place(int offset);
 
     const LoadedFile &m_file;
     bool m_reveal;
+    JsonText m_json;
 };
 
-void ShownJson::insertPlace(QJsonObject &object, const Place &place)
+void ShownJson::place(int offset)
 {
-    object.insert(text("line"), place.line);
-    object.insert(text("column"), place.column);
+    const Place place = m_file.analysis().source.place(offset);
+    m_json.member("line", place.line);
+    m_json.member("column", place.column);
 }
 
-QJsonObject ShownJson::config(const AppConfig &config, const Node *object) const
+void ShownJson::config(const AppConfig &config, const Node *object)
 {
-    QJsonObject result;
     for (const ValueText::Entry &entry : ValueText::entriesOf(config, m_reveal)) {
-        QJsonObject value;
-        value.insert(text("value"), ValueText::json(entry.value));
-        value.insert(text("type"), ValueText::typeOf(config.getProperty(entry.property)));
-        const Node *node = object ? m_file.valueAt(*object, entry.path) : nullptr;
+        m_json.key(entry.property);
+        m_json.beginObject();
+        m_json.member("value", entry.shown);
+        m_json.member("type", ValueText::typeOf(entry.value));
+        const Node *node = m_file.valueAt(object, entry.path, entry.value);
         if (node)
-            insertPlace(value, m_file.analysis().source.place(node->begin));
-        result.insert(entry.property, value);
+            place(node->begin);
+        m_json.endObject();
     }
-    return result;
 }
 
-QJsonObject ShownJson::global() const
+void ShownJson::global()
 {
-    const WebAppSettingsPrivate &state = m_file.state();
-    QJsonObject result = config(state.globalConfig, m_file.global());
-    if (state.remoteInspectorPort != WebAppSettingsPrivate::NoPort)
-        result.insert(text("RemoteInspectorPort"), double(state.remoteInspectorPort));
-    return result;
+    m_json.key("global");
+    m_json.beginObject();
+    if (m_file.port().isValid())
+        m_json.member("RemoteInspectorPort", m_file.port());
+    config(m_file.state().globalConfig, m_file.global());
+    m_json.endObject();
 }
 
-QJsonArray ShownJson::skipped() const
+void ShownJson::application(const QString &tag)
 {
-    QJsonArray result;
-    for (const Finding &finding : m_file.analysis().findings.all()) {
-        if (!isSkip(finding, m_file.isParsed()))
-            continue;
-        QJsonObject entry;
-        insertPlace(entry, m_file.analysis().source.place(finding.offset));
-        entry.insert(text("rule"), text(finding.rule));
-        entry.insert(text("text"), finding.text);
-        result.append(entry);
-    }
-    return result;
+    const Node *object = m_file.application(tag);
+    m_json.beginObject();
+    m_json.member("tag", tag);
+    if (object)
+        place(object->begin);
+    m_json.key("properties");
+    m_json.beginObject();
+    config(m_file.state().applications.value(tag), object);
+    m_json.endObject();
+    m_json.endObject();
 }
 
-QByteArray ShownJson::document(const QStringList &tags) const
+void ShownJson::skipped()
 {
-    QJsonArray applications;
-    for (const QString &tag : tags) {
-        QJsonObject entry;
-        const Node *object = m_file.application(tag);
-        entry.insert(text("tag"), tag);
-        if (object)
-            insertPlace(entry, m_file.analysis().source.place(object->begin));
-        entry.insert(text("properties"), config(m_file.state().applications.value(tag), object));
-        applications.append(entry);
+    m_json.key("skipped");
+    m_json.beginArray();
+    for (const Finding *finding : skippedIn(m_file)) {
+        m_json.beginObject();
+        place(finding->offset);
+        m_json.member("rule", text(finding->rule));
+        m_json.member("text", finding->text);
+        m_json.endObject();
     }
-    QJsonObject root;
-    root.insert(text("file"), m_file.name());
-    root.insert(text("why"), m_file.why());
-    root.insert(text("version"), double(m_file.state().version));
-    root.insert(text("usable"), m_file.state().isUsable());
-    root.insert(text("global"), global());
-    root.insert(text("applications"), applications);
-    root.insert(text("skipped"), skipped());
-    return QJsonDocument(root).toJson();
+    m_json.endArray();
+}
+
+QByteArray ShownJson::document(const QStringList &tags)
+{
+    m_json.beginObject();
+    m_json.member("file", m_file.name());
+    m_json.member("why", m_file.why());
+    m_json.member("version", double(m_file.state().version));
+    m_json.member("usable", m_file.state().isUsable());
+    global();
+    m_json.key("applications");
+    m_json.beginArray();
+    for (const QString &tag : tags)
+        application(tag);
+    m_json.endArray();
+    skipped();
+    m_json.endObject();
+    return m_json.document();
 }
 
 } // namespace
 
 int Program::show(const Invocation &invocation, Output &output)
 {
-    QString error;
-    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &error);
-    if (!file) {
-        Output::complain(error);
-        return Trouble;
-    }
-    if (!haveTags(*file, invocation.arguments))
+    ExitStatus status;
+    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &status);
+    if (!file)
+        return status;
+    if (file->isRead() && !haveTags(*file, invocation.arguments))
         return Found;
-    const QStringList tags = invocation.arguments.isEmpty() ? file->tags() : invocation.arguments;
+    const QStringList tags =
+        file->isRead() && !invocation.arguments.isEmpty() ? invocation.arguments : file->tags();
     if (invocation.format == Format::Json) {
         output.writeBytes(ShownJson(*file, invocation.reveal).document(tags));
-        return Success;
+    } else {
+        ShownText shown(*file, invocation.reveal, output);
+        shown.global();
+        for (const QString &tag : tags)
+            shown.application(tag);
+        shown.skipped();
     }
-    ShownText shown(*file, invocation.reveal, output);
-    shown.global();
-    for (const QString &tag : tags)
-        shown.application(tag);
-    shown.skipped();
-    return Success;
+    return file->isRead() ? Success : Found;
 }
 
 int Program::list(const Invocation &invocation, Output &output)
 {
-    QString error;
-    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &error);
-    if (!file) {
-        Output::complain(error);
-        return Trouble;
+    ExitStatus status;
+    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &status);
+    if (!file)
+        return status;
+    if (!file->isRead()) {
+        file->complainUnread();
+        return Found;
     }
-    const QStringList tags = file->tags();
-    if (invocation.format == Format::Json)
-        output.writeBytes(QJsonDocument(QJsonArray::fromStringList(tags)).toJson());
-    else if (!tags.isEmpty())
-        output.write(Output::printable(tags.join(QChar(0))).replace(text("\\u0000"), text("\n"))
-                     + QLatin1Char('\n'));
+    if (invocation.format == Format::Json) {
+        JsonText json;
+        json.value(file->tags());
+        output.writeBytes(json.document());
+        return Success;
+    }
+    for (const QString &tag : file->tags())
+        output.write(Output::printable(tag) + QLatin1Char('\n'));
     return Success;
 }

@@ -1,14 +1,12 @@
 #include "tools/nuv-apps-config/program.h"
 
-#include "settings/jsonsettingsformat.h"
+#include "tools/nuv-apps-config/jsontext.h"
 #include "tools/nuv-apps-config/loadedfile.h"
 #include "tools/nuv-apps-config/properties.h"
 #include "tools/nuv-apps-config/secrets.h"
 #include "tools/nuv-apps-config/valuetext.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QSettings>
 
 namespace {
 
@@ -17,14 +15,6 @@ QString propertyNamed(const QString &name)
 {
     const Property *property = Properties::findAnywhere(name);
     return property && property->property ? QString(QLatin1String(property->property)) : name;
-}
-
-QJsonObject entryObject(const QVariant &value, const QVariant &shown)
-{
-    QJsonObject entry;
-    entry.insert(QLatin1String("value"), ValueText::json(shown));
-    entry.insert(QLatin1String("type"), ValueText::typeOf(value));
-    return entry;
 }
 
 /// One difference between two files.
@@ -47,12 +37,6 @@ private:
     void compare(const QString &where, const AppConfig &a, const AppConfig &b);
     void compareGlobals();
     void compareApplications();
-
-    static QVariant portOf(const LoadedFile &file)
-    {
-        const quint32 port = file.state().remoteInspectorPort;
-        return port == WebAppSettingsPrivate::NoPort ? QVariant() : QVariant(port);
-    }
 
     const LoadedFile &m_a;
     const LoadedFile &m_b;
@@ -81,7 +65,7 @@ void Comparison::compareGlobals()
 {
     const QString global = QLatin1String("Global");
     compare(global, QLatin1String("Version"), m_a.state().version, m_b.state().version);
-    compare(global, QLatin1String("RemoteInspectorPort"), portOf(m_a), portOf(m_b));
+    compare(global, QLatin1String("RemoteInspectorPort"), m_a.port(), m_b.port());
     compare(global, m_a.state().globalConfig, m_b.state().globalConfig);
 }
 
@@ -115,47 +99,75 @@ QVariant maybeMasked(const QString &key, const QVariant &value, bool reveal)
     return reveal ? value : Secrets::shown(key, value);
 }
 
-QString side(char sign, const Difference &difference, const QVariant &value, bool reveal)
+QString side(const char *sign, const Difference &difference, const QVariant &value, bool reveal)
 {
     if (!value.isValid())
         return QString();
     return QString(QLatin1String("%1 %2: %3 = %4\n"))
-        .arg(QLatin1Char(sign))
-        .arg(Output::printable(difference.where), difference.key,
+        .arg(QLatin1String(sign), Output::printable(difference.where), difference.key,
              ValueText::shown(maybeMasked(difference.key, value, reveal)));
 }
 
-QJsonArray toJson(const QList<Difference> &differences, bool reveal)
+QByteArray toJson(const QList<Difference> &differences, bool reveal)
 {
-    QJsonArray array;
+    JsonText json;
+    json.beginArray();
     for (const Difference &difference : differences) {
-        QJsonObject entry;
-        entry.insert(QLatin1String("where"), difference.where);
-        entry.insert(QLatin1String("key"), difference.key);
         const QString key = difference.key;
+        json.beginObject();
+        json.member("where", difference.where);
+        json.member("key", key);
         if (difference.before.isValid())
-            entry.insert(QLatin1String("before"),
-                         ValueText::json(maybeMasked(key, difference.before, reveal)));
+            json.member("before", maybeMasked(key, difference.before, reveal));
         if (difference.after.isValid())
-            entry.insert(QLatin1String("after"),
-                         ValueText::json(maybeMasked(key, difference.after, reveal)));
-        array.append(entry);
+            json.member("after", maybeMasked(key, difference.after, reveal));
+        json.endObject();
     }
-    return array;
+    json.endArray();
+    return json.document();
+}
+
+void writeKeysAsText(const QSettings &settings, bool reveal, Output &output)
+{
+    for (const QString &key : settings.allKeys()) {
+        const QVariant value = settings.value(key);
+        output.write(QString(QLatin1String("%1 = %2  (%3)\n"))
+                         .arg(Output::printable(key),
+                              ValueText::shown(maybeMasked(key, value, reveal)),
+                              ValueText::typeOf(value)));
+    }
+}
+
+QByteArray keysAsJson(const QSettings &settings, bool reveal)
+{
+    JsonText json;
+    json.beginObject();
+    for (const QString &key : settings.allKeys()) {
+        const QVariant value = settings.value(key);
+        json.key(key);
+        json.beginObject();
+        json.member("value", maybeMasked(key, value, reveal));
+        json.member("type", ValueText::typeOf(value));
+        json.endObject();
+    }
+    json.endObject();
+    return json.document();
 }
 
 } // namespace
 
 int Program::get(const Invocation &invocation, Output &output)
 {
-    QString error;
-    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &error);
-    if (!file) {
-        Output::complain(error);
-        return Trouble;
-    }
+    ExitStatus status;
+    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &status);
+    if (!file)
+        return status;
     const QString tag = invocation.arguments.at(0);
     const QString key = invocation.arguments.at(1);
+    if (!file->isRead()) {
+        file->complainUnread();
+        return Found;
+    }
     if (!file->state().applications.contains(tag)) {
         Output::complain(
             QString(QLatin1String("%1 has no application \"%2\"")).arg(file->name(), tag));
@@ -172,56 +184,42 @@ int Program::get(const Invocation &invocation, Output &output)
 
 int Program::keys(const Invocation &invocation, Output &output)
 {
-    QString error;
-    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &error);
-    if (!file) {
-        Output::complain(error);
-        return Trouble;
-    }
-    if (!file->isParsed()) {
-        Output::complain(file->name()
-                         + QLatin1String(": a syntax error, so there are no keys; see check"));
+    ExitStatus status;
+    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &status);
+    if (!file)
+        return status;
+    if (!file->isRead()) {
+        file->complainUnread();
         return Found;
     }
-    const QSettings &settings = *file->state().settings;
-    QJsonObject root;
-    for (const QString &key : settings.allKeys()) {
-        const QVariant value = settings.value(key);
-        const QVariant shown = maybeMasked(key, value, invocation.reveal);
-        root.insert(key, entryObject(value, shown));
-        if (invocation.format == Format::Text)
-            output.write(QString(QLatin1String("%1 = %2  (%3)\n"))
-                             .arg(Output::printable(key), ValueText::shown(shown),
-                                  ValueText::typeOf(value)));
-    }
     if (invocation.format == Format::Json)
-        output.writeBytes(QJsonDocument(root).toJson());
+        output.writeBytes(keysAsJson(file->settings(), invocation.reveal));
+    else
+        writeKeysAsText(file->settings(), invocation.reveal, output);
     return Success;
 }
 
 int Program::diff(const Invocation &invocation, Output &output)
 {
-    QString error;
-    const std::unique_ptr<LoadedFile> a = LoadedFile::open(invocation.arguments.at(0), &error);
+    ExitStatus status;
+    const std::unique_ptr<LoadedFile> a = LoadedFile::open(invocation.arguments.at(0), &status);
     const std::unique_ptr<LoadedFile> b =
-        a ? LoadedFile::open(invocation.arguments.at(1), &error) : nullptr;
-    if (!b) {
-        Output::complain(error);
-        return Trouble;
-    }
+        a ? LoadedFile::open(invocation.arguments.at(1), &status) : nullptr;
+    if (!b)
+        return status;
     for (const LoadedFile *file : { a.get(), b.get() }) {
-        if (file->isParsed())
+        if (file->isRead())
             continue;
-        Output::complain(file->name() + QLatin1String(": a syntax error; see check"));
-        return Trouble;
+        file->complainUnread();
+        return Found;
     }
     const QList<Difference> differences = Comparison(*a, *b).differences();
-    if (invocation.format == Format::Json)
-        output.writeBytes(QJsonDocument(toJson(differences, invocation.reveal)).toJson());
-    for (const Difference &difference : differences) {
-        if (invocation.format == Format::Text)
-            output.write(side('-', difference, difference.before, invocation.reveal)
-                         + side('+', difference, difference.after, invocation.reveal));
+    if (invocation.format == Format::Json) {
+        output.writeBytes(toJson(differences, invocation.reveal));
+        return differences.isEmpty() ? Success : Found;
     }
+    for (const Difference &difference : differences)
+        output.write(side("-", difference, difference.before, invocation.reveal)
+                     + side("+", difference, difference.after, invocation.reveal));
     return differences.isEmpty() ? Success : Found;
 }

@@ -1,10 +1,10 @@
 #include "tools/nuv-apps-config/valuetext.h"
 
+#include "tools/nuv-apps-config/jsontext.h"
 #include "tools/nuv-apps-config/output.h"
 #include "tools/nuv-apps-config/properties.h"
 #include "tools/nuv-apps-config/secrets.h"
 
-#include <QJsonArray>
 #include <QStringList>
 
 #include <cmath>
@@ -25,6 +25,17 @@ bool isSameNumber(const QVariant &a, const QVariant &b)
     const double first = a.toDouble();
     const double second = b.toDouble();
     return !(first < second) && !(first > second) && std::fabs(first) <= limit;
+}
+
+// Shorter than in JSON, where 1.0 is no integer.
+QString doubleText(double value)
+{
+    if (std::isinf(value))
+        return QLatin1String(value < 0 ? "-inf" : "inf");
+    QByteArray digits = JsonText::number(value);
+    if (digits.endsWith(".0"))
+        digits.chop(2);
+    return QLatin1String(digits);
 }
 
 } // namespace
@@ -84,15 +95,10 @@ QString ValueText::shown(const QVariant &value)
 QString ValueText::plain(const QVariant &value)
 {
     if (value.userType() == QMetaType::Double)
-        return QString::number(value.toDouble(), 'g', 15);
+        return doubleText(value.toDouble());
     if (value.userType() == QMetaType::QStringList)
         return value.toStringList().join(QLatin1Char('\n'));
     return value.toString();
-}
-
-QJsonValue ValueText::json(const QVariant &value)
-{
-    return QJsonValue::fromVariant(value);
 }
 
 QList<ValueText::Entry> ValueText::entriesOf(const AppConfig &config, bool reveal)
@@ -108,7 +114,7 @@ QList<ValueText::Entry> ValueText::entriesOf(const AppConfig &config, bool revea
             continue;
         const QString path =
             property.section == Section::Certificate ? QLatin1String("Certificate/") + key : key;
-        entries.append(Entry { name, path, reveal ? value : Secrets::shown(path, value) });
+        entries.append(Entry { name, path, value, reveal ? value : Secrets::shown(path, value) });
     }
     return entries;
 }

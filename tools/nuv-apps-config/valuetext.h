@@ -3,7 +3,6 @@
 
 #include "config/appconfig.h"
 
-#include <QJsonValue>
 #include <QString>
 #include <QVariant>
 
@@ -19,8 +18,6 @@ QString shown(const QVariant &value);
 /// The value alone; the elements of a list on a line each.
 QString plain(const QVariant &value);
 
-QJsonValue json(const QVariant &value);
-
 /// Whether two values mean the same: a whole number may be of either type. The toolkit's own
 /// comparison converts texts, and calls numbers equal that differ in their last digits.
 bool isSame(const QVariant &a, const QVariant &b);
@@ -30,9 +27,10 @@ struct Entry {
     QString property;
     QString path; ///< in the file
     QVariant value;
+    QVariant shown; ///< with secrets masked, unless they are revealed
 };
 
-/// In the order of the table; with the secrets masked unless they are revealed.
+/// In the order of the table.
 QList<Entry> entriesOf(const AppConfig &config, bool reveal);
 
 } // namespace ValueText
