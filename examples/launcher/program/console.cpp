@@ -1,14 +1,17 @@
 #include "program/console.h"
 
+#include "values/passwords.h"
+
 #include <QRegExp>
 
 #include <cstdio>
 
 namespace {
 
+// The one way out. No password of an address passes, whoever made the text.
 void write(std::FILE *stream, const QString &text)
 {
-    std::fputs(text.toLocal8Bit().constData(), stream);
+    std::fputs(Passwords::maskedText(text).toLocal8Bit().constData(), stream);
     std::fflush(stream);
 }
 
@@ -33,11 +36,5 @@ QString Console::shown(const QString &text)
 {
     QString result = text;
     result.replace(QRegExp(QLatin1String("[\\x0000-\\x001f\\x007f-\\x009f]")), QLatin1String("?"));
-    return result.replace(QRegExp(QLatin1String("//([^/@:\\s]*):[^/\\s]*@")),
-                          QLatin1String("//\\1:") + mask() + QLatin1Char('@'));
-}
-
-QString Console::mask()
-{
-    return QLatin1String("********");
+    return Passwords::maskedText(result);
 }

@@ -1,6 +1,6 @@
 #include "values/valuekind.h"
 
-#include "program/console.h"
+#include "values/passwords.h"
 
 #include <QStringList>
 
@@ -72,22 +72,26 @@ QString asText(const QVariant &value)
 
 QString masked(const QVariant &)
 {
-    return Console::mask();
+    return Passwords::mask();
 }
 
-// A proxy can stand without the slashes that tell where its password is.
-QString withMaskedPassword(const QVariant &value)
+QString asAddress(const QVariant &value)
 {
-    return Console::shown(QLatin1String("//") + value.toString()).mid(2);
+    return Passwords::maskedAddress(value.toString());
+}
+
+QString asProxy(const QVariant &value)
+{
+    return Passwords::maskedAddress(value.toString(), Passwords::Proxy);
 }
 
 } // namespace
 
 const ValueKind ValueKinds::onOff = { "true or false", isSwitch, asText };
 const ValueKind ValueKinds::text = { "a text", isText, asText };
-const ValueKind ValueKinds::address = { "a text with an address", isFilledText, asText };
+const ValueKind ValueKinds::address = { "a text with an address", isFilledText, asAddress };
 const ValueKind ValueKinds::fileName = { "a text with the path of a readable file", isFilledText,
-                                         asText };
+                                         asAddress };
 const ValueKind ValueKinds::factor = { "a number from 0.1 to 10", isFactor, asText };
 const ValueKind ValueKinds::fraction = { "a number from 0 to 1", isFraction, asText };
 const ValueKind ValueKinds::port = { "a whole number from 0 to 65535", isPort, asText };
@@ -96,5 +100,6 @@ const ValueKind ValueKinds::bytes = { "a whole number of bytes up to 90071992547
 const ValueKind ValueKinds::domains = { "a list of domains as in tv.example", isListOfTexts,
                                         asText };
 const ValueKind ValueKinds::secret = { "a text", isText, masked };
-const ValueKind ValueKinds::proxy = { "a text as in host:port", isFilledText, withMaskedPassword };
-const ValueKind ValueKinds::webAddress = { "a text as in http://host/path", isFilledText, asText };
+const ValueKind ValueKinds::proxy = { "a text as in host:port", isFilledText, asProxy };
+const ValueKind ValueKinds::webAddress = { "a text as in http://host/path", isFilledText,
+                                           asAddress };
