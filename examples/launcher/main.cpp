@@ -9,6 +9,7 @@
 //   terminationsignals the end of the program at a signal
 //   console            what the launcher prints
 //   userfolders        where it keeps what pages store
+//   wholefile          replaces a file, whole or not at all
 //
 // application/  a web application
 //   applicationview    its window: brings the page, the network access and the extension together
@@ -21,7 +22,7 @@
 // network/      its network access
 //   launchernetwork    a configuredaccess, which presents its clientcertificate
 //   trustedauthorities whose certificates make a server trusted
-//   cookiejar          cookies that survive the program
+//   cookiejar          cookies that survive the program, in a cookiefile, within cookiebounds
 //
 // effects/      the configured properties
 //   viewsettings       the table: what each one takes, works on and does, and when
@@ -85,6 +86,7 @@ void runOffscreenWithoutDisplay()
 // is not told.
 void keepDatabasesAtHome()
 {
+    UserFolders::prepare();
     QWebSettings::setOfflineStoragePath(UserFolders::data() + QLatin1String("/databases"));
     QWebSettings::setOfflineWebApplicationCachePath(UserFolders::cache()
                                                     + QLatin1String("/applications"));

@@ -1,85 +1,79 @@
 #include "network/cookiejar.h"
 
+#include "network/cookiebounds.h"
+#include "network/cookiefile.h"
 #include "program/console.h"
+#include "program/userfolders.h"
+#include "program/wholefile.h"
 
 #include <QDateTime>
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QNetworkCookie>
-#include <QTemporaryFile>
-
-#include <cstdio>
 
 namespace {
 
-bool isLasting(const QNetworkCookie &cookie)
+const int longestDelay = 5000; // milliseconds from a change to the file
+
+QDateTime now()
 {
-    return !cookie.isSessionCookie()
-        && cookie.expirationDate() > QDateTime::currentDateTime().toUTC();
+    return QDateTime::currentDateTime().toUTC();
 }
 
-QByteArray toLines(const QList<QNetworkCookie> &cookies)
+QString replaceFile(const QString &fileName, const QByteArray &contents)
 {
-    QByteArray lines;
-    for (int i = 0; i < cookies.size(); ++i) {
-        if (isLasting(cookies.at(i)))
-            lines += cookies.at(i).toRawForm() + '\n';
-    }
-    return lines;
-}
-
-// The new file takes the place of the old one when it is complete. The toolkit's own way to rename a
-// file does not replace another. A temporary file is readable for its owner alone from the beginning.
-bool replaceFile(const QString &fileName, const QByteArray &contents)
-{
-    if (!QDir().mkpath(QFileInfo(fileName).path()))
-        return false;
-    QTemporaryFile file(fileName + QLatin1String(".XXXXXX"));
-    if (!file.open() || file.write(contents) != contents.size() || !file.flush())
-        return false;
-    const QByteArray temporary = QFile::encodeName(file.fileName());
-    if (std::rename(temporary.constData(), QFile::encodeName(fileName).constData()) != 0)
-        return false;
-    file.setAutoRemove(false);
-    return true;
+    const QString problem = UserFolders::make(QFileInfo(fileName).path());
+    return problem.isEmpty() ? WholeFile::replace(fileName, contents) : problem;
 }
 
 } // namespace
 
-CookieJar::CookieJar(const QString &file, QObject *parent) : QNetworkCookieJar(parent), m_file(file)
+CookieJar::CookieJar(const QString &file, QObject *parent)
+    : QNetworkCookieJar(parent), m_file(file), m_failed(false)
 {
-    read();
+    WholeFile::removeLeftovers(m_file);
+    const CookieFile::Contents contents = CookieFile::read(m_file, now());
+    if (!contents.problem.isEmpty())
+        Console::error(m_file + QLatin1String(": ") + contents.problem);
+    setAllCookies(contents.cookies);
+    m_written = CookieFile::toLines(contents.cookies, now());
+    m_delay.setSingleShot(true);
+    m_delay.setInterval(longestDelay);
+    connect(&m_delay, SIGNAL(timeout()), SLOT(write()));
 }
 
+CookieJar::~CookieJar()
+{
+    if (m_delay.isActive())
+        write();
+}
+
+// The delay is not begun anew at each change: a page that never stops setting cookies would keep them
+// from the file.
 bool CookieJar::setCookiesFromUrl(const QList<QNetworkCookie> &cookies, const QUrl &url)
 {
-    const bool taken = QNetworkCookieJar::setCookiesFromUrl(cookies, url);
-    writeIfChanged();
-    return taken;
-}
-
-void CookieJar::read()
-{
-    QFile file(m_file);
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    m_written = file.readAll();
-    QList<QNetworkCookie> cookies;
-    const QList<QNetworkCookie> stored = QNetworkCookie::parseCookies(m_written);
-    for (int i = 0; i < stored.size(); ++i) {
-        if (isLasting(stored.at(i)))
-            cookies.append(stored.at(i));
+    QList<QNetworkCookie> small;
+    for (int i = 0; i < cookies.size(); ++i) {
+        if (CookieBounds::admit(cookies.at(i)))
+            small.append(cookies.at(i));
     }
-    setAllCookies(cookies);
+    const bool taken = QNetworkCookieJar::setCookiesFromUrl(small, url);
+    setAllCookies(CookieBounds::applied(allCookies(), now()));
+    if (!m_delay.isActive())
+        m_delay.start();
+    return taken; // false where one is taken back, which changes the file, too
 }
 
-void CookieJar::writeIfChanged()
+// A disk stays full for long: it is told once, until the cookies could be written again.
+void CookieJar::write()
 {
-    const QByteArray lines = toLines(allCookies());
+    m_delay.stop();
+    const QByteArray lines = CookieFile::toLines(allCookies(), now());
     if (lines == m_written)
         return;
-    m_written = lines; // so that a folder that cannot be written to is told of once for each change
-    if (!replaceFile(m_file, lines))
-        Console::error(m_file + QLatin1String(": the cookies cannot be kept"));
+    const QString problem = replaceFile(m_file, lines);
+    if (!problem.isEmpty() && !m_failed)
+        Console::error(m_file + QLatin1String(": the cookies cannot be kept: ") + problem);
+    m_failed = !problem.isEmpty();
+    if (!m_failed)
+        m_written = lines;
 }

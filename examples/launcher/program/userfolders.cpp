@@ -4,30 +4,72 @@
 #include <QFile>
 #include <QUrl>
 
+#include <cerrno>
+#include <cstring>
+
+#include <sys/stat.h>
+
 namespace {
 
-QString folder(const char *variable, const char *otherwise)
+// A device is no directory, whoever asks.
+const char nowhere[] = "/dev/null";
+
+/// Empty unless the variable holds an absolute path: the standard wants a relative one ignored.
+QString absolutePathIn(const char *variable)
 {
-    const QString named = QFile::decodeName(qgetenv(variable));
-    const QString base = QDir::isAbsolutePath(named)
-        ? named
-        : QDir::homePath() + QLatin1Char('/') + QLatin1String(otherwise);
+    const QString path = QFile::decodeName(qgetenv(variable));
+    return QDir::isAbsolutePath(path) ? path : QString();
+}
+
+QString directory(const char *variable, const char *belowHome)
+{
+    const QString home = absolutePathIn("HOME");
+    QString base = absolutePathIn(variable);
+    if (base.isEmpty())
+        base = home.isEmpty() ? QString(QLatin1String(nowhere))
+                              : home + QLatin1Char('/') + QLatin1String(belowHome);
     return base + QLatin1String("/nuv-launcher");
+}
+
+const QFile::Permissions ownersOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+
+QString reasonOf(int error)
+{
+    return QString::fromLocal8Bit(std::strerror(error));
 }
 
 } // namespace
 
 QString UserFolders::data()
 {
-    return folder("XDG_DATA_HOME", ".local/share");
+    return directory("XDG_DATA_HOME", ".local/share");
 }
 
 QString UserFolders::cache()
 {
-    return folder("XDG_CACHE_HOME", ".cache");
+    return directory("XDG_CACHE_HOME", ".cache");
 }
 
 QString UserFolders::nameFor(const QString &tag)
 {
     return QLatin1String("/tag-") + QString::fromLatin1(QUrl::toPercentEncoding(tag).constData());
+}
+
+// Made one by one with the right mode: a moment of another one would be enough to look inside.
+QString UserFolders::make(const QString &path)
+{
+    const QStringList names = QDir::cleanPath(path).split(QLatin1Char('/'));
+    QString made;
+    for (int i = 1; i < names.size(); ++i) { // the first is before the first slash
+        made += QLatin1Char('/') + names.at(i);
+        if (::mkdir(QFile::encodeName(made).constData(), S_IRWXU) != 0 && !QDir(made).exists())
+            return reasonOf(errno == EEXIST ? ENOTDIR : errno);
+    }
+    return QFile::setPermissions(made, ownersOnly) ? QString() : reasonOf(errno);
+}
+
+void UserFolders::prepare()
+{
+    make(data());
+    make(cache());
 }
