@@ -125,6 +125,7 @@ int showApplications(const Options &options)
 int main(int argc, char **argv)
 {
     leaveNoCoreFile();
+    UserFolders::forgetRelativePaths();
     runOffscreenWithoutDisplay();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QLatin1String("nuv-launcher"));

@@ -86,6 +86,8 @@ public:
         m_environment.insert(QLatin1String(variable), value);
     }
 
+    void unset(const char *variable) { m_environment.remove(QLatin1String(variable)); }
+
     /// Begins to run the launcher; finish() waits for its end.
     void start(QProcess *process, const QStringList &arguments, const QString &folder) const
     {

@@ -265,8 +265,7 @@ void tst_LauncherCookies::aCookieThatIsTooLargeIsNotTaken()
     QCOMPARE(stage.launch("--screenshot out.png tv").err, QString());
 
     QCOMPARE(server.requests("/").size(), 2);
-    QCOMPARE(server.requests("/").at(1).headers.value("cookie"),
-             taken ? cookie : QByteArray());
+    QCOMPARE(server.requests("/").at(1).headers.value("cookie"), taken ? cookie : QByteArray());
     QCOMPARE(lineCount(stage.path(cookiesOfTv)), taken);
 }
 
@@ -295,8 +294,9 @@ void tst_LauncherCookies::expiredCookiesAreNotWrittenAgain()
 void tst_LauncherCookies::whatIsKeptIsReadAgain()
 {
     const QByteArray alphabet = "abz019=;, \"\t\\%/.-_\x7f\x80\xc3\xbc\xff";
-    const char *const attributes[] = { "; HttpOnly", "; secure", "; path=/", "; path=/deep",
-                                       "; domain=site1.example", "" };
+    const char *const attributes[] = {
+        "; HttpOnly", "; secure", "; path=/", "; path=/deep", "; domain=site1.example", ""
+    };
     std::mt19937 random(20);
     for (int round = 0; round < 100; ++round) {
         TemporaryDir dir;
@@ -310,14 +310,16 @@ void tst_LauncherCookies::whatIsKeptIsReadAgain()
                 line += QByteArray::number(i) + "=v; max-age=100000";
                 setCookie(jar, site(1), line + attributes[random() % 6] + attributes[random() % 6]);
             }
-            const QList<QNetworkCookie> kept = jar.cookiesForUrl(QUrl(text("https://site1.example/deep/")));
+            const QList<QNetworkCookie> kept =
+                jar.cookiesForUrl(QUrl(text("https://site1.example/deep/")));
             for (int i = 0; i < kept.size(); ++i)
                 before += kept.at(i).toRawForm() + '\n';
         }
         Output err(stderr);
         const CookieJar jar(dir.filePath(text("cookies")), nullptr);
         QByteArray after;
-        const QList<QNetworkCookie> kept = jar.cookiesForUrl(QUrl(text("https://site1.example/deep/")));
+        const QList<QNetworkCookie> kept =
+            jar.cookiesForUrl(QUrl(text("https://site1.example/deep/")));
         for (int i = 0; i < kept.size(); ++i)
             after += kept.at(i).toRawForm() + '\n';
         QCOMPARE(after, before);
@@ -332,8 +334,8 @@ void tst_LauncherCookies::anAbsurdFileIsToldAndReplaced_data()
 
     QTest::newRow("no cookies") << QByteArray("{ \"a\": 1 }\nnonsense\n\n\xff\n")
                                 << text("3 of its lines are not cookies; they are ignored");
-    QTest::newRow("one endless line") << QByteArray(100000, 'a')
-                                      << text("1 of its lines are not cookies; they are ignored");
+    QTest::newRow("one endless line")
+        << QByteArray(100000, 'a') << text("1 of its lines are not cookies; they are ignored");
     QTest::newRow("larger than all cookies")
         << QByteArray("large")
         << text("it has 1000000000 bytes, where cookies have 24576000 at most; it is ignored");
@@ -375,8 +377,8 @@ void tst_LauncherCookies::aFullDiskIsToldOnce()
     const QString file = dir.filePath(text("cookies"));
     CookieJar jar(file, nullptr);
     const Output err(stderr);
-    const QString complaint = text("nuv-launcher: ") + file
-        + text(": the cookies cannot be kept: File too large\n");
+    const QString complaint =
+        text("nuv-launcher: ") + file + text(": the cookies cannot be kept: File too large\n");
     for (int round = 0; round < 2; ++round) {
         {
             const FileSizeLimit fullDisk(1000); // err is a file, too

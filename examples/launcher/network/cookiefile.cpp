@@ -53,7 +53,8 @@ CookieFile::Contents fromLines(const QList<QByteArray> &lines, const QDateTime &
     contents.cookies = CookieBounds::applied(contents.cookies, now);
     if (ignored > 0)
         contents.problem =
-            QString(QLatin1String("%1 of its lines are not cookies; they are ignored")).arg(ignored);
+            QString(QLatin1String("%1 of its lines are not cookies; they are ignored"))
+                .arg(ignored);
     return contents;
 }
 

@@ -5,6 +5,7 @@
 #include <QUrl>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 
 #include <sys/stat.h>
@@ -66,6 +67,16 @@ QString UserFolders::make(const QString &path)
             return reasonOf(errno == EEXIST ? ENOTDIR : errno);
     }
     return QFile::setPermissions(made, ownersOnly) ? QString() : reasonOf(errno);
+}
+
+void UserFolders::forgetRelativePaths()
+{
+    const char *const variables[] = { "HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME",
+                                      "XDG_DATA_HOME" };
+    for (const char *variable : variables) {
+        if (absolutePathIn(variable).isEmpty())
+            ::unsetenv(variable);
+    }
 }
 
 void UserFolders::prepare()

@@ -23,6 +23,10 @@ QString nameFor(const QString &tag);
 /// others from one that is there. Returns an empty string, or why it cannot.
 QString make(const QString &path);
 
+/// Takes relative paths from the environment. Not all libraries ignore them, as the standard wants it;
+/// they would write to the working directory. To be called before anything else.
+void forgetRelativePaths();
+
 /// Makes data() and cache(), if that is possible: what the engine makes below them is as private as
 /// they are.
 void prepare();
