@@ -113,8 +113,11 @@ void tst_LauncherFolders::whatIsMadeIsForItsUserOnly()
     ::umask(before);
 
     QCOMPARE(run.err, QString());
-    const char *const made[] = { ".local", ".local/share", ".local/share/nuv-launcher",
-                                 ".local/share/nuv-launcher/tag-tv", ".cache",
+    const char *const made[] = { ".local",
+                                 ".local/share",
+                                 ".local/share/nuv-launcher",
+                                 ".local/share/nuv-launcher/tag-tv",
+                                 ".cache",
                                  ".cache/nuv-launcher" };
     for (const char *name : made)
         QCOMPARE(modeOf(stage.path(name)), 0700);
