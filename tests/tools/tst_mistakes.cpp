@@ -151,7 +151,7 @@ void tst_Mistakes::certificatesAreExamined()
     QFETCH(QByteArray, key);
     QFETCH(QByteArray, passPhrase);
     QByteArray bytes = "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ { \"Tag\": \"tv\",\n"
-                       "\"Certificate\": {\n\"Path\": \""
+                       "\"Url\": \"http://tv.example/\", \"Certificate\": {\n\"Path\": \""
         + path + "\",\n\"PrivateKey\": \"" + key + '"';
     if (!passPhrase.isEmpty())
         bytes += ",\n\"PassPhrase\": \"" + passPhrase + '"';

@@ -90,7 +90,7 @@ const char clean[] =
     "    \"Global\": { \"Version\": 1, \"RemoteInspectorPort\": 9222 },\n"
     "    \"Applications\": [\n"
     "        { \"Tag\": \"tv\", \"Url\": \"http://tv.example/\", \"Scale\": 1.5 },\n"
-    "        { \"Tag\": \"menu\", \"UseWebGL\": false }\n"
+    "        { \"Tag\": \"menu\", \"Url\": \"about:blank\", \"UseWebGL\": false }\n"
     "    ]\n"
     "}\n";
 
@@ -161,7 +161,7 @@ void tst_Program::exitStatusTellsTheOutcome_data()
     const QByteArray warning = "{ \"Global\": { \"Version\": 1 }, \"Applications\": [] }";
     const QByteArray note =
         "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ { \"Tag\": \"a\", "
-        "\"Url\": null } ] }";
+        "\"Url\": \"about:blank\", \"Scale\": null } ] }";
     const QString onError = QLatin1String("--fail-on error");
     QTest::newRow("clean") << QByteArray(clean) << QString() << 0;
     QTest::newRow("a note") << note << QString() << 0;
@@ -241,8 +241,8 @@ void tst_Program::coloursOnlyWhereTheyAreWanted()
 
 void tst_Program::reportsAsJson()
 {
-    write("{ \"Global\": { \"Version\": 2 }, \"Applications\": [ { \"Tag\": \"a\" }, { \"Tag\": "
-          "\"a\" } ] }");
+    write("{ \"Global\": { \"Version\": 2 }, \"Applications\": [ { \"Tag\": \"a\", "
+          "\"Url\": \"about:blank\" }, { \"Tag\": \"a\" } ] }");
     const Result result = run(words("check --format json test.json"));
     const QJsonObject root = QJsonDocument::fromJson(result.output).object();
     QCOMPARE(root.value(QLatin1String("errors")).toInt(), 2);
@@ -363,7 +363,8 @@ void tst_Program::showsWhatTheLauncherSees()
                         "    Url   = \"http://tv.example/\"  (string, 4:31)\n"
                         "    Scale = 1.5  (double, 4:62)\n"
                         "\nApplication \"menu\" (5:9)\n"
-                        "    UseWebGL = false  (bool, 5:38)\n"));
+                        "    Url      = \"about:blank\"  (string, 5:33)\n"
+                        "    UseWebGL = false  (bool, 5:60)\n"));
     const Result one = run(words("show menu --file test.json"));
     QVERIFY(one.output.contains("\"menu\"") && !one.output.contains("\"tv\""));
     QCOMPARE(run(words("show none --file test.json")).status, 1);
@@ -502,7 +503,8 @@ void tst_Program::tellsWhatDiffersInMeaning()
 {
     m_folder.write(QLatin1String("a.json"), clean);
     m_folder.write(QLatin1String("b.json"),
-                   "{ \"Applications\": [ { \"UseWebGL\": true, \"Tag\": \"menu\" },\n"
+                   "{ \"Applications\": [ { \"UseWebGL\": true, \"Tag\": \"menu\",\n"
+                   "  \"Url\": \"about:blank\" },\n"
                    "  { \"Scale\": 1.5, \"Url\": \"http://tv.example/\", \"Tag\": \"tv\" } ],\n"
                    "  \"Global\": { \"RemoteInspectorPort\": 9222, \"Version\": 1 } }");
     const Result result = run(words("diff a.json b.json"));

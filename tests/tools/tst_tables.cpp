@@ -70,6 +70,17 @@ void copyCertificates(const TemporaryDir &folder, QFile::Permissions more = QFil
     }
 }
 
+// Copies the pages and scripts that the examples for devices name.
+void copyPages(const TemporaryDir &folder)
+{
+    const QDir examples(QLatin1String(SOURCE_FOLDER "/examples/configurations"));
+    for (const char *name : { "pages/welcome.html", "scripts/back-to-welcome.js" }) {
+        const QString path = QLatin1String(name);
+        QDir(folder.path()).mkpath(path.section(QLatin1Char('/'), 0, 0));
+        QFile::copy(examples.filePath(path), folder.filePath(path));
+    }
+}
+
 // The texts between ```json and ```.
 QList<QByteArray> samplesIn(const QByteArray &page)
 {
@@ -215,6 +226,8 @@ void tst_Tables::samplesInTheDocumentsAreClean()
 {
     const TemporaryDir folder;
     copyCertificates(folder);
+    copyPages(folder);
+    folder.write(QLatin1String("overlay.html"), "<p>");
     for (const char *page : { "docs/configuration.md", "README.md" }) {
         const QList<QByteArray> samples = samplesIn(contentsOf(page));
         QVERIFY2(!samples.isEmpty(), page);
@@ -246,6 +259,7 @@ void tst_Tables::deviceExamplesAreCleanAndLoaded()
     const QByteArray bytes = DeviceExamples::configuration(DeviceExamples::all()[size_t(index)]);
     const TemporaryDir folder;
     copyCertificates(folder);
+    copyPages(folder);
     QCOMPARE(rulesFoundIn(bytes, folder.path()), QStringList());
 
     qputenv("NUV_APPS_CONFIG_FILE",

@@ -510,9 +510,12 @@ bool readDocument(const SourceText &source, Document &document, Findings &findin
             return false;
         }
         brackets.report(found);
-        for (const Finding &finding : found.all())
-            findings.add(finding.rule, finding.offset, finding.length, finding.text, finding.hint)
-                .remarks = finding.remarks;
+        for (const Finding &finding : found.all()) {
+            Finding &copy = findings.add(finding.rule, finding.offset, finding.length, finding.text,
+                                         finding.hint);
+            copy.remarks = finding.remarks;
+            copy.edit = finding.edit;
+        }
         return !pass.hasGivenUp();
     }
 }

@@ -8,7 +8,9 @@
 Finding &Findings::add(const char *rule, int offset, int length, const QString &text,
                        const QString &hint)
 {
-    const Finding finding = { rule, Rules::find(rule).severity, offset, length, text, hint, {} };
+    const Finding finding = {
+        rule, Rules::find(rule).severity, offset, length, text, hint, {}, {}
+    };
     if (isFull()) {
         ++m_dropped;
         m_ignored = finding;

@@ -1,6 +1,7 @@
 #ifndef FINDING_H
 #define FINDING_H
 
+#include <QByteArray>
 #include <QString>
 
 #include <vector>
@@ -13,6 +14,19 @@ struct Remark {
     QString text;
 };
 
+/// A change of the file's bytes.
+struct Edit {
+    int offset = 0;
+    int removed = 0;
+    QByteArray inserted;
+
+    bool isNothing() const { return removed == 0 && inserted.isEmpty(); }
+    QByteArray appliedTo(QByteArray bytes) const
+    {
+        return bytes.replace(offset, removed, inserted);
+    }
+};
+
 struct Finding {
     const char *rule; ///< its id in the table of rules
     Severity severity;
@@ -21,6 +35,9 @@ struct Finding {
     QString text;
     QString hint; ///< may be empty
     std::vector<Remark> remarks;
+    Edit
+        edit; ///< does what the hint proposes; nothing where that is no text to be written. May hold
+    ///< a secret that the file holds
 };
 
 /// What was found in one file.

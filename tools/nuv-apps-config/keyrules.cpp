@@ -1,5 +1,6 @@
 #include "tools/nuv-apps-config/keyrules.h"
 
+#include "tools/nuv-apps-config/edits.h"
 #include "tools/nuv-apps-config/spelling.h"
 
 #include <QHash>
@@ -35,17 +36,21 @@ void checkSlash(const Node::Child &member, Findings &findings)
                  text("choose a key without /; a remark may stand in \"_comment\""));
 }
 
-void checkSize(const Node::Child &member, const Node &value, Findings &findings)
+void checkSize(const Document &document, const Node &object, const Node::Child &member,
+               Findings &findings)
 {
+    const Node &value = document.at(member);
     const bool isSize = member.key == QLatin1String("size");
     if (!isSize && !member.key.endsWith(QLatin1String("/size")))
         return;
     const double size =
         value.type == Node::Number || value.type == Node::Text ? value.value.toDouble() : 0;
     if (size > LargestSize)
-        findings.add("huge-size", value.begin, value.length(),
-                     text("the loader would ask for that many elements, and be busy for minutes"),
-                     text("remove the key"));
+        findings
+            .add("huge-size", value.begin, value.length(),
+                 text("the loader would ask for that many elements, and be busy for minutes"),
+                 text("remove the key"))
+            .edit = Edits::removeMember(document, object, member);
     else if (isSize)
         addAtKey(findings, "size-key", member,
                  text("\"size\" counts the elements of an array in the flat settings"),
@@ -63,6 +68,12 @@ QString fateOfDuplicate(const Node &first, const Node &later)
     return text("the earlier value survives, this one is lost");
 }
 
+// Only what is lost can be taken away without another meaning of the file.
+bool isLost(const Node &first, const Node &later)
+{
+    return !first.isContainer() && !later.isContainer();
+}
+
 void checkDuplicates(const Document &document, const Node &object, Findings &findings)
 {
     QHash<QString, const Node::Child *> known;
@@ -77,11 +88,15 @@ void checkDuplicates(const Document &document, const Node &object, Findings &fin
         }
         if (Properties::isPassed(member.key))
             continue;
-        addAtKey(
+        const bool canGo = isLost(document.at(*first), document.at(member));
+        Finding &finding = addAtKey(
             findings, "duplicate-key", member,
             QString(QLatin1String("the key %1 stands twice in one object: %2"))
-                .arg(quoted(member.key), fateOfDuplicate(document.at(*first), document.at(member))))
-            .remarks.push_back(Remark { first->keyBegin, text("the earlier one is here") });
+                .arg(quoted(member.key), fateOfDuplicate(document.at(*first), document.at(member))),
+            canGo ? text("remove it") : QString());
+        finding.remarks.push_back(Remark { first->keyBegin, text("the earlier one is here") });
+        if (canGo)
+            finding.edit = Edits::removeMember(document, object, member);
     }
 }
 
@@ -104,19 +119,27 @@ QStringList keysOf(Section section)
     return keys;
 }
 
-void reportUnknown(const Node::Child &member, Section section, Findings &findings)
+void reportUnknown(const Document &document, const Node &object, const Node::Child &member,
+                   Section section, Findings &findings)
 {
     const QString nearest = Spelling::nearest(member.key, keysOf(section));
     const bool isCaseOnly = nearest.compare(member.key, Qt::CaseInsensitive) == 0;
+    const bool isTaken =
+        !nearest.isEmpty() && !findings.isFull() && document.member(object, nearest);
     QString hint;
-    if (!nearest.isEmpty())
+    if (isTaken)
+        hint = QString(QLatin1String("%1 is there as well")).arg(quoted(nearest));
+    else if (!nearest.isEmpty())
         hint = QString(QLatin1String("did you mean %1?")).arg(quoted(nearest));
     if (!nearest.isEmpty() && isCaseOnly)
-        hint += text(" Keys are compared with their case");
-    addAtKey(findings, "unknown-key", member,
-             QString(QLatin1String("%1 does not know the key %2"))
-                 .arg(Properties::sectionName(section), quoted(member.key)),
-             hint);
+        hint += text(isTaken ? "; keys are compared with their case"
+                             : " Keys are compared with their case");
+    Finding &finding = addAtKey(findings, "unknown-key", member,
+                                QString(QLatin1String("%1 does not know the key %2"))
+                                    .arg(Properties::sectionName(section), quoted(member.key)),
+                                hint);
+    if (!nearest.isEmpty() && !isTaken)
+        finding.edit = Edits::renameKey(member, nearest);
 }
 
 } // namespace
@@ -132,7 +155,7 @@ void KeyRules::checkEverywhere(const Document &document, Findings &findings)
             continue;
         for (const Node::Child &member : node.children) {
             checkSlash(member, findings);
-            checkSize(member, document.at(member), findings);
+            checkSize(document, node, member, findings);
         }
         checkDuplicates(document, node, findings);
     }
@@ -143,7 +166,8 @@ bool KeyRules::isKey(const Node::Child &member)
     return member.keyEnd > member.keyBegin;
 }
 
-bool KeyRules::checkName(const Node::Child &member, Section section, Findings &findings)
+bool KeyRules::checkName(const Document &document, const Node &object, const Node::Child &member,
+                         Section section, Findings &findings)
 {
     if (Properties::find(section, member.key))
         return false;
@@ -160,6 +184,16 @@ bool KeyRules::checkName(const Node::Child &member, Section section, Findings &f
                  QString(QLatin1String("%1 is not read here")).arg(quoted(member.key)),
                  QString(QLatin1String("its place is %1")).arg(Properties::place(*other)));
     else
-        reportUnknown(member, section, findings);
+        reportUnknown(document, object, member, section, findings);
     return true;
+}
+
+bool KeyRules::hasMisspelt(const Node &object, Section section, const QString &key)
+{
+    const QStringList keys = keysOf(section);
+    for (const Node::Child &member : object.children) {
+        if (!keys.contains(member.key) && Spelling::nearest(member.key, keys) == key)
+            return true;
+    }
+    return false;
 }

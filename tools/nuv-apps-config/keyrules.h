@@ -15,7 +15,12 @@ void checkEverywhere(const Document &document, Findings &findings);
 bool isKey(const Node::Child &member);
 
 /// Returns true when the section does not read the key, and says so unless it may be passed over.
-bool checkName(const Node::Child &member, Section section, Findings &findings);
+bool checkName(const Document &document, const Node &object, const Node::Child &member,
+               Section section, Findings &findings);
+
+/// Whether a key of the object is probably meant to be that of the section, which is reported where it
+/// is. What is missing is no mistake of its own then.
+bool hasMisspelt(const Node &object, Section section, const QString &key);
 
 } // namespace KeyRules
 

@@ -2,10 +2,10 @@
 
 #include "tools/nuv-apps-config/certificaterules.h"
 #include "tools/nuv-apps-config/keyrules.h"
+#include "tools/nuv-apps-config/edits.h"
 #include "tools/nuv-apps-config/properties.h"
+#include "tools/nuv-apps-config/tagrules.h"
 #include "tools/nuv-apps-config/valuerules.h"
-
-#include <QHash>
 
 namespace {
 
@@ -24,10 +24,11 @@ class Meaning
 public:
     Meaning(const SourceText &source, const Document &document, const QString &folder,
             Findings &findings)
-        : m_source(source),
-          m_document(document),
+        : m_document(document),
           m_folder(folder),
           m_findings(findings),
+          m_tags(document, findings),
+          m_values(source, document, m_folder, findings),
           m_mayLackEntries(findings.has("missing-closing-brace")
                            || findings.has("missing-closing-bracket"))
     {
@@ -41,22 +42,24 @@ private:
     void checkApplications();
     void checkElements(const Node &applications);
     void checkApplication(const Node &application);
-    void checkTag(const Node &application);
-    void checkDuplicateTag(const Node &application, const Node &tag);
+    void checkAddress(const Node &application);
     void checkDomains(const Node &domains);
+    void checkPlainDomain(const Node &element);
     void checkCertificate(const Node &certificate);
     void checkNeeds(const Node &application);
+    void reportWithoutEffect(const Node &application, const Node::Child &member,
+                             const QString &need);
     void checkSecondNames(const Node &application);
     void checkMembers(const Node &object, Section section);
-    void checkMember(const Node::Child &member, Section section);
+    void checkMember(const Node &object, const Node::Child &member, Section section);
     bool mayBeOn(const Node &object, const QString &key) const;
 
-    const SourceText &m_source;
     const Document &m_document;
     QString m_folder;
     Findings &m_findings;
+    TagRules m_tags;
+    ValueRules m_values;
     bool m_mayLackEntries; ///< the file ends too early: what is missing is no finding of its own
-    QHash<QString, const Node *> m_tags; ///< where each was met first
 };
 
 void Meaning::checkDocument()
@@ -78,16 +81,17 @@ void Meaning::checkDocument()
 void Meaning::checkMembers(const Node &object, Section section)
 {
     for (const Node::Child &member : object.children)
-        checkMember(member, section);
+        checkMember(object, member, section);
 }
 
-void Meaning::checkMember(const Node::Child &member, Section section)
+void Meaning::checkMember(const Node &object, const Node::Child &member, Section section)
 {
-    if (!KeyRules::isKey(member) || KeyRules::checkName(member, section, m_findings))
+    if (!KeyRules::isKey(member)
+        || KeyRules::checkName(m_document, object, member, section, m_findings))
         return;
     const Property *property = Properties::find(section, member.key);
     const Node &value = m_document.at(member);
-    ValueRules::check(m_source, *property, value, m_document, m_findings);
+    m_values.check(KnownValue { *property, object, member, value });
     if (value.type == Node::Object && member.key == QLatin1String("Global"))
         checkGlobal(value);
     else if (value.type == Node::Object && member.key == QLatin1String("Certificate"))
@@ -107,28 +111,33 @@ void Meaning::checkVersion()
 {
     const Node &root = m_document.rootNode();
     const Node::Child *global = m_document.member(root, text("Global"));
-    const QString hint = text("add \"Global\": { \"Version\": 1 }");
     if (!global && m_mayLackEntries)
         return;
     if (!global) {
-        m_findings.add("no-version", root.begin, 1,
-                       text("\"Global\" with the version is missing, so no application is loaded"),
-                       hint);
+        m_findings
+            .add("no-version", root.begin, 1,
+                 text("\"Global\" with the version is missing, so no application is loaded"),
+                 text("add \"Global\": { \"Version\": 1 }"))
+            .edit = Edits::insertMember(root, "\"Global\": { \"Version\": 1 }");
         return;
     }
     const Node &object = m_document.at(*global);
     if (object.type != Node::Object)
         return;
     const Node::Child *member = m_document.member(object, text("Version"));
-    const bool isMissing = !member || m_document.at(*member).type == Node::Null;
-    if (isMissing && m_mayLackEntries)
-        return;
-    if (isMissing)
-        m_findings.add("no-version", object.begin, 1,
-                       text("\"Version\" is missing in \"Global\", so no application is loaded"),
-                       text("add \"Version\": 1"));
-    else
+    if (member && m_document.at(*member).type == Node::Null)
+        m_findings
+            .add("no-version", m_document.at(*member).begin, m_document.at(*member).length(),
+                 text("\"Version\" is null, so no application is loaded"), text("write 1"))
+            .edit = Edits::replace(m_document.at(*member), "1");
+    else if (member)
         ValueRules::checkVersion(m_document.at(*member), m_findings);
+    else if (!m_mayLackEntries)
+        m_findings
+            .add("no-version", object.begin, 1,
+                 text("\"Version\" is missing in \"Global\", so no application is loaded"),
+                 text("add \"Version\": 1"))
+            .edit = Edits::insertMember(object, "\"Version\": 1");
 }
 
 void Meaning::checkApplications()
@@ -136,10 +145,17 @@ void Meaning::checkApplications()
     const Node &root = m_document.rootNode();
     const Node::Child *member = m_document.member(root, text("Applications"));
     const QString what = text("there are no applications");
+    const QByteArray element = "{ \"Tag\": \"tv\", \"Url\": \"http://tv.example/\" }";
     if (!member)
-        m_findings.add("no-applications", root.begin, 1, what, text("add \"Applications\": [ ]"));
+        m_findings
+            .add("no-applications", root.begin, 1, what,
+                 text("add \"Applications\": [ ") + QString::fromLatin1(element) + text(" ]"))
+            .edit = Edits::insertMember(root, "\"Applications\": [ " + element + " ]");
     else if (m_document.at(*member).type == Node::Array && m_document.at(*member).children.empty())
-        m_findings.add("no-applications", m_document.at(*member).begin, 1, what);
+        m_findings
+            .add("no-applications", m_document.at(*member).begin, 1, what,
+                 text("add one, as in ") + QString::fromLatin1(element))
+            .edit = Edits::replace(m_document.at(*member), "[ " + element + " ]");
 }
 
 void Meaning::checkElements(const Node &applications)
@@ -158,49 +174,26 @@ void Meaning::checkElements(const Node &applications)
 void Meaning::checkApplication(const Node &application)
 {
     checkMembers(application, Section::Application);
-    checkTag(application);
+    const bool mayLackTag =
+        m_mayLackEntries || KeyRules::hasMisspelt(application, Section::Application, text("Tag"));
+    if (m_tags.check(application, mayLackTag))
+        checkAddress(application);
     checkNeeds(application);
     checkSecondNames(application);
 }
 
-void Meaning::checkTag(const Node &application)
+// Null counts as not configured, too.
+void Meaning::checkAddress(const Node &application)
 {
-    const Node::Child *member = m_document.member(application, text("Tag"));
-    const Node *tag = member ? &m_document.at(*member) : nullptr;
-    if (tag ? tag->type == Node::Missing : m_mayLackEntries)
-        return;
-    if (!tag || tag->type == Node::Null || tag->isContainer()) {
-        m_findings.add("no-tag", application.begin, 1,
-                       text("an application without a tag is skipped"),
-                       text("add \"Tag\": \"...\""));
-        return;
-    }
-    if (tag->type != Node::Text)
-        m_findings.add("tag-not-text", tag->begin, tag->length(),
-                       text("the tag is no text; it becomes ") + quoted(tag->value.toString()),
-                       text("put it in quotes"));
-    else if (tag->value.toString().isEmpty())
-        m_findings.add("empty-tag", tag->begin, tag->length(), text("the tag is empty"));
-    checkDuplicateTag(application, *tag);
-}
-
-void Meaning::checkDuplicateTag(const Node &application, const Node &tag)
-{
-    const QString name = tag.value.toString();
-    const Node *const first = m_tags.value(name);
-    if (!first) {
-        m_tags.insert(name, &tag);
-        return;
-    }
-    const int lost = int(application.children.size()) - 1;
-    Finding &finding = m_findings.add(
-        "duplicate-tag", tag.begin, tag.length(),
-        QString(QLatin1String("another application has the tag %1; this one is skipped whole, with "
-                              "its %2 other %3"))
-            .arg(quoted(name))
-            .arg(lost)
-            .arg(lost == 1 ? QLatin1String("key") : QLatin1String("keys")));
-    finding.remarks.push_back(Remark { first->begin, text("the first one is here") });
+    const Node::Child *member = m_document.member(application, text("Url"));
+    const bool isNull = member && m_document.at(*member).type == Node::Null;
+    if (isNull)
+        m_findings.add("no-address", m_document.at(*member).begin, m_document.at(*member).length(),
+                       text("an application shows nothing while its \"Url\" is null"));
+    else if (!member && !m_mayLackEntries
+             && !KeyRules::hasMisspelt(application, Section::Application, text("Url")))
+        m_findings.add("no-address", application.begin, 1,
+                       text("an application without \"Url\" shows nothing"));
 }
 
 void Meaning::checkDomains(const Node &domains)
@@ -213,11 +206,21 @@ void Meaning::checkDomains(const Node &domains)
                 m_findings.add("no-domain", element.begin, 1,
                                text("an element without \"Domain\""));
         } else if (element.type != Node::Missing) {
-            m_findings.add("plain-domain", element.begin, element.length(),
-                           text("each domain is an object; of this element nothing is used"),
-                           text("write { \"Domain\": \"...\" }"));
+            checkPlainDomain(element);
         }
     }
+}
+
+void Meaning::checkPlainDomain(const Node &element)
+{
+    const bool isText = element.type == Node::Text;
+    const QByteArray object = "{ \"Domain\": "
+        + (isText ? Edits::quoted(element.value.toString()) : QByteArray("\"tv.example\"")) + " }";
+    m_findings
+        .add("plain-domain", element.begin, element.length(),
+             text("each domain is an object; of this element nothing is used"),
+             text(isText ? "write " : "write it as in ") + QString::fromLatin1(object))
+        .edit = Edits::replace(element, object);
 }
 
 void Meaning::checkCertificate(const Node &certificate)
@@ -262,10 +265,21 @@ void Meaning::checkNeeds(const Node &application)
         for (const QString &need : needs)
             isMet = isMet || mayBeOn(application, need);
         if (!isMet)
-            m_findings.add("no-effect", member.keyBegin, member.keyEnd - member.keyBegin,
-                           QString(QLatin1String("%1 has no effect without \"%2\": true"))
-                               .arg(quoted(member.key), needs.first()));
+            reportWithoutEffect(application, member, needs.first());
     }
+}
+
+void Meaning::reportWithoutEffect(const Node &application, const Node::Child &member,
+                                  const QString &need)
+{
+    const Node::Child *off = m_document.member(application, need);
+    const QString needed = quoted(need) + text(": true");
+    m_findings
+        .add("no-effect", member.keyBegin, member.keyEnd - member.keyBegin,
+             QString(QLatin1String("%1 has no effect without %2")).arg(quoted(member.key), needed),
+             (off ? text("write ") : text("add ")) + needed)
+        .edit = off ? Edits::replace(m_document.at(*off), "true")
+                    : Edits::insertMember(application, needed.toLatin1());
 }
 
 // Two properties have an older name. The one that begins with "Use" decides.
@@ -285,7 +299,9 @@ void Meaning::checkSecondNames(const Node &application)
             "two-names", older->keyBegin, older->keyEnd - older->keyBegin,
             QString(QLatin1String("\"%1\" is the older name of \"%2\", which has another value and "
                                   "decides"))
-                .arg(text(pair[1]), text(pair[0])));
+                .arg(text(pair[1]), text(pair[0])),
+            text("remove it"));
+        finding.edit = Edits::removeMember(m_document, application, *older);
         finding.remarks.push_back(Remark { newer->keyBegin, text("the deciding one is here") });
     }
 }

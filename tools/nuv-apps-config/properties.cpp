@@ -31,13 +31,13 @@ const std::vector<Property> table = {
       "The name by which the launcher asks for the application. Compared exactly, with its case; the first application with a tag wins whole." },
     { App, "Url", "Url", Kind::Address, "", None, NoRange, "Nothing is shown.", "\"http://tv.example/\"", Secret::Password, "",
       "The address of the first page. One without a scheme is a file beside the configuration file." },
-    { App, "UserAgent", "UserAgent", Kind::Text, "", None, NoRange, BrowserDefault, "\"Mozilla/5.0 (Linux; television) Example/1.0\"", Secret::No, "",
+    { App, "UserAgent", "UserAgent", Kind::UserAgent, "", None, NoRange, BrowserDefault, "\"Mozilla/5.0 (Linux; television) Example/1.0\"", Secret::No, "",
       "The text by which the browser names itself to servers and to scripts." },
-    { App, "UserScript", "UserScript", Kind::FilePath, "", None, NoRange, "No script is added.", "\"scripts/tv.js\"", Secret::No, "",
+    { App, "UserScript", "UserScript", Kind::ScriptFile, "", None, NoRange, "No script is added.", "\"scripts/tv.js\"", Secret::No, "",
       "A file with a script that is run in every page of the application." },
-    { App, "HttpProxy", "HttpProxy", Kind::Text, "host:port", None, NoRange, "Direct connections.", "\"proxy.example:8080\"", Secret::Password, "",
+    { App, "HttpProxy", "HttpProxy", Kind::Proxy, "host:port", None, NoRange, "Direct connections.", "\"proxy.example:8080\"", Secret::Password, "",
       "The proxy for the application's requests. It may carry a user name and a password, which are never shown." },
-    { App, "HttpReferrer", "HttpReferrer", Kind::Text, "", None, NoRange, BrowserDefault, "\"http://portal.example/\"", Secret::Password, "",
+    { App, "HttpReferrer", "HttpReferrer", Kind::Referrer, "", None, NoRange, BrowserDefault, "\"http://portal.example/\"", Secret::Password, "",
       "What the first request names as the page that it comes from." },
     { App, "RemoteInspectorPort", "RemoteInspectorPort", Kind::Port, "TCP port", 0, 65535, "The global port counts.", "9223", Secret::No, "",
       "The port of the remote inspector, in place of the global one. There is one inspector in a process, for all its applications: the port of the application that is opened first counts." },
@@ -123,7 +123,7 @@ const std::vector<Property> table = {
       "\"correct horse\"", Secret::Whole, "CertPrivateKey",
       "What the private key is encrypted with. Never shown." },
 
-    { Dom, "Domain", nullptr, Kind::Text, "", None, NoRange, "The element grants nothing.", "\"broadcaster.example\"", Secret::No, "",
+    { Dom, "Domain", nullptr, Kind::Domain, "", None, NoRange, "The element grants nothing.", "\"broadcaster.example\"", Secret::No, "",
       "A domain whose pages may reach the broadcast." },
 };
 // clang-format on
@@ -247,10 +247,17 @@ QString Properties::kindName(Kind kind)
     case Kind::Switch:
         return QLatin1String("true or false");
     case Kind::Text:
+    case Kind::UserAgent:
         return QLatin1String("a text");
     case Kind::Address:
+    case Kind::Referrer:
         return QLatin1String("a text with an address");
+    case Kind::Proxy:
+        return QLatin1String("a text with a host and a port");
+    case Kind::Domain:
+        return QLatin1String("a text with a domain");
     case Kind::FilePath:
+    case Kind::ScriptFile:
         return QLatin1String("a text with the path of a file");
     case Kind::Number:
         return QLatin1String("a number");
@@ -279,6 +286,23 @@ QString Properties::rangeText(const Property &property)
     return QString(QLatin1String("from %1 to %2"))
         .arg(QString::number(property.minimum, 'g', 16),
              QString::number(property.maximum, 'g', 16));
+}
+
+bool Properties::isText(const Property &property)
+{
+    switch (property.kind) {
+    case Kind::Text:
+    case Kind::Address:
+    case Kind::Referrer:
+    case Kind::Proxy:
+    case Kind::UserAgent:
+    case Kind::Domain:
+    case Kind::FilePath:
+    case Kind::ScriptFile:
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool Properties::isOffWhenMissing(const Property &property)

@@ -23,7 +23,12 @@ enum class Kind {
     Switch, ///< true or false
     Text,
     Address, ///< a text: a URL, or a path relative to the file
+    Referrer, ///< a text: a URL of the web
+    Proxy, ///< a text: host:port
+    UserAgent, ///< a text of one line
+    Domain, ///< a text: the name of a domain
     FilePath, ///< a text: a path, relative to the file's folder unless absolute
+    ScriptFile, ///< the same, of a script
     Number,
     Integer,
     Port,
@@ -74,6 +79,9 @@ QString sectionName(Section section);
 QString kindName(Kind kind);
 bool hasRange(const Property &property);
 QString rangeText(const Property &property);
+
+/// Whether the value is a string, of whichever meaning.
+bool isText(const Property &property);
 
 /// Whether a switch that is not given is known to be off.
 bool isOffWhenMissing(const Property &property);

@@ -72,7 +72,12 @@ QJsonObject kindSchema(const Property &property)
         return typed("boolean");
     case Kind::Text:
     case Kind::Address:
+    case Kind::Referrer:
+    case Kind::Proxy:
+    case Kind::UserAgent:
+    case Kind::Domain:
     case Kind::FilePath:
+    case Kind::ScriptFile:
         return typed("string");
     case Kind::Number:
         schema = typed("number");

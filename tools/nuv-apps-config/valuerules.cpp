@@ -1,6 +1,10 @@
 #include "tools/nuv-apps-config/valuerules.h"
 
+#include "tools/nuv-apps-config/conversions.h"
+#include "tools/nuv-apps-config/edits.h"
 #include "tools/nuv-apps-config/literals.h"
+#include "tools/nuv-apps-config/secrets.h"
+#include "tools/nuv-apps-config/textrules.h"
 
 #include <cmath>
 
@@ -25,15 +29,11 @@ bool isWhole(double number)
 
 bool fits(const Property &property, const Node &value)
 {
+    if (Properties::isText(property))
+        return value.type == Node::Text;
     switch (property.kind) {
     case Kind::Switch:
         return value.type == Node::Bool;
-    case Kind::Text:
-    case Kind::Address:
-    case Kind::FilePath:
-        return value.type == Node::Text;
-    case Kind::Number:
-        return value.type == Node::Number;
     case Kind::Integer:
     case Kind::Port:
         return value.type == Node::Number && isWhole(value.value.toDouble());
@@ -43,57 +43,23 @@ bool fits(const Property &property, const Node &value)
         return value.type == Node::Object;
     case Kind::Array:
         return value.type == Node::Array;
+    default:
+        return value.type == Node::Number;
     }
-    return true;
 }
 
-// What to write, for the mistakes that are made most.
-QString hintFor(const Property &property, const Node &value)
+// How `bytes`, which are to be written instead, differ from what is there.
+QString hintFor(const Property &property, const Node &value, const QByteArray &bytes)
 {
-    const QString given = value.value.toString();
-    const bool isText = value.type == Node::Text;
-    bool isNumber = false;
-    given.toDouble(&isNumber);
-    if (property.kind == Kind::Switch && isText
-        && (given.toLower() == text("true") || given.toLower() == text("false")))
-        return text("write ") + given.toLower() + text(" without quotes");
-    if (property.kind == Kind::Switch && value.type == Node::Number)
-        return text("write true or false");
-    if (isText && isNumber && Properties::hasRange(property))
-        return text("write the number without quotes");
-    return QString();
-}
-
-void checkPort(const Property &property, const Node &value, Findings &findings)
-{
-    const double port = value.value.toDouble();
-    if (port == -1 || port == PortNotSet)
-        findings.add("port-means-unset", value.begin, value.length(),
-                     text("this port means \"not set\""), text("leave the key out"));
-    else if (port < property.minimum || port > property.maximum)
-        findings.add("port-out-of-range", value.begin, value.length(),
-                     text("there is no such port: ports go from 1 to 65535"));
-}
-
-void checkRange(const Property &property, const Node &value, Findings &findings)
-{
-    const double number = value.value.toDouble();
-    if (number >= property.minimum && number <= property.maximum)
-        return;
-    const bool isPercentage = property.maximum <= 10 && number > property.maximum && number <= 1000;
-    findings.add("out-of-range", value.begin, value.length(),
-                 QString(QLatin1String("%1 must be %2"))
-                     .arg(name(property), Properties::rangeText(property)),
-                 isPercentage
-                     ? QString(QLatin1String("it is no percentage: write %1")).arg(number / 100)
-                     : QString());
-}
-
-// An object that names its size serves the loader as an array.
-bool isArrayInDisguise(const Property &property, const Node &value, const Document &document)
-{
-    return property.kind == Kind::Array && value.type == Node::Object
-        && document.member(value, text("size"));
+    if (bytes.isEmpty())
+        return property.kind == Kind::Switch ? text("write true or false") : QString();
+    if (Properties::isText(property))
+        return text("put it in quotes");
+    if (value.isContainer())
+        return text("put it in [ ]");
+    const QString shown = Secrets::shown(text(property.key), QString::fromLatin1(bytes)).toString();
+    const bool isTheSame = value.value.toString() == QString::fromLatin1(bytes);
+    return text("write ") + shown + (isTheSame ? text(" without quotes") : QString());
 }
 
 } // namespace
@@ -124,34 +90,103 @@ void ValueRules::checkVersion(const Node &version, Findings &findings)
     const float number = static_cast<float>(version.value.toDouble());
     if (version.type == Node::Missing || version.isContainer() || (number >= 1.0f && number < 2.0f))
         return;
-    findings.add("unusable-version", version.begin, version.length(),
-                 text("this version does not load any application"),
-                 text("versions from 1 up to, but not including, 2 pass: write 1"));
+    findings
+        .add("unusable-version", version.begin, version.length(),
+             text("this version does not load any application"),
+             text("versions from 1 up to, but not including, 2 pass: write 1"))
+        .edit = Edits::replace(version, "1");
 }
 
-void ValueRules::check(const SourceText &source, const Property &property, const Node &value,
-                       const Document &document, Findings &findings)
+// An object that names its size serves the loader as an array.
+bool ValueRules::isArrayInDisguise(const KnownValue &known) const
 {
-    const char *const bytes = source.bytes().constData();
+    return known.property.kind == Kind::Array && known.value.type == Node::Object
+        && m_document.member(known.value, text("size"));
+}
+
+void ValueRules::check(const KnownValue &known)
+{
+    const Property &property = known.property;
+    const Node &value = known.value;
+    const char *const bytes = m_source.bytes().constData();
     const bool isTag =
         property.section == Section::Application && qstrcmp(property.key, "Tag") == 0;
     const bool isOdd = value.type == Node::Number
         && !Literals::isPlainNumber(bytes + value.begin, bytes + value.end);
-    if (value.type == Node::Missing || isTag || isOdd
-        || isArrayInDisguise(property, value, document))
+    if (value.type == Node::Missing || isOdd || isArrayInDisguise(known))
         return;
-    if (value.type == Node::Null) {
-        if (property.kind != Kind::Version)
-            findings.add("null-value", value.begin, value.length(),
-                         name(property) + text(" is null, which counts as not configured"));
-    } else if (!fits(property, value)) {
-        findings.add("wrong-kind", value.begin, value.isContainer() ? 1 : value.length(),
-                     QString(QLatin1String("%1 must be %2, not %3"))
-                         .arg(name(property), Properties::kindName(property.kind), kindOf(value)),
-                     hintFor(property, value));
-    } else if (property.kind == Kind::Port) {
-        checkPort(property, value, findings);
-    } else if (property.kind == Kind::Number || property.kind == Kind::Integer) {
-        checkRange(property, value, findings);
+    if (value.type == Node::Null)
+        return checkNull(known);
+    if (fits(property, value) && Properties::isText(property))
+        return TextRules::check(m_source, property, value, m_folder, m_findings);
+    if (isTag)
+        return;
+    if (!fits(property, value))
+        checkKind(known);
+    else if (property.kind == Kind::Port)
+        checkPort(known);
+    else if (property.kind == Kind::Number || property.kind == Kind::Integer)
+        checkRange(known);
+}
+
+// What an application or the file cannot do without is missing then, which is reported as that.
+void ValueRules::checkNull(const KnownValue &known)
+{
+    const char *const needed[] = { "Tag", "Url", "Version" };
+    for (const char *key : needed) {
+        if (qstrcmp(known.property.key, key) == 0)
+            return;
     }
+    m_findings.add("null-value", known.value.begin, known.value.length(),
+                   name(known.property) + text(" is null, which counts as not configured"));
+}
+
+void ValueRules::checkKind(const KnownValue &known)
+{
+    const Node &value = known.value;
+    const bool isUnusableVersion =
+        known.property.kind == Kind::Version && value.type == Node::Bool && !value.value.toBool();
+    if (isUnusableVersion)
+        return; // found as such
+    const QByteArray bytes =
+        Conversions::toKind(known.property, value, m_document,
+                            m_source.bytes().mid(value.begin, value.length()), m_folder);
+    Finding &finding = m_findings.add(
+        "wrong-kind", value.begin, value.isContainer() ? 1 : value.length(),
+        QString(QLatin1String("%1 must be %2, not %3"))
+            .arg(name(known.property), Properties::kindName(known.property.kind), kindOf(value)),
+        hintFor(known.property, value, bytes));
+    if (!bytes.isEmpty())
+        finding.edit = Edits::replace(value, bytes);
+}
+
+void ValueRules::checkPort(const KnownValue &known)
+{
+    const Node &value = known.value;
+    const double port = value.value.toDouble();
+    if (port == -1 || port == PortNotSet)
+        m_findings
+            .add("port-means-unset", value.begin, value.length(),
+                 text("this port means \"not set\""), text("leave the key out"))
+            .edit = Edits::removeMember(m_document, known.object, known.member);
+    else if (port < known.property.minimum || port > known.property.maximum)
+        m_findings.add("port-out-of-range", value.begin, value.length(),
+                       text("there is no such port: ports go from 1 to 65535, and 0 is none"));
+}
+
+void ValueRules::checkRange(const KnownValue &known)
+{
+    const Node &value = known.value;
+    const double number = value.value.toDouble();
+    if (number >= known.property.minimum && number <= known.property.maximum)
+        return;
+    const QByteArray fraction = Conversions::fromPercentage(known.property, number);
+    Finding &finding = m_findings.add(
+        "out-of-range", value.begin, value.length(),
+        QString(QLatin1String("%1 must be %2"))
+            .arg(name(known.property), Properties::rangeText(known.property)),
+        fraction.isEmpty() ? QString()
+                           : text("it is no percentage: write ") + QString::fromLatin1(fraction));
+    if (!fraction.isEmpty())
+        finding.edit = Edits::replace(value, fraction);
 }

@@ -6,18 +6,44 @@
 #include "tools/nuv-apps-config/properties.h"
 #include "tools/nuv-apps-config/sourcetext.h"
 
+/// A value of a known key, and where it is.
+struct KnownValue {
+    const Property &property;
+    const Node &object; ///< that has the member
+    const Node::Child &member;
+    const Node &value;
+};
+
 /// What can be wrong with a value.
-namespace ValueRules {
+class ValueRules
+{
+public:
+    /// `folder` is where relative paths begin.
+    ValueRules(const SourceText &source, const Document &document, const QString &folder,
+               Findings &findings)
+        : m_source(source), m_document(document), m_folder(folder), m_findings(findings)
+    {
+    }
 
-void check(const SourceText &source, const Property &property, const Node &value,
-           const Document &document, Findings &findings);
+    void check(const KnownValue &known);
 
-/// The version gate of the loader.
-void checkVersion(const Node &version, Findings &findings);
+    /// The version gate of the loader.
+    static void checkVersion(const Node &version, Findings &findings);
 
-/// "a text", "a number" and so on.
-QString kindOf(const Node &value);
+    /// "a text", "a number" and so on.
+    static QString kindOf(const Node &value);
 
-} // namespace ValueRules
+private:
+    bool isArrayInDisguise(const KnownValue &known) const;
+    void checkNull(const KnownValue &known);
+    void checkKind(const KnownValue &known);
+    void checkPort(const KnownValue &known);
+    void checkRange(const KnownValue &known);
+
+    const SourceText &m_source;
+    const Document &m_document;
+    const QString &m_folder;
+    Findings &m_findings;
+};
 
 #endif // VALUERULES_H

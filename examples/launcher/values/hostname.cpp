@@ -75,15 +75,16 @@ Objection objectionToDomain(const QString &text)
     if (text.trimmed() != text)
         return Objection("there is a blank around the domain", host);
     if (text.contains(QLatin1String("//")))
-        return Objection("it is the domain alone, without a scheme", host);
+        return Objection("the domain alone belongs here, without a scheme", host);
     if (text.contains(QRegExp(QLatin1String("[/?#\\\\]"))))
-        return Objection("it is the domain alone, without a path", host);
+        return Objection("the domain alone belongs here, without a path", host);
     if (text.contains(QLatin1Char('@')))
-        return Objection("it is the domain alone, without a user", host);
+        return Objection("the domain alone belongs here, without a user", host);
     if (text.startsWith(QLatin1Char('*')) || text.startsWith(QLatin1Char('.')))
-        return Objection("it is the domain alone: what is below it is granted as well", host);
+        return Objection("the domain alone belongs here: what is below it is granted as well",
+                         host);
     if (text.contains(QRegExp(QLatin1String("^([^:]*|\\[.*\\]):[0-9]*$"))))
-        return Objection("it is the domain alone, without a port", host);
+        return Objection("the domain alone belongs here, without a port", host);
     return Objection("it is not the name of a domain");
 }
 

@@ -51,7 +51,7 @@ Objection judgeUnknownScheme(const QString &text, const QString &scheme)
     if (behind.contains(QRegExp(QLatin1String("^[0-9]+([/?#]|$)"))))
         return Objection("the scheme is missing", QLatin1String("http://") + text);
     if (scheme.size() == 1)
-        return Objection("it is a path of another system, and no address");
+        return Objection("it is a path of another system, not an address");
     if (scheme == QLatin1String("javascript"))
         return Objection("a script is no page");
     return Objection("nothing loads addresses of this scheme");
@@ -66,7 +66,8 @@ Objection judgeFileAddress(const QString &text)
     if (isHere && url.path().startsWith(QLatin1Char('/')))
         return Objection();
     if (behind.startsWith(QLatin1String("//")))
-        return Objection("three slashes follow file:", QLatin1String("file:///") + behind.mid(2));
+        return Objection("three slashes must follow file:",
+                         QLatin1String("file:///") + behind.mid(2));
     return Objection("the path of a file begins with a slash here", behind);
 }
 

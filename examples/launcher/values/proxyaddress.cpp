@@ -72,11 +72,11 @@ Objection judge(const QString &text)
         return Objection("there is a blank around the address", text.trimmed());
     if (!parts.scheme.isEmpty()
         && parts.scheme.compare(QLatin1String(httpPrefix), Qt::CaseInsensitive) != 0)
-        return Objection("a proxy is spoken to in plain http", place);
+        return Objection("a proxy is reached over plain http", place);
     if (parts.host.isEmpty())
         return Objection("the host is missing");
     if (parts.port.count(QLatin1Char(':')) > 1 && !parts.host.startsWith(QLatin1Char('[')))
-        return Objection("an address of IPv6 is written in brackets, and its port after them");
+        return Objection("an IPv6 address must be in brackets, with the port after them");
     if (HostName::normalized(parts.host).isEmpty())
         return Objection("the host is not a name that a host can have");
     if (parts.port.size() <= 1)
@@ -84,7 +84,7 @@ Objection judge(const QString &text)
     if (HostName::toPort(parts.port.mid(1)) == 0)
         return Objection("the port is not a number from 1 to 65535");
     if (!parts.rest.isEmpty() && parts.rest != QLatin1String("/"))
-        return Objection("nothing follows the port", place);
+        return Objection("nothing may follow the port", place);
     return Objection();
 }
 

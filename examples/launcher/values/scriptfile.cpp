@@ -24,7 +24,7 @@ Objection judgeText(const QString &text)
     if (text.isEmpty())
         return Objection("it is empty");
     if (isScript(text))
-        return Objection("it is a script, not the path of a file with one");
+        return Objection("it is a script, not the path of a file");
     if (isForShell(text))
         return Objection("~ and $ mean something to a shell only: the path is written out");
     if (text.startsWith(QLatin1String("file:")))

@@ -79,7 +79,7 @@ Objection judgeHost(const Parts &parts)
     if (isOpen)
         return Objection("the ] after the host is missing", bracketed(parts));
     if (parts.port.contains(QLatin1Char(':')))
-        return Objection("an address of IPv6 is written in brackets", bracketed(parts));
+        return Objection("an IPv6 address must be in brackets", bracketed(parts));
     if (HostName::normalized(parts.host).isEmpty())
         return Objection("the host is not a name that a host can have");
     return Objection();
@@ -90,7 +90,7 @@ Objection judgePort(const Parts &parts, const QString &text)
     if (parts.port.isEmpty() || HostName::toPort(parts.port) != 0)
         return Objection();
     if (parts.user.isEmpty() && parts.path.contains(QLatin1Char('@')))
-        return Objection("a / in a password is written %2F", withEncodedSlash(text));
+        return Objection("a / in a password must be written %2F", withEncodedSlash(text));
     return Objection("the port is not a number from 1 to 65535");
 }
 
@@ -104,7 +104,7 @@ Objection judgeReferrer(const QString &text)
     if (isScheme(scheme) && scheme != QLatin1String("ftp"))
         return WebAddress::judge(text);
     const bool hasOther = text.contains(QLatin1String("://"));
-    return Objection("it begins with http:// or https://",
+    return Objection("it does not begin with http:// or https://",
                      QLatin1String("https://")
                          + (hasOther ? text.section(QLatin1String("://"), 1) : text));
 }
@@ -125,7 +125,7 @@ Objection WebAddress::judge(const QString &text)
     if (parts.slashes.size() > 2)
         return Objection("the host is missing", joined(parts, parts.host));
     if (parts.slashes != QLatin1String("//"))
-        return Objection("two slashes follow the colon", joined(parts, parts.host));
+        return Objection("two slashes must follow the colon", joined(parts, parts.host));
     if (isScheme(parts.host.toLower()) && parts.path.startsWith(QLatin1String("//")))
         return Objection("it begins with a scheme twice",
                          parts.host + QLatin1Char(':') + parts.path);
