@@ -1,57 +1,10 @@
 #include "json/jsonlexer.h"
 
 #include "global/qtcompat.h"
-#include "json/keyhash.h"
 
-#include <cfloat>
 #include <cstring>
 
 namespace {
-
-// What a byte means where a token may begin. A byte that is a whole token has its JsonToken code as
-// its class, so the other classes begin behind those codes.
-enum ByteClass {
-    Other = 0, // begins no token
-    Blank = 13, // skipped
-    LineFeed, // skipped, and begins a line
-    Quote, // begins a string
-    Letter, // begins a keyword
-    Sign, // begins a number, as does a digit
-    ClassMask = 0x1f,
-
-    // What a byte means inside a number, in the same table.
-    NumberPart = 0x20, // belongs to it
-    FloatingPart = 0x40 // and makes it a double
-};
-
-// The table's legend: no Other, bl Blank, lf LineFeed, qu Quote, le Letter, di a digit, si a sign,
-// po the point, ex and EX the exponent's letters; the rest are tokens.
-const quint8 no = Other, bl = Blank, lf = LineFeed, qu = Quote, le = Letter;
-const quint8 di = Sign | NumberPart, si = Sign | NumberPart;
-const quint8 po = Other | NumberPart | FloatingPart;
-const quint8 ex = Letter | NumberPart | FloatingPart, EX = Other | NumberPart | FloatingPart;
-const quint8 ob = T_LBRACE, cb = T_RBRACE, oa = T_LBRACKET, ca = T_RBRACKET;
-const quint8 cl = T_COLON, cm = T_COMMA;
-
-// The letter b is blank: a lone b between tokens has always been skipped, and files rely on it.
-// clang-format off
-const quint8 byteClasses[256] = {
-//  0   1   2   3   4   5   6   7   8   9   a   b   c   d   e   f
-    no, no, no, no, no, no, no, no, no, bl, lf, no, no, bl, no, no, // 0
-    no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, // 1
-    bl, no, qu, no, no, no, no, no, no, no, no, si, cm, si, po, no, // 2   ! " # $ % & ' ( ) * + , - . /
-    di, di, di, di, di, di, di, di, di, di, cl, no, no, no, no, no, // 3  0 to 9 : ; < = > ?
-    no, no, no, no, no, EX, no, no, no, no, no, no, no, no, no, no, // 4  @ A to O
-    no, no, no, no, no, no, no, no, no, no, no, oa, no, ca, no, no, // 5  P to Z [ \ ] ^ _
-    no, le, bl, le, le, ex, le, le, le, le, le, le, le, le, le, le, // 6  ` a to o
-    le, le, le, le, le, le, le, le, le, le, le, ob, no, cb, no      // 7  p to z { | } ~, and Other to 255
-};
-// clang-format on
-
-inline quint8 byteClass(char byte)
-{
-    return byteClasses[static_cast<uchar>(byte)];
-}
 
 inline bool isDigit(char byte)
 {
@@ -61,6 +14,22 @@ inline bool isDigit(char byte)
 inline bool isLowerCaseLetter(char byte)
 {
     return byte >= 'a' && byte <= 'z';
+}
+
+inline bool isFloatingPart(char byte)
+{
+    return byte == '.' || byte == 'e' || byte == 'E';
+}
+
+inline bool isNumberPart(char byte)
+{
+    return isDigit(byte) || byte == '-' || byte == '+' || isFloatingPart(byte);
+}
+
+// The letter b counts as a blank on purpose, because files rely on it.
+inline bool isBlank(char byte)
+{
+    return byte == ' ' || byte == '\t' || byte == '\r' || byte == 'b';
 }
 
 // The token of a lower-case word, T_ERROR for one without a meaning.
@@ -75,21 +44,10 @@ int keywordToken(const char *word, qptrdiff size)
     return T_ERROR;
 }
 
-// The first `byte` in front of `end`, null when there is none.
+// The first `byte` before `end`, null when there is none.
 inline const char *find(char byte, const char *p, const char *end)
 {
     return static_cast<const char *>(std::memchr(p, byte, size_t(end - p)));
-}
-
-// The first byte that is no space in front of `end`, or `end`. Indentation is long, and often
-// comes in fours.
-inline const char *skipSpaces(const char *p, const char *end)
-{
-    while (end - p >= 4 && std::memcmp(p, "    ", 4) == 0)
-        p += 4;
-    while (p != end && *p == ' ')
-        ++p;
-    return p;
 }
 
 inline int hexDigit(char byte)
@@ -100,8 +58,8 @@ inline int hexDigit(char byte)
     return letter >= 0 && letter < 6 ? letter + 10 : -1;
 }
 
-// The low byte of two characters read as a base 16 number. Whatever is not two hexadecimal digits is
-// the toolkit's to judge: it takes a sign or a blank for part of a number.
+// The low byte of two characters read as a base 16 number. The toolkit decides what anything else than
+// two hexadecimal digits is: it accepts a sign or a blank as part of a number.
 inline uint hexByte(const char *pair)
 {
     const int high = hexDigit(pair[0]);
@@ -111,49 +69,21 @@ inline uint hexByte(const char *pair)
     return uint(QByteArray(pair, 2).toInt(nullptr, 16)) & 0xffu;
 }
 
-// Reads up to nine digits behind at most one minus sign, which always fit. Returns the byte behind
-// them, null when the number is anything else or goes on.
-inline const char *readShortInteger(const char *p, const char *end, int *value)
+// Reads up to nine digits after at most one minus sign, which always fit. Returns false for any other
+// text.
+bool readShortInteger(const char *p, const char *end, int *value)
 {
     const bool isNegative = *p == '-';
     if (isNegative)
         ++p;
-    const char *const limit = p + qMin<qptrdiff>(end - p, 9);
-    const char *const first = p;
+    if (p == end || end - p > 9)
+        return false;
     int magnitude = 0;
-    for (; p != limit && isDigit(*p); ++p)
-        magnitude = magnitude * 10 + (*p - '0');
-    if (p == first || (p != end && (byteClass(*p) & NumberPart)))
-        return nullptr;
-    *value = isNegative ? -magnitude : magnitude;
-    return p;
-}
-
-// A decimal fraction of up to 15 digits without exponent. Its digits and its power of ten are exact
-// as doubles, so that their quotient is rounded once, to what a full conversion gives.
-bool readShortDecimal(const char *p, const char *end, double *value)
-{
-    static const double powersOfTen[] = { 1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
-                                          1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14 };
-    const bool isNegative = *p == '-';
-    if (isNegative)
-        ++p;
-    if (FLT_EVAL_METHOD != 0 || end - p > 16)
-        return false;
-    const char *const first = p;
-    const char *point = nullptr;
-    qint64 digits = 0;
     for (; p != end; ++p) {
-        if (isDigit(*p))
-            digits = digits * 10 + (*p - '0');
-        else if (*p == '.' && !point && p != first)
-            point = p;
-        else
+        if (!isDigit(*p))
             return false;
+        magnitude = magnitude * 10 + (*p - '0');
     }
-    if (!point || point + 1 == end)
-        return false;
-    const double magnitude = double(digits) / powersOfTen[end - point - 1];
     *value = isNegative ? -magnitude : magnitude;
     return true;
 }
@@ -161,6 +91,9 @@ bool readShortDecimal(const char *p, const char *end, double *value)
 // The text is copied: the toolkit's conversions want it to end with a NUL.
 QVariant integerValue(const char *begin, const char *end)
 {
+    int shortInteger;
+    if (readShortInteger(begin, end, &shortInteger))
+        return shortInteger;
     const QByteArray text(begin, int(end - begin));
     bool ok = false;
     const int value = text.toInt(&ok);
@@ -172,36 +105,28 @@ QVariant integerValue(const char *begin, const char *end)
     return text.toDouble();
 }
 
-QVariant floatingValue(const char *begin, const char *end)
+inline quint32 fourBytes(const char *bytes)
 {
-    double value;
-    if (readShortDecimal(begin, end, &value))
-        return value;
-    return QByteArray(begin, int(end - begin)).toDouble();
-}
-
-quint64 eightBytes(const char *bytes)
-{
-    quint64 value;
-    std::memcpy(&value, bytes, sizeof(value));
+    quint32 value;
+    std::memcpy(&value, bytes, sizeof value);
     return value;
 }
 
-// Keys are short, and memcmp() would cost more than it does for them. The last eight bytes may have been
-// compared in part before.
-bool areEqual(const char *a, const char *b, int size)
+// Of the size, and of the bytes at the beginning, in the middle and at the end. A collision costs no more
+// than a string of its own for the key.
+inline quint32 keyHash(const char *key, int size)
 {
-    int i = 0;
-    if (size >= 8) {
-        for (; i < size - 8; i += 8) {
-            if (eightBytes(a + i) != eightBytes(b + i))
-                return false;
-        }
-        return eightBytes(a + size - 8) == eightBytes(b + size - 8);
+    const quint32 factor = 0x9e3779b1;
+    quint32 hash = quint32(size);
+    if (size >= 4) {
+        hash = (hash ^ fourBytes(key)) * factor;
+        hash = (hash ^ fourBytes(key + size / 2 - 2)) * factor;
+        hash = (hash ^ fourBytes(key + size - 4)) * factor;
+    } else {
+        for (int i = 0; i < size; ++i)
+            hash = (hash ^ uchar(key[i])) * factor;
     }
-    while (i != size && a[i] == b[i])
-        ++i;
-    return i == size;
+    return hash >> 16;
 }
 
 } // namespace
@@ -211,8 +136,7 @@ JsonLexer::JsonLexer(const QByteArray &data)
       m_current(m_data.constData()),
       m_end(m_current + m_data.size()),
       m_line(1),
-      m_token(T_ERROR),
-      m_buckets()
+      m_token(T_ERROR)
 {
 }
 
@@ -223,196 +147,162 @@ QVariant JsonLexer::value() const
     return m_token == T_NUMBER ? m_number : QVariant();
 }
 
-inline int JsonLexer::bucket(const char *key, int size)
+inline void JsonLexer::skipBlanks()
 {
-    return int(keyHash(reinterpret_cast<const uchar *>(key), size) % KeyBuckets);
+    const char *p = m_current;
+    for (; p != m_end; ++p) {
+        while (m_end - p > 4 && std::memcmp(p, "    ", 4) == 0)
+            p += 4;
+        if (*p == '\n')
+            ++m_line;
+        else if (!isBlank(*p))
+            break;
+    }
+    m_current = p;
 }
 
-// The keys of a configuration come again in every application, and in one string each. A key that is
-// known is plain text, so it is not searched for escapes again.
-inline int JsonLexer::scanKey(const char *text, const char *quote)
+int JsonLexer::scanToken()
 {
-    const int size = int(quote - text);
-    quint8 &number = m_buckets[bucket(text, size)];
-    if (number == 0)
-        return scanNewKey(text, quote, number);
-    const KnownKey &known = m_knownKeys[number - 1];
-    if (known.size != size || !areEqual(known.bytes, text, size))
-        return scanNewKey(text, quote, number);
-    m_text = known.text;
-    return T_STRING;
+    skipBlanks();
+    if (m_current == m_end)
+        return T_END_OF_FILE;
+    switch (*m_current) {
+    case '"':
+        return scanString();
+    case '{':
+        return scanByte(T_LBRACE);
+    case '}':
+        return scanByte(T_RBRACE);
+    case '[':
+        return scanByte(T_LBRACKET);
+    case ']':
+        return scanByte(T_RBRACKET);
+    case ':':
+        return scanByte(T_COLON);
+    case ',':
+        return scanByte(T_COMMA);
+    case '+':
+    case '-':
+        return scanNumber();
+    }
+    if (isDigit(*m_current))
+        return scanNumber();
+    return isLowerCaseLetter(*m_current) ? scanKeyword() : T_ERROR;
 }
 
 int JsonLexer::scanString()
 {
     const char *const text = m_current + 1;
-    const char *const quote = find('"', text, m_end);
-    if (!quote)
-        return unterminatedString();
+    int units = 0;
+    const char *const quote = findQuote(text, &units);
+    if (!quote) {
+        m_current = m_end;
+        return T_ERROR;
+    }
     m_current = quote + 1;
-    if (m_current != m_end && *m_current == ':')
-        return scanKey(text, quote);
-    if (find('\\', text, quote))
-        return scanEscapedString(text, quote);
-    m_text = QtCompat::fromAsciiBytes(text, int(quote - text));
+    if (units != quote - text)
+        m_text = unescaped(text, quote, units);
+    else if (m_current != m_end && *m_current == ':')
+        m_text = keyText(text, units);
+    else
+        m_text = QtCompat::fromAsciiBytes(text, units);
     return T_STRING;
 }
 
-// The key takes the place of what its bucket held.
-int JsonLexer::scanNewKey(const char *text, const char *quote, quint8 &number)
+// The quote that ends the string at `text`, null when there is none, and the code units between the two:
+// one for each byte or escape.
+const char *JsonLexer::findQuote(const char *text, int *units) const
 {
-    if (find('\\', text, quote))
-        return scanEscapedString(text, quote);
-    const int size = int(quote - text);
-    m_text = QtCompat::fromAsciiBytes(text, size);
-    if (number == 0) {
-        m_knownKeys.append(KnownKey());
-        number = quint8(m_knownKeys.size());
+    const char *quote = find('"', text, m_end);
+    while (quote) {
+        const char *const backslash = find('\\', text, quote);
+        if (!backslash) {
+            *units += int(quote - text);
+            return quote;
+        }
+        *units += int(backslash - text) + 1;
+        text = backslash + escapeSize(backslash);
+        if (text > quote)
+            quote = find('"', text, m_end);
     }
-    KnownKey &known = m_knownKeys[number - 1];
-    known.bytes = text;
-    known.size = size;
-    known.text = m_text;
-    return T_STRING;
+    return nullptr;
+}
+
+QString JsonLexer::unescaped(const char *text, const char *quote, int units) const
+{
+    QString result(units, Qt::Uninitialized);
+    QChar *out = result.data();
+    while (text != quote) {
+        if (*text != '\\') {
+            *out++ = QtCompat::charFromAscii(*text++);
+        } else {
+            *out++ = escapedChar(text);
+            text += escapeSize(text);
+        }
+    }
+    return result;
+}
+
+// Four bytes after a "u" are its digits, whatever they are. A "u" too near to the end of the input stands
+// for itself.
+inline int JsonLexer::escapeSize(const char *backslash) const
+{
+    return backslash[1] == 'u' && m_end - backslash > 6 ? 6 : 2;
+}
+
+QChar JsonLexer::escapedChar(const char *backslash) const
+{
+    const char letter = backslash[1];
+    switch (letter) {
+    case 'u':
+        if (escapeSize(backslash) == 2)
+            break;
+        return QChar(ushort(hexByte(backslash + 2) << 8 | hexByte(backslash + 4)));
+    case 'b':
+        return QLatin1Char('\b');
+    case 'f':
+        return QLatin1Char('\f');
+    case 'n':
+        return QLatin1Char('\n');
+    case 'r':
+        return QLatin1Char('\r');
+    case 't':
+        return QLatin1Char('\t');
+    }
+    return QtCompat::charFromAscii(letter);
+}
+
+// The keys of a configuration come again in every application. They share one string each, which saves
+// memory and a twentieth of the loading.
+QString JsonLexer::keyText(const char *bytes, int size)
+{
+    KnownKey &known = m_knownKeys[keyHash(bytes, size) % KnownKeys];
+    const bool isKnown = known.bytes && known.text.size() == size
+        && std::memcmp(known.bytes, bytes, size_t(size)) == 0;
+    if (!isKnown) {
+        known.bytes = bytes;
+        known.text = QtCompat::fromAsciiBytes(bytes, size);
+    }
+    return known.text;
 }
 
 int JsonLexer::scanNumber()
 {
     const char *const first = m_current;
-    int shortInteger;
-    const char *p = readShortInteger(first, m_end, &shortInteger);
-    if (p) {
-        m_number = shortInteger;
-        m_current = p;
-        return T_NUMBER;
-    }
-    p = first;
-    quint8 classes = 0;
-    while (p != m_end && (byteClass(*p) & NumberPart))
-        classes |= byteClass(*p++);
-    m_number = classes & FloatingPart ? floatingValue(first, p) : integerValue(first, p);
-    m_current = p;
+    bool isFloating = false;
+    for (; m_current != m_end && isNumberPart(*m_current); ++m_current)
+        isFloating = isFloating || isFloatingPart(*m_current);
+    if (isFloating)
+        m_number = QByteArray(first, int(m_current - first)).toDouble();
+    else
+        m_number = integerValue(first, m_current);
     return T_NUMBER;
 }
 
 int JsonLexer::scanKeyword()
 {
     const char *const first = m_current;
-    const char *p = first;
-    while (p != m_end && isLowerCaseLetter(*p))
-        ++p;
-    m_current = p;
-    return keywordToken(first, p - first);
-}
-
-int JsonLexer::scanToken()
-{
-    const char *p = m_current;
-    int kind = Blank;
-    while (p != m_end) {
-        kind = byteClass(*p) & ClassMask;
-        if (kind == LineFeed) {
-            ++m_line;
-            p = skipSpaces(p + 1, m_end);
-        } else if (kind == Blank) {
-            ++p;
-        } else {
-            break;
-        }
-    }
-    m_current = p;
-    if (p == m_end)
-        return T_END_OF_FILE;
-
-    switch (kind) {
-    case Quote:
-        return scanString();
-    case Sign:
-        return scanNumber();
-    case Letter:
-        return scanKeyword();
-    case Other:
-        return T_ERROR;
-    default:
+    while (m_current != m_end && isLowerCaseLetter(*m_current))
         ++m_current;
-        return kind;
-    }
-}
-
-// Reads up to `quote`, the first one in the input, or, where an escape takes that for its own, to the
-// next.
-int JsonLexer::scanEscapedString(const char *text, const char *quote)
-{
-    ushort *out = roomBehind(0, quote - text);
-    for (;;) {
-        // Where there is one escape, the next is often near; else it is worth a search.
-        const char *const near = text + qMin<qptrdiff>(quote - text, 16);
-        while (text != near && *text != '\\')
-            *out++ = QtCompat::charFromAscii(*text++).unicode();
-        if (text == near && text != quote) {
-            const char *const backslash = find('\\', text, quote);
-            const char *const stop = backslash ? backslash : quote;
-            while (text != stop)
-                *out++ = QtCompat::charFromAscii(*text++).unicode();
-        }
-        if (text == quote)
-            break;
-        text = readEscape(text + 1, out++);
-        if (text <= quote)
-            continue;
-        quote = find('"', text, m_end);
-        if (!quote)
-            return unterminatedString();
-        out = roomBehind(out - m_unescaped.constData(), quote - text);
-    }
-    m_text = QString(reinterpret_cast<const QChar *>(m_unescaped.constData()),
-                     int(out - m_unescaped.constData()));
-    m_current = quote + 1;
-    return T_STRING;
-}
-
-// Where the unit behind the first `used` ones goes, with room for as many more as there are bytes: none
-// of them gives more than one.
-ushort *JsonLexer::roomBehind(qptrdiff used, qptrdiff bytes)
-{
-    if (used + bytes > m_unescaped.size())
-        m_unescaped.resize(int(used + bytes));
-    return m_unescaped.data() + used;
-}
-
-int JsonLexer::unterminatedString()
-{
-    m_current = m_end;
-    return T_ERROR;
-}
-
-// Stores what the escape stands for and returns the byte behind it. Four bytes behind a "u" are taken
-// for its digits whatever they are; a "u" too near the end of the input stands for itself, as every
-// letter without a meaning does.
-const char *JsonLexer::readEscape(const char *letter, ushort *unit) const
-{
-    if (*letter == 'u' && m_end - letter > 5) {
-        *unit = ushort(hexByte(letter + 1) << 8 | hexByte(letter + 3));
-        return letter + 5;
-    }
-    switch (*letter) {
-    case 'b':
-        *unit = '\b';
-        break;
-    case 'f':
-        *unit = '\f';
-        break;
-    case 'n':
-        *unit = '\n';
-        break;
-    case 'r':
-        *unit = '\r';
-        break;
-    case 't':
-        *unit = '\t';
-        break;
-    default:
-        *unit = QtCompat::charFromAscii(*letter).unicode();
-    }
-    return letter + 1;
+    return keywordToken(first, m_current - first);
 }

@@ -5,7 +5,6 @@
 
 #include <QByteArray>
 #include <QString>
-#include <QVarLengthArray>
 #include <QVariant>
 
 /// Turns JSON text into tokens, one a call. Made anew for every parse; used by one thread.
@@ -26,12 +25,12 @@ public:
     /// however often it is asked, and T_ERROR for what is no token.
     int nextToken()
     {
-        // Half of all tokens are one of these, directly behind the token before.
-        if (m_current != m_end && (*m_current == ',' || *m_current == ':')) {
-            m_token = *m_current++ == ',' ? T_COMMA : T_COLON;
-            return m_token;
-        }
-        m_token = scanToken();
+        // Half of all tokens are one of these, directly after the token before.
+        const char byte = m_current == m_end ? '\0' : *m_current;
+        if (byte == ',' || byte == ':')
+            m_token = scanByte(byte == ',' ? T_COMMA : T_COLON);
+        else
+            m_token = scanToken();
         return m_token;
     }
 
@@ -62,40 +61,41 @@ public:
 private:
     Q_DISABLE_COPY(JsonLexer)
 
-    /// A key that was met before: its bytes in the input, and its text.
+    /// A key that was read before: its bytes in the input, and its text.
     struct KnownKey {
-        KnownKey() : bytes(nullptr), size(-1) {}
+        KnownKey() : bytes(nullptr) {}
         const char *bytes;
-        int size;
         QString text;
     };
+    enum { KnownKeys = 128 };
 
+    void skipBlanks();
     int scanToken();
+
+    int scanByte(int token)
+    {
+        ++m_current;
+        return token;
+    }
+
     int scanString();
-    int scanKey(const char *text, const char *quote);
-    int scanNewKey(const char *text, const char *quote, quint8 &number);
-    int scanEscapedString(const char *text, const char *quote);
     int scanNumber();
     int scanKeyword();
-    int unterminatedString();
 
-    static int bucket(const char *key, int size);
-    ushort *roomBehind(qptrdiff used, qptrdiff bytes);
-    const char *readEscape(const char *letter, ushort *unit) const;
+    const char *findQuote(const char *text, int *units) const;
+    QString unescaped(const char *text, const char *quote, int units) const;
+    int escapeSize(const char *backslash) const;
+    QChar escapedChar(const char *backslash) const;
+    QString keyText(const char *bytes, int size);
 
     const QByteArray m_data;
     const char *m_current; ///< the next unread byte
-    const char *const m_end; ///< behind the last byte
+    const char *const m_end; ///< after the last byte
     int m_line;
     int m_token; ///< the last one
     QVariant m_number;
     QString m_text;
-    QVarLengthArray<ushort, 128> m_unescaped; ///< a string with escapes, while it is read
-
-    // The number in m_knownKeys, from 1, of the key that was last met in a bucket; 0 for none.
-    enum { KeyBuckets = 128 };
-    QVarLengthArray<KnownKey, KeyBuckets> m_knownKeys;
-    quint8 m_buckets[KeyBuckets];
+    KnownKey m_knownKeys[KnownKeys]; ///< by a hash of their bytes
 };
 
 #endif // JSONLEXER_H
