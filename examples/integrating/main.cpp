@@ -9,9 +9,11 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QNetworkAccessManager>
+#include <QSslConfiguration>
+#include <QSslKey>
 #include <QUrl>
-#include <QWebPage>
 #include <QWebView>
 
 #include <cstdio>
@@ -33,7 +35,10 @@ public:
 
 public Q_SLOTS:
     QString model() const { return QLatin1String("box-1"); }
-    void say(const QString &text) const { std::printf("the page says: %s\n", qPrintable(text)); }
+    void say(const QString &text) const
+    {
+        std::fprintf(stderr, "the page says: %s\n", qPrintable(text));
+    }
 };
 
 class ExtensionFactory : public ZarexExtFactory
@@ -45,15 +50,20 @@ public:
 class Network : public NetworkAccessManager
 {
 public:
-    explicit Network(QObject *parent)
-        : NetworkAccessManager(parent), m_access(new QNetworkAccessManager(this))
-    {
-    }
+    explicit Network(QObject *parent) : NetworkAccessManager(parent), m_isUsable(true) {}
 
     // The texts are, in this order: the certificate's file, the key's file, the pass phrase.
-    void setSslConfiguration(QString const &certificate, QString const &, QString const &) override
+    void setSslConfiguration(QString const &certificate, QString const &key,
+                             QString const &passPhrase) override
     {
-        std::printf("certificate: %s\n", qPrintable(certificate));
+        QFile file(key);
+        file.open(QIODevice::ReadOnly);
+        const QSslKey opened(&file, QSsl::Rsa, QSsl::Pem, QSsl::PrivateKey, passPhrase.toUtf8());
+        QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+        tls.setLocalCertificate(QSslCertificate::fromPath(certificate).value(0));
+        tls.setPrivateKey(opened);
+        QSslConfiguration::setDefaultConfiguration(tls); // of the process, which shows one page
+        m_isUsable = !tls.localCertificate().isNull() && !opened.isNull();
     }
 
     void setSslConfiguration(QString const &certificate, QString const &key) override
@@ -61,10 +71,11 @@ public:
         setSslConfiguration(certificate, key, QString());
     }
 
-    QNetworkAccessManager *impl() override { return m_access; }
+    QNetworkAccessManager *impl() override { return m_isUsable ? &m_access : nullptr; }
 
 private:
-    QNetworkAccessManager *m_access;
+    QNetworkAccessManager m_access;
+    bool m_isUsable; ///< nothing is to be shown without the certificate
 };
 
 class NetworkFactory : public NetworkAccessManagerFactory
@@ -73,7 +84,22 @@ public:
     NetworkAccessManager *create(QObject *parent) override { return new Network(parent); }
 };
 
-// Returns false when the platform has no network access to offer.
+// Stays open like a television set, unless there is nothing to show.
+class View : public QWebView
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void endUnless(bool loaded)
+    {
+        if (loaded)
+            return;
+        std::fprintf(stderr, "the page does not load: %s\n", qPrintable(url().toString()));
+        QApplication::exit(1);
+    }
+};
+
+// Returns false when there is no network access, or none with the certificate.
 static bool giveNetwork(QWebPage *page, const AppConfig &config)
 {
     NetworkAccessManager *network = createNetworkAccessManager(page);
@@ -92,9 +118,8 @@ static bool open(QWebView &view, const QString &tag)
     AppConfig config;
     if (!getWebAppSettings()->getAppConfig(tag, config) || !giveNetwork(view.page(), config))
         return false;
-    ZarexExtFactory const *extensions = getZarexExtFactory();
-    if (extensions)
-        extensions->create(view.page());
+    if (getZarexExtFactory())
+        getZarexExtFactory()->create(view.page());
 
     if (config.getScale().isValid()) // invalid: not configured, so the browser's default stays
         view.setZoomFactor(config.getScale().toReal());
@@ -112,12 +137,12 @@ int main(int argc, char **argv)
     NetworkFactory networks;
     registerNetworkAccessManagerFactory(&networks);
 
-    QWebView view; // gone before the factories are
+    View view; // gone before the factories are
     // Queued, as a page may end its loading before the event loop runs.
-    QObject::connect(&view, SIGNAL(loadFinished(bool)), &application, SLOT(quit()),
+    QObject::connect(&view, SIGNAL(loadFinished(bool)), &view, SLOT(endUnless(bool)),
                      Qt::QueuedConnection);
     if (!open(view, QLatin1String("tv"))) {
-        std::fprintf(stderr, "there is no application \"tv\"\n");
+        std::fprintf(stderr, "there is no application \"tv\", or no use for its certificate\n");
         return 1;
     }
     view.show();

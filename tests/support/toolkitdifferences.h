@@ -19,6 +19,10 @@
 #endif
 #endif
 
+#ifdef QT_NETWORK_LIB
+#include <QSsl>
+#endif
+
 #include <limits>
 
 #if QT_VERSION >= QT_VERSION_CHECK(5, 0, 0)
@@ -47,6 +51,19 @@ Value either(Value withQt4, Value withQt5)
 {
     return isQt4() ? withQt4 : withQt5;
 }
+
+#if defined(QT_NETWORK_LIB) && !defined(QT_NO_SSL) && !defined(QT_NO_OPENSSL)
+/// The newest version of TLS in which a client has introduced itself by the time that it judges the
+/// server.
+inline QSsl::SslProtocol tlsWithEarlyIntroduction()
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return QSsl::TlsV1;
+#else
+    return QSsl::TlsV1_2;
+#endif
+}
+#endif
 
 inline qint64 processId(const QProcess &process)
 {
