@@ -85,7 +85,8 @@ if(NUV_BUILD_EXAMPLES)
         DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT launcher)
     install(DIRECTORY examples/launcher/pages
         DESTINATION "${nuv_data_folder}/launcher" COMPONENT launcher)
-    install(FILES examples/launcher/AppsConfig.json
+    # The unit is an example beside the others: which screen it is for, a device has to say.
+    install(FILES examples/launcher/AppsConfig.json "examples/launcher/nuv-launcher@.service"
         DESTINATION "${nuv_data_folder}/launcher" COMPONENT launcher)
 endif()
 

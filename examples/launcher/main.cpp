@@ -7,6 +7,7 @@
 //   launcherlayer      what a folder adds to the launcher
 //   configurationfile  which file the library reads, and what relative paths in it mean
 //   terminationsignals the end of the program at a signal
+//   servicemanager     is told that the launcher is ready, and that it is alive
 //   console            what the launcher prints
 //   userfolders        where it keeps what pages store
 //   wholefile          replaces a file, whole or not at all
@@ -15,6 +16,7 @@
 //   applicationview    its window: brings the page, the network access and the extension together
 //   websurface         shows the page, as a widget or, in a sceneview, as an item of a scene
 //   applicationpage    a page with a user agent, an errorpage and scripts of the launcher's
+//   pagekeeper         asks again for a page that does not load
 //   launcherextension  what the scripts of a page can call, as window.zarexExt; with more for some
 //                      applications: receiverextension, for the receiver
 //   broadcastaccess    which pages find it
@@ -45,6 +47,7 @@
 #include "application/launcherextension.h"
 #include "network/launchernetwork.h"
 #include "program/options.h"
+#include "program/servicemanager.h"
 #include "program/terminationsignals.h"
 #include "program/userfolders.h"
 #include "effects/viewsettings.h"
@@ -105,7 +108,7 @@ QString versionText()
         .arg(QLatin1String(LAUNCHER_VERSION), QLatin1String(qVersion()), qWebKitVersion());
 }
 
-int showApplications(const Options &options)
+int showApplications(const Options &options, ServiceManager *serviceManager)
 {
     keepDatabasesAtHome();
     keepApplicationsApart();
@@ -117,7 +120,10 @@ int showApplications(const Options &options)
     TerminationSignals endings;
     QObject::connect(&endings, SIGNAL(received()), qApp, SLOT(quit()));
     Launcher launcher(options);
-    return launcher.start() ? launcher.run() : Launcher::Failed;
+    if (!launcher.start())
+        return Launcher::Failed;
+    serviceManager->tellReady();
+    return launcher.run();
 }
 
 } // namespace
@@ -130,6 +136,7 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName(QLatin1String("nuv-launcher"));
 
+    ServiceManager serviceManager;
     Options options;
     const QString problem = options.parse(QApplication::arguments().mid(1));
     if (!problem.isEmpty()) {
@@ -148,5 +155,5 @@ int main(int argc, char **argv)
         Console::print(ViewSettings::description());
         return Launcher::Succeeded;
     }
-    return showApplications(options);
+    return showApplications(options, &serviceManager);
 }

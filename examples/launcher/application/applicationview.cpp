@@ -2,6 +2,7 @@
 
 #include <AppConfig>
 #include "application/applicationpage.h"
+#include "application/pagekeeper.h"
 #include "program/configurationfile.h"
 #include "program/console.h"
 #include "effects/remoteinspector.h"
@@ -100,13 +101,34 @@ void ApplicationView::start()
         return;
     }
     connect(m_page, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
-    if (m_timeout > 0 && !m_isAttended)
+    if (m_isAttended)
+        keepPage();
+    else if (m_timeout > 0)
         QTimer::singleShot(m_timeout, this, SLOT(giveUp()));
     show();
-    QNetworkRequest request(m_address);
-    if (!m_referrer.isEmpty())
+    load(m_address);
+}
+
+void ApplicationView::keepPage()
+{
+    PageKeeper *keeper = new PageKeeper(m_page, m_timeout, this);
+    connect(keeper, SIGNAL(timedOut()), SLOT(giveUp()));
+    connect(keeper, SIGNAL(due(QUrl)), SLOT(load(QUrl)));
+    connect(keeper, SIGNAL(recovered()), SIGNAL(recovered()));
+    connect(keeper, SIGNAL(note(QString)), SLOT(note(QString)));
+}
+
+void ApplicationView::load(const QUrl &address)
+{
+    QNetworkRequest request(address);
+    if (!m_referrer.isEmpty() && address == m_address)
         request.setRawHeader("Referer", m_referrer);
     m_page->mainFrame()->load(request);
+}
+
+bool ApplicationView::isTriedAgain() const
+{
+    return m_isAttended && networkAccess() && PageKeeper::keeps(m_address);
 }
 
 bool ApplicationView::showsErrorPage() const

@@ -36,11 +36,14 @@ public:
     /// Gives the window this size, even if it is configured to be as large as the screen.
     void keepSize(const QSize &size);
 
-    /// A page that has not loaded after so many milliseconds has failed. Without a limit at first.
+    /// A page of which nothing is there after so many milliseconds has failed. Without a limit at first.
     void setTimeout(int timeout);
 
-    /// Nobody is there to wait.
+    /// Nobody is there to wait: a page is to load whole in this time, and is not tried again.
     void expectNobody();
+
+    /// Whether a page that failed is asked for again until it loads.
+    bool isTriedAgain() const;
 
     /// Shows the window and loads its page. Ends in one of the signals loaded() and failed().
     void start();
@@ -67,17 +70,20 @@ public:
 Q_SIGNALS:
     void loaded();
     void failed(const QString &what);
+    void recovered(); ///< from that: the page has loaded after all
     void openRequested(const QString &tag); ///< by a script of the page
 
 private Q_SLOTS:
     void prepareScripts();
     void firstLoadFinished(bool ok);
     void giveUp();
+    void load(const QUrl &address);
     void note(const QString &text);
     void printUrl(QNetworkReply *reply);
 
 private:
     void createExtension();
+    void keepPage();
     void useCertificate(const AppConfig &config);
     QString networkProblem() const;
     void setSurface(WebSurface *surface);

@@ -223,8 +223,8 @@ void warn(const ViewSetting &row, const QVariant &value, const ApplicationView &
     if (value.userType() == QMetaType::QString)
         shown = QLatin1Char('"') + shown + QLatin1Char('"');
     const QString format = QLatin1String("%1: %2 = %3 cannot be used; it takes %4");
-    Console::error(format.arg(application.tag(), QLatin1String(row.property), shown,
-                              QLatin1String(row.kind->name)));
+    Console::warning(format.arg(application.tag(), QLatin1String(row.property), shown,
+                                QLatin1String(row.kind->name)));
 }
 
 bool use(const ViewSetting &row, const QVariant &value, ApplicationView &application)

@@ -5,6 +5,8 @@
 #include <QRegExp>
 
 #include <cstdio>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -13,6 +15,27 @@ void write(std::FILE *stream, const QString &text)
 {
     std::fputs(Passwords::maskedText(text).toLocal8Bit().constData(), stream);
     std::fflush(stream);
+}
+
+// The variable says which stream leads to the journal: a program that was started by another one may have
+// inherited the variable, but not the stream.
+bool errorsGoToTheJournal()
+{
+    struct stat file;
+    if (fstat(STDERR_FILENO, &file) != 0)
+        return false;
+    const QByteArray identity =
+        QByteArray::number(quint64(file.st_dev)) + ':' + QByteArray::number(quint64(file.st_ino));
+    return qgetenv("JOURNAL_STREAM") == identity;
+}
+
+/// The priority is one of the kernel's, as it begins a line of the journal.
+void writeLine(const char *priority, const QString &text)
+{
+    static const bool isJournal = errorsGoToTheJournal();
+    write(stderr,
+          QLatin1String(isJournal ? priority : "") + QLatin1String("nuv-launcher: ")
+              + Console::shown(text) + QLatin1Char('\n'));
 }
 
 } // namespace
@@ -29,7 +52,12 @@ void Console::note(const QString &tag, const QString &text)
 
 void Console::error(const QString &text)
 {
-    write(stderr, QLatin1String("nuv-launcher: ") + shown(text) + QLatin1Char('\n'));
+    writeLine("<3>", text);
+}
+
+void Console::warning(const QString &text)
+{
+    writeLine("<4>", text);
 }
 
 QString Console::shown(const QString &text)

@@ -49,9 +49,9 @@ void openGlobalInspector(const AppConfig &first, const ApplicationView &view)
         return;
     const QString problem = RemoteInspector::open(view.page(), quint16(globalInspectorPort()));
     if (!problem.isEmpty())
-        Console::error(QString(QLatin1String("RemoteInspectorPort = %1 has no effect: %2"))
-                           .arg(globalInspectorPort())
-                           .arg(problem));
+        Console::warning(QString(QLatin1String("RemoteInspectorPort = %1 has no effect: %2"))
+                             .arg(globalInspectorPort())
+                             .arg(problem));
 }
 
 } // namespace
@@ -95,7 +95,7 @@ int Launcher::run()
 {
     if (m_loading > 0)
         QApplication::exec();
-    return m_failed || m_pending ? Failed : Succeeded;
+    return m_failed || m_pending || !m_waiting.isEmpty() ? Failed : Succeeded;
 }
 
 const Options &Launcher::options() const
@@ -153,6 +153,7 @@ void Launcher::open(const QString &tag, const AppConfig &config)
     m_views.append(view);
     connect(view, SIGNAL(loaded()), SLOT(pageSettled()));
     connect(view, SIGNAL(failed(QString)), SLOT(pageFailed(QString)));
+    connect(view, SIGNAL(recovered()), SLOT(pageRecovered()));
     connect(view, SIGNAL(openRequested(QString)), SLOT(openForPage(QString)));
 
     view->resize(m_options.size);
@@ -193,12 +194,23 @@ void Launcher::pageFailed(const QString &what)
 {
     ApplicationView *view = qobject_cast<ApplicationView *>(sender());
     Console::error(view->tag() + QLatin1String(": ") + what);
+    if (view->isTriedAgain()) {
+        m_waiting.append(view->tag());
+        pageSettled();
+        return;
+    }
     m_failed = true;
     if (!view->showsErrorPage()) {
         view->setAttribute(Qt::WA_DeleteOnClose); // there is nothing to be kept
         view->close();
     }
     pageSettled();
+}
+
+// What failed first does not count any more.
+void Launcher::pageRecovered()
+{
+    m_waiting.removeAll(qobject_cast<ApplicationView *>(sender())->tag());
 }
 
 void Launcher::pageSettled()

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void openForPage(const QString &tag);
     void pageSettled();
     void pageFailed(const QString &what);
+    void pageRecovered();
 
 private:
     bool findApplication(const QString &tag, AppConfig *config) const;
@@ -63,6 +64,7 @@ private:
     int m_loading; ///< pages that neither loaded nor failed so far
     bool m_pending;
     bool m_failed;
+    QStringList m_waiting; ///< tags of the applications whose page failed, and is tried again
 };
 
 #endif // LAUNCHER_H

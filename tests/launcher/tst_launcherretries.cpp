@@ -1,0 +1,226 @@
+#include "examples/launcher/application/pagekeeper.h"
+#include "tests/launcher/httpserver.h"
+#include "tests/launcher/stage.h"
+#include "tests/support/testmain.h"
+
+#include <QElapsedTimer>
+
+namespace {
+
+const char helloPage[] = "<script>onload = function() { zarexExt.say('hello') }</script>";
+const char brokenAnswer[] = "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n";
+
+QByteArray unavailable()
+{
+    return "HTTP/1.1 503 Service Unavailable\r\nContent-Type: text/html\r\nConnection: close\r\n"
+           "Content-Length: 4\r\n\r\nlate";
+}
+
+/// Ends the launcher as its service manager would.
+Run stop(QProcess *process)
+{
+    process->terminate();
+    return Stage::finish(process);
+}
+
+/// Lets the server answer until it was asked so often; false when it takes too long.
+bool awaitRequests(const HttpServer &server, const char *target, int count)
+{
+    QElapsedTimer time;
+    time.start();
+    while (server.requests(target).size() < count && time.elapsed() < 60000)
+        QTest::qWait(10);
+    return server.requests(target).size() >= count;
+}
+
+} // namespace
+
+class tst_LauncherRetries : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void thePausesGrowToAMinute();
+
+    void aPageIsShownWhoseServerComesLate_data();
+    void aPageIsShownWhoseServerComesLate();
+    void aServerThatCannotAnswerYetIsAskedAgain();
+    void aServerThatIsSilentIsAskedAgain();
+    void aPageThatShowsSomethingIsLeftAlone();
+    void aLaterPageComesBackToo();
+    void theFirstPageIsAskedForWithItsReferrerEachTime();
+    void aFailureThatStaysIsToldOnce();
+    void aFileThatIsMissingIsNotWaitedFor();
+};
+
+void tst_LauncherRetries::thePausesGrowToAMinute()
+{
+    const int expected[] = { 1000, 2000, 4000, 8000, 16000, 32000, 60000, 60000 };
+    int attempt = 0;
+    for (int pause : expected)
+        QCOMPARE(PageKeeper::pauseBefore(++attempt), pause);
+    QCOMPARE(PageKeeper::pauseBefore(1000000), 60000);
+}
+
+void tst_LauncherRetries::aPageIsShownWhoseServerComesLate_data()
+{
+    QTest::addColumn<QByteArray>("property");
+
+    QTest::newRow("without an error page") << QByteArray();
+    QTest::newRow("with an error page") << QByteArray(", \"EnableShowErrorPage\": true");
+}
+
+void tst_LauncherRetries::aPageIsShownWhoseServerComesLate()
+{
+    QFETCH(QByteArray, property);
+    HttpServer server;
+    server.serve("/", helloPage);
+    const quint16 port = server.serverPort();
+    const QString address = server.address();
+    server.close();
+    Stage stage;
+    stage.configure(Stage::application("tv", address, property));
+    QProcess process;
+    stage.start(&process, "tv");
+
+    QVERIFY(Stage::awaitOutput(
+        &process, "tv  the page is tried again, after 1 s at first, later every 60 s\n"));
+    QVERIFY(server.listen(QHostAddress::LocalHost, port));
+    QVERIFY(Stage::awaitOutput(&process, "tv  says: hello\n"));
+    QVERIFY(Stage::awaitOutput(&process, "tv  has loaded, at attempt "));
+    const Run run = stop(&process);
+
+    QCOMPARE(run.err,
+             text("nuv-launcher: tv: the page ") + address
+                 + text(" does not load: Connection refused\n"));
+    QCOMPARE(run.status, 0);
+}
+
+void tst_LauncherRetries::aServerThatCannotAnswerYetIsAskedAgain()
+{
+    HttpServer server;
+    server.serveBytes("/", unavailable());
+    Stage stage;
+    stage.configure(Stage::application("tv", server.address()));
+    QProcess process;
+    stage.start(&process, "tv");
+
+    QVERIFY(Stage::awaitOutput(&process, "tv  the server answers 503; the page is tried again"));
+    server.serve("/", helloPage);
+    QVERIFY(Stage::awaitOutput(&process, "tv  says: hello\n"));
+
+    QCOMPARE(server.requests("/").size(), 2);
+    QCOMPARE(stop(&process).status, 0);
+}
+
+void tst_LauncherRetries::aServerThatIsSilentIsAskedAgain()
+{
+    HttpServer server;
+    server.serve("/", helloPage);
+    server.ignore("/");
+    Stage stage;
+    stage.configure(Stage::application("tv", server.address()));
+    QProcess process;
+    stage.start(&process, "--timeout 500 tv");
+
+    QVERIFY(awaitRequests(server, "/", 2));
+    server.ignore(QByteArray());
+    QVERIFY(Stage::awaitOutput(&process, "tv  says: hello\n"));
+    QVERIFY(Stage::awaitOutput(&process, "tv  has loaded, at attempt "));
+    const Run run = stop(&process);
+
+    QCOMPARE(run.err,
+             text("nuv-launcher: tv: the page ") + server.address()
+                 + text(" has not loaded after 500 ms\n"));
+    QCOMPARE(run.status, 0);
+}
+
+// Its picture never comes, so that the loading never ends.
+void tst_LauncherRetries::aPageThatShowsSomethingIsLeftAlone()
+{
+    HttpServer server;
+    server.serve("/",
+                 "<p>Hello<img src='/never'><script>setTimeout(function() {"
+                 "zarexExt.say('still here') }, 1500)</script>");
+    server.ignore("/never");
+    Stage stage;
+    stage.configure(Stage::application("tv", server.address()));
+    QProcess process;
+    stage.start(&process, "--timeout 400 tv");
+
+    QVERIFY(Stage::awaitOutput(&process, "tv  says: still here\n"));
+    const Run run = stop(&process);
+
+    QCOMPARE(run.err, QString());
+    QCOMPARE(server.requests("/").size(), 1);
+}
+
+void tst_LauncherRetries::aLaterPageComesBackToo()
+{
+    HttpServer server;
+    server.serve("/",
+                 "<script>onload = function() { setTimeout(function() {"
+                 "location = '/second' }, 50) }</script>");
+    server.serveBytes("/second", QByteArray());
+    Stage stage;
+    stage.configure(Stage::application("tv", server.address()));
+    QProcess process;
+    stage.start(&process, "tv");
+
+    QVERIFY(Stage::awaitOutput(&process, "tv  the page is tried again"));
+    server.serve("/second", helloPage);
+    QVERIFY(Stage::awaitOutput(&process, "tv  says: hello\n"));
+
+    QCOMPARE(server.requests("/").size(), 1);
+    QCOMPARE(stop(&process).status, 0);
+}
+
+void tst_LauncherRetries::theFirstPageIsAskedForWithItsReferrerEachTime()
+{
+    HttpServer server;
+    server.serveBytes("/", brokenAnswer);
+    Stage stage;
+    stage.configure(Stage::application("tv", server.address(),
+                                       ", \"HttpReferrer\": \"http://portal.example/\""));
+    QProcess process;
+    stage.start(&process, "tv");
+
+    QVERIFY(awaitRequests(server, "/", 2));
+    stop(&process);
+
+    const QList<HttpRequest> requests = server.requests("/");
+    for (int i = 0; i < requests.size(); ++i)
+        QCOMPARE(requests.at(i).headers.value("referer"), QByteArray("http://portal.example/"));
+}
+
+void tst_LauncherRetries::aFailureThatStaysIsToldOnce()
+{
+    HttpServer server;
+    server.serveBytes("/", brokenAnswer);
+    Stage stage;
+    stage.configure(Stage::application("tv", server.address()));
+    QProcess process;
+    stage.start(&process, "tv");
+
+    QVERIFY(awaitRequests(server, "/", 3));
+    const Run run = stop(&process);
+
+    QCOMPARE(run.err.count(QLatin1Char('\n')), 1);
+    QCOMPARE(run.out.count(text("tried again")), 1);
+    QCOMPARE(run.status, 1);
+}
+
+void tst_LauncherRetries::aFileThatIsMissingIsNotWaitedFor()
+{
+    Stage stage;
+    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"none.html\" }");
+
+    const Run run = stage.launch("tv");
+
+    QCOMPARE(run.status, 1);
+    QVERIFY(!run.out.contains(text("tried again")));
+}
+
+NUV_TEST_MAIN(tst_LauncherRetries)
+
+#include "tst_launcherretries.moc"
