@@ -4,6 +4,7 @@
 #include "tools/nuv-apps-config/literals.h"
 #include "tools/nuv-apps-config/textrules.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -68,7 +69,9 @@ QByteArray toText(const Property &property, const Node &value, const QByteArray 
 
 QByteArray toObject(const Property &property, const Node &value)
 {
-    const bool isPath = qstrcmp(property.key, "Certificate") == 0 && value.type == Node::Text;
+    const QString given = value.type == Node::Text ? value.value.toString() : QString();
+    const bool isPath = qstrcmp(property.key, "Certificate") == 0 && !given.isEmpty()
+        && std::all_of(given.begin(), given.end(), [](QChar c) { return c.isPrint(); });
     return isPath ? "{ \"Path\": " + Edits::quoted(value.value.toString()) + " }" : QByteArray();
 }
 

@@ -1,5 +1,6 @@
 #include "tools/nuv-apps-config/literals.h"
 
+#include "tools/nuv-apps-config/edits.h"
 #include "tools/nuv-apps-config/utf8.h"
 
 #include <cstring>
@@ -69,6 +70,22 @@ QString numberText(const QVariant &value)
     return value.toString();
 }
 
+Edit change(int offset, int removed, const QByteArray &inserted)
+{
+    Edit edit;
+    edit.offset = offset;
+    edit.removed = removed;
+    edit.inserted = inserted;
+    return edit;
+}
+
+// Without the quotes around it.
+QByteArray escaped(const QString &characters)
+{
+    const QByteArray quoted = Edits::quoted(characters);
+    return quoted.mid(1, quoted.size() - 2);
+}
+
 class TextCheck
 {
 public:
@@ -110,26 +127,32 @@ int TextCheck::escape(int i)
     if (letter == 'u')
         return unicodeEscape(i);
     if (!std::strchr("\"\\/bfnrt", letter))
-        m_findings.add("unescaped-backslash", i, 2,
-                       text("the backslash is dropped, and what follows it stays"),
-                       text("write two backslashes for one"));
+        m_findings
+            .add("unescaped-backslash", i, 2,
+                 text("the backslash is dropped, and what follows it stays"),
+                 text("write two backslashes for one"))
+            .edit = change(i, 0, "\\");
     return i + 2;
 }
 
 int TextCheck::unicodeEscape(int i)
 {
     if (i + 6 >= m_source.size()) {
-        m_findings.add("short-unicode-escape", i, 2,
-                       text("\\u too near the end of the file: the u stands for itself"));
+        m_findings
+            .add("short-unicode-escape", i, 2,
+                 text("\\u too near the end of the file: the u stands for itself"),
+                 text("write two backslashes for one"))
+            .edit = change(i, 0, "\\");
         return i + 2;
     }
     for (int digit = i + 2; digit < i + 6; ++digit) {
         if (isHexDigit(m_bytes[digit]))
             continue;
-        m_findings.add(
-            "bad-unicode-escape", i, 6,
-            text("\\u takes the four bytes behind it, and they are no hexadecimal digits"),
-            text("what is no digit counts as 0"));
+        m_findings
+            .add("bad-unicode-escape", i, 6,
+                 text("\\u takes the four bytes behind it, and they are no hexadecimal digits"),
+                 text("write two backslashes for one"))
+            .edit = change(i, 0, "\\");
         break;
     }
     return i + 6;
@@ -144,29 +167,34 @@ int TextCheck::nonAscii(int i)
         ++i;
     const int size = i - begin;
     if (!Utf8::isValid(first, size)) {
-        m_findings.add("non-ascii-text", begin, size, text("a character outside ASCII"),
-                       text("the library reads it as Latin-1; write \\u and four digits"));
+        m_findings
+            .add("non-ascii-text", begin, size, text("a character outside ASCII"),
+                 text("the library reads it as Latin-1; write \\u and four digits"))
+            .edit = change(begin, size, escaped(QString::fromLatin1(first, size)));
         return i;
     }
-    m_findings.add(
-        "non-ascii-text", begin, size,
-        QString(QLatin1String("%1 in UTF-8 arrives as %2 wrong characters"))
-            .arg(Utf8::count(first, size) == 1
-                     ? text("a character")
-                     : QString(QLatin1String("%1 characters")).arg(Utf8::count(first, size)))
-            .arg(size),
-        text("the library reads each byte as one Latin-1 character; write \\u and four "
-             "digits"));
+    m_findings
+        .add("non-ascii-text", begin, size,
+             QString(QLatin1String("%1 in UTF-8 arrives as %2 wrong characters"))
+                 .arg(Utf8::count(first, size) == 1
+                          ? text("a character")
+                          : QString(QLatin1String("%1 characters")).arg(Utf8::count(first, size)))
+                 .arg(size),
+             text("the library reads each byte as one Latin-1 character; write \\u and four "
+                  "digits"))
+        .edit = change(begin, size, escaped(QString::fromUtf8(first, size)));
     return i;
 }
 
 int TextCheck::control(int i)
 {
-    m_findings.add("raw-control-character", i, 1,
-                   m_bytes[i] == '\n'
-                       ? text("a line break inside a text becomes part of it")
-                       : text("a control character inside a text becomes part of it"),
-                   text("write \\n, \\t or \\u and four digits"));
+    const QByteArray escape = escaped(QString(QLatin1Char(m_bytes[i])));
+    m_findings
+        .add("raw-control-character", i, 1,
+             m_bytes[i] == '\n' ? text("a line break inside a text becomes part of it")
+                                : text("a control character inside a text becomes part of it"),
+             text("write ") + QString::fromLatin1(escape))
+        .edit = change(i, 1, escape);
     return i + 1;
 }
 

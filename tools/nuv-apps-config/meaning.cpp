@@ -167,7 +167,7 @@ void Meaning::checkElements(const Node &applications)
         else if (element.type != Node::Missing)
             m_findings.add("wrong-kind", element.begin, element.length(),
                            text("an application is an object, not ") + ValueRules::kindOf(element),
-                           text("write { \"Tag\": \"...\", \"Url\": \"...\" }"));
+                           text("it begins with { \"Tag\": "));
     }
 }
 
@@ -234,7 +234,7 @@ void Meaning::checkCertificate(const Node &certificate)
         if (member && !hasPath)
             m_findings.add("needs-certificate", member->keyBegin, member->keyEnd - member->keyBegin,
                            quoted(member->key) + text(" is not read without \"Path\""),
-                           text("add \"Path\" with the file of the certificate"));
+                           text("\"Path\" names the file of the certificate"));
     }
     if (hasPath && passPhrase && !key)
         m_findings.add("no-effect", passPhrase->keyBegin, passPhrase->keyEnd - passPhrase->keyBegin,
