@@ -279,6 +279,27 @@ const Exchange exchanges[] = {
     { "two names that differ", "two-names", "\"UseOfflineStorageDatabase\": true",
       "\"UseOfflineStorageDatabase\": true, \"OfflineStorageDatabaseEnabled\": false",
       "\"UseOfflineStorageDatabase\": true, " },
+    { "an address with a misspelt scheme", "unusable-address", "\"http://home.example/\"",
+      "\"htpp://home.example/\"", "" },
+    { "an address without a scheme", "unusable-address", "\"http://home.example/\"",
+      "\"www.home.example/\"", "" },
+    { "a page that is missing", "missing-file", "\"http://home.example/\"", "\"pages/hoem.html\"",
+      "" },
+    { "a script that is missing", "missing-file", "\"UserAgent\": \"Box/1.0\"",
+      "\"UserScript\": \"scripts/hoem.js\"", "\"UserScript\": " },
+    { "a proxy without a port", "unusable-proxy", "\"UserAgent\": \"Box/1.0\"",
+      "\"HttpProxy\": \"proxy.example\"", "\"HttpProxy\": " },
+    { "a referrer without a scheme", "unusable-address", "\"UserAgent\": \"Box/1.0\"",
+      "\"HttpReferrer\": \"portal.example\"", "\"HttpReferrer\": " },
+    { "a user agent of two lines", "unusable-user-agent", "\"Box/1.0\"", "\"Box/1.0\\nX: y\"", "" },
+    { "a domain with a scheme", "unusable-domain", "\"a.example\"", "\"http://a.example\"", "" },
+    { "a domain as a pattern", "unusable-domain", "\"a.example\"", "\"*.a.example\"", "" },
+    { "a path with backslashes", "control-character", "\"http://home.example/\"",
+      "\"tv\\news.html\"", "\"tv" },
+    { "a tag with a blank at its end", "blank-at-edge", "\"Tag\": \"home\"", "\"Tag\": \"home \"",
+      "\"Tag\": " },
+    { "two tags that differ by case", "similar-tag", "\"Tag\": \"last\"", "\"Tag\": \"First\"",
+      "\"Tag\": " },
     { "a certificate file that is missing", "certificate-missing", "\"Path\": \"device.pem\"",
       "\"Path\": \"devize.pem\"", "\"Path\": " },
 };
@@ -329,6 +350,11 @@ bool removeMember(Planted *file, std::mt19937 &engine, const QByteArray &member)
 bool noTag(Planted *file, std::mt19937 &engine)
 {
     return removeMember(file, engine, "\"Tag\": \"home\"");
+}
+
+bool noAddress(Planted *file, std::mt19937 &engine)
+{
+    return removeMember(file, engine, "\"Url\": \"http://home.example/\"");
 }
 
 bool noVersion(Planted *file, std::mt19937 &engine)
@@ -418,6 +444,7 @@ const QList<Kind> &Mistakes::meaningKinds()
     static const QList<Kind> kinds = [] {
         QList<Kind> list = {
             { "an application without a tag", "no-tag", noTag },
+            { "an application without an address", "no-address", noAddress },
             { "no version", "no-version", noVersion },
             { "a private key without a certificate", "needs-certificate", noPath },
         };
