@@ -249,6 +249,7 @@ void tst_Values::otherPageAddressesAreRefused_data()
     refused("javascript:alert(1)", "a script is no page");
     refused("localhost:8080/x", "the scheme is missing", "http://localhost:8080/x");
     refused("tv.example:8080", "the scheme is missing", "http://tv.example:8080");
+    refused("my_box:8080/", "the scheme is missing", "http://my_box:8080/");
     refused("//tv.example/", "the scheme is missing", "https://tv.example/");
     refused("C:/tv/menu.html", "it is a path of another system, not an address");
     refused("https:/tv.example/", "two slashes must follow the colon", "https://tv.example/");

@@ -351,8 +351,7 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     kind("Scale", "true", "a number, not true");
     kind("UserAgent", "10", "a text, not a whole number (put it in quotes)");
     kind("HttpProxy", "8080", "a text with a host and a port, not a whole number");
-    kind("Certificate", "\"device.pem\"",
-         "an object, not a text (write { \"Path\": \"device.pem\" })");
+    kind("Certificate", "\"device.pem\"", "an object, not a text (write it as { \"Path\": ... })");
     kind("GrantBroadcastAccessRightDomains", "\"tv.example\"",
          "an array of objects, not a text (write [ { \"Domain\": \"tv.example\" } ])");
     kind("GrantBroadcastAccessRightDomains", "{ \"Domain\": \"tv.example\" }",

@@ -1,5 +1,6 @@
 #include "tools/nuv-apps-config/meaning.h"
 
+#include "examples/launcher/values/hostname.h"
 #include "tools/nuv-apps-config/certificaterules.h"
 #include "tools/nuv-apps-config/keyrules.h"
 #include "tools/nuv-apps-config/edits.h"
@@ -213,13 +214,15 @@ void Meaning::checkDomains(const Node &domains)
 
 void Meaning::checkPlainDomain(const Node &element)
 {
-    const bool isText = element.type == Node::Text;
-    const QByteArray object = "{ \"Domain\": "
-        + (isText ? Edits::quoted(element.value.toString()) : QByteArray("\"tv.example\"")) + " }";
+    const Parsed<QString> domain =
+        HostName::parseDomain(element.type == Node::Text ? element.value.toString() : QString());
+    const QString meant = domain.isUsable() ? element.value.toString() : domain.objection.instead;
+    const QString proposed = meant.isEmpty() ? text("tv.example") : meant;
+    const QByteArray object = "{ \"Domain\": " + Edits::quoted(proposed) + " }";
     m_findings
         .add("plain-domain", element.begin, element.length(),
              text("each domain is an object; of this element nothing is used"),
-             text(isText ? "write " : "write it as in ") + QString::fromLatin1(object))
+             text(meant.isEmpty() ? "write it as in " : "write ") + QString::fromLatin1(object))
         .edit = Edits::replace(element, object);
 }
 

@@ -57,6 +57,8 @@ QString hintFor(const Property &property, const Node &value, const QByteArray &b
         return text("put it in quotes");
     if (value.isContainer())
         return text("put it in [ ]");
+    if (property.kind == Kind::Object) // which part of a certificate it is nobody knows
+        return text("write it as { \"Path\": ... }");
     const QString shown = Secrets::shown(text(property.key), QString::fromLatin1(bytes)).toString();
     const bool isTheSame = value.value.toString() == QString::fromLatin1(bytes);
     return text("write ") + shown + (isTheSame ? text(" without quotes") : QString());

@@ -75,6 +75,8 @@ Objection judgeWithoutScheme(const QString &text)
 {
     if (text.startsWith(QLatin1String("//")))
         return Objection("the scheme is missing", QLatin1String("https:") + text);
+    if (text.section(QRegExp(QLatin1String("[/?#]")), 0, 0).contains(QLatin1Char(':')))
+        return Objection("the scheme is missing", QLatin1String("http://") + text);
     return QUrl(text).isValid() ? Objection() : Objection("it is not an address");
 }
 
@@ -102,7 +104,9 @@ Parsed<QUrl> toPageAddress(const QString &text, const QString &folder)
 {
     Parsed<QUrl> address;
     address.objection = withUsableProposal(judge(text), judge);
-    if (address.isUsable())
-        address.value = QUrl::fromLocalFile(folder + QLatin1Char('/')).resolved(QUrl(text));
+    if (!address.isUsable())
+        return address;
+    address.value = QUrl::fromLocalFile(folder + QLatin1Char('/')).resolved(QUrl(text));
+    address.value.setScheme(address.value.scheme().toLower());
     return address;
 }

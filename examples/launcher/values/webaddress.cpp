@@ -142,8 +142,10 @@ Parsed<QUrl> parseReferrer(const QString &text)
 {
     Parsed<QUrl> address;
     address.objection = withUsableProposal(judgeReferrer(text), judgeReferrer);
-    if (address.isUsable())
-        address.value =
-            QUrl::fromEncoded(QUrl(text).toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment));
+    if (!address.isUsable())
+        return address;
+    address.value =
+        QUrl::fromEncoded(QUrl(text).toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment));
+    address.value.setScheme(address.value.scheme().toLower()); // Qt 4 leaves it as it is written
     return address;
 }
