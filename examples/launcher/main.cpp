@@ -8,6 +8,7 @@
 //   configurationfile  which file the library reads, and what relative paths in it mean
 //   terminationsignals the end of the program at a signal
 //   servicemanager     is told that the launcher is ready, and that it is alive
+//   standstillwatch    notices a script that never ends
 //   console            what the launcher prints
 //   userfolders        where it keeps what pages store
 //   wholefile          replaces a file, whole or not at all
@@ -17,6 +18,7 @@
 //   websurface         shows the page, as a widget or, in a sceneview, as an item of a scene
 //   applicationpage    a page with a user agent, an errorpage and scripts of the launcher's
 //   pagekeeper         asks again for a page that does not load
+//   questionflood      notices a page that asks without end
 //   launcherextension  what the scripts of a page can call, as window.zarexExt; with more for some
 //                      applications: receiverextension, for the receiver
 //   broadcastaccess    which pages find it
@@ -30,7 +32,7 @@
 //   viewsettings       the table: what each one takes, works on and does, and when
 //   pagesettings, enginesettings, windowsettings, networksettings, extensionsettings
 //                      the effects, by what they are applied to
-//   chrome, framerate, remoteinspector, storagequota
+//   chrome, debugborders, framerate, remoteinspector, storagequota
 //                      effects that are more than a call of the toolkit
 //
 // values/       valuekind: which values a property takes, and how they are shown
@@ -40,6 +42,7 @@
 //   unattendedlayer    its options
 //   unattended         what they ask of the launcher
 //   unattendedpage     a page that waits for nobody
+//   picturefile        writes a picture
 //   pagescript         asks a page what a script of the command line gives
 
 #include "program/console.h"

@@ -434,7 +434,8 @@ void tst_Launcher::whatPagesStoreLiesInTheHomeOfTheUser()
 {
     Stage stage;
     stage.write("page.html", "<script>openDatabase('a', '1', 'a', 1000)</script>");
-    stage.configure("{ \"Tag\": \"..\", \"Url\": \"page.html\", \"UseDiskCache\": true }");
+    stage.configure("{ \"Tag\": \"..\", \"Url\": \"page.html\", \"UseDiskCache\": true,"
+                    "  \"UseOfflineStorageDatabase\": true }");
 
     QCOMPARE(stage.launch("--screenshot out.png ..").status, 0);
 
@@ -683,7 +684,7 @@ void tst_Launcher::aPictureThatCannotBeWrittenIsToldInOneLine()
 
     QCOMPARE(run.err,
              text("nuv-launcher: tv: the picture cannot be written to "
-                  "no/such/folder.png\n"));
+                  "no/such/folder.png: No such file or directory\n"));
     QCOMPARE(run.status, 1);
 }
 

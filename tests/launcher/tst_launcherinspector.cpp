@@ -57,6 +57,7 @@ private Q_SLOTS:
     void thereIsOneInspector_data();
     void thereIsOneInspector();
     void aPortInUseIsToldInOneLine();
+    void aGlobalPortThatIsNoneIsToldInOneLine();
 };
 
 void tst_LauncherInspector::thereIsOneInspector_data()
@@ -114,6 +115,9 @@ void tst_LauncherInspector::thereIsOneInspector()
     process.terminate();
     const Run run = Stage::finish(&process);
 
+    const QStringList told =
+        linesAfter("Remote inspector port: ", QString::fromLatin1(out.constData()));
+    QCOMPARE(told.join(text(" ")), atFirst < 0 ? QString() : QString::number(ports.number(0)));
     QCOMPARE(run.err, ports.in(warning));
     QCOMPARE(atFirst, pagesAtFirstPort);
     QCOMPARE(atSecond, pagesAtSecondPort);
@@ -136,7 +140,25 @@ void tst_LauncherInspector::aPortInUseIsToldInOneLine()
     QCOMPARE(run.err,
              text("nuv-launcher: RemoteInspectorPort = ") + port
                  + text(" has no effect: the port is in use\n"));
-    QVERIFY(run.out.contains(text("Remote inspector port: ") + port + text("\n")));
+    QVERIFY(!run.out.contains(text("Remote inspector port")));
+    QCOMPARE(run.status, 0);
+}
+
+void tst_LauncherInspector::aGlobalPortThatIsNoneIsToldInOneLine()
+{
+    Stage stage;
+    stage.write("AppsConfig.json",
+                "{ \"Global\": { \"Version\": 1, \"RemoteInspectorPort\": 65536 },"
+                "\"Applications\": [ { \"Tag\": \"tv\", \"Url\": \"page.html\" } ] }");
+    stage.write("page.html", "<p>");
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(
+        run.err,
+        text("nuv-launcher: RemoteInspectorPort = 65536 cannot be used; it takes a whole number "
+             "from 0 to 65535\n"));
+    QVERIFY(!run.out.contains(text("Remote inspector port")));
     QCOMPARE(run.status, 0);
 }
 

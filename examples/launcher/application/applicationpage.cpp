@@ -15,12 +15,28 @@ QString reasonOf(const QWebPage::ErrorPageExtensionOption &failure)
                     : failure.errorString;
 }
 
+// The engine does not tell the errors of one script of the launcher's from those of another. Only the
+// user script begins this far down.
+const int linesBeforeUserScript = 10000;
+
+// Scripts of the launcher's have no name, which the engine tells in either of these words.
+bool isUnnamed(const QString &source)
+{
+    return source.isEmpty() || source == QLatin1String("undefined");
+}
+
 } // namespace
 
 ApplicationPage::ApplicationPage(QObject *parent)
-    : QWebPage(parent), m_errorPageIsShown(false), m_consoleIsShown(true)
+    : QWebPage(parent),
+      m_errorPageIsShown(false),
+      m_consoleIsShown(true),
+      m_databasesAreOffered(false),
+      m_filesAreOffered(false)
 {
     connect(this, SIGNAL(loadStarted()), SLOT(forgetLoadError()));
+    connect(this, SIGNAL(frameCreated(QWebFrame *)), SLOT(watchFrame(QWebFrame *)));
+    watchFrame(mainFrame());
 }
 
 ApplicationPage *ApplicationPage::make(QObject *parent)
@@ -48,16 +64,68 @@ void ApplicationPage::setConsoleIsShown(bool shown)
     m_consoleIsShown = shown;
 }
 
+void ApplicationPage::setDatabasesAreOffered(bool offered)
+{
+    m_databasesAreOffered = offered;
+}
+
+bool ApplicationPage::databasesAreOffered() const
+{
+    return m_databasesAreOffered;
+}
+
+void ApplicationPage::setFilesAreOffered(bool offered)
+{
+    m_filesAreOffered = offered;
+}
+
 void ApplicationPage::setDocumentScript(const char *name, const QString &source)
 {
     m_documentScripts.insert(QByteArray(name), source);
+}
+
+void ApplicationPage::setUserScript(const QString &fileName, const QString &source)
+{
+    m_userScriptFile = fileName.section(QLatin1Char('/'), -1);
+    setDocumentScript("user script", QString(linesBeforeUserScript, QLatin1Char('\n')) + source);
 }
 
 void ApplicationPage::runDocumentScripts()
 {
     const QList<QString> sources = m_documentScripts.values();
     for (int i = 0; i < sources.size(); ++i)
-        mainFrame()->evaluateJavaScript(sources.at(i));
+        evaluateIn(mainFrame(), sources.at(i));
+}
+
+// The toolkit copies what a script comes to, with all that it can reach, so it comes to nothing.
+void ApplicationPage::evaluateIn(QWebFrame *frame, const QString &source)
+{
+    frame->evaluateJavaScript(source + QLatin1String("\n;undefined"));
+}
+
+// From its first evaluation on, a frame announces the window object of each document once, even of one
+// without scripts.
+void ApplicationPage::watchFrame(QWebFrame *frame)
+{
+    evaluateIn(frame, QString());
+    connect(frame, SIGNAL(javaScriptWindowObjectCleared()), SLOT(takeDatabasesAway()));
+}
+
+void ApplicationPage::takeDatabasesAway()
+{
+    QWebFrame *frame = qobject_cast<QWebFrame *>(sender());
+    if (frame && !m_databasesAreOffered)
+        evaluateIn(frame,
+                   QLatin1String("Object.defineProperty(window, 'openDatabase', "
+                                 "{ value: undefined })"));
+}
+
+// The engine is about to say that it loads the error page, which is not to make it forget.
+void ApplicationPage::showError(const QUrl &address, const QString &reason)
+{
+    if (m_errorPageIsShown)
+        mainFrame()->setContent(ErrorPage::html(address, reason), QLatin1String("text/html"));
+    m_loadError = reason;
 }
 
 QString ApplicationPage::loadError() const
@@ -72,6 +140,8 @@ void ApplicationPage::forgetLoadError()
 
 bool ApplicationPage::supportsExtension(Extension extension) const
 {
+    if (extension == ChooseMultipleFilesExtension && !m_filesAreOffered)
+        return false;
     return extension == ErrorPageExtension || QWebPage::supportsExtension(extension);
 }
 
@@ -94,6 +164,11 @@ bool ApplicationPage::extension(Extension extension, const ExtensionOption *opti
     return true;
 }
 
+QString ApplicationPage::chooseFile(QWebFrame *frame, const QString &suggested)
+{
+    return m_filesAreOffered ? QWebPage::chooseFile(frame, suggested) : QString();
+}
+
 QString ApplicationPage::userAgentForUrl(const QUrl &url) const
 {
     return m_userAgent.isEmpty() ? QWebPage::userAgentForUrl(url) : m_userAgent;
@@ -104,11 +179,68 @@ void ApplicationPage::javaScriptConsoleMessage(const QString &message, int line,
 {
     if (!m_consoleIsShown)
         return;
-    if (source.isEmpty()) { // nor does the line mean anything then
+    const bool isOfUserScript = isUnnamed(source) && line > linesBeforeUserScript;
+    if (source.isEmpty() && !isOfUserScript) { // nor does the line mean anything then
         emit note(QLatin1String("console: ") + message);
         return;
     }
-    const QString file = source.section(QLatin1Char('/'), -1);
-    emit note(
-        QString(QLatin1String("console: %1:%2: %3")).arg(file, QString::number(line), message));
+    const QString file = isOfUserScript ? m_userScriptFile : source.section(QLatin1Char('/'), -1);
+    const int lineInFile = isOfUserScript ? line - linesBeforeUserScript : line;
+    emit note(QString(QLatin1String("console: %1:%2: %3"))
+                  .arg(file, QString::number(lineInFile), message));
+}
+
+// A page that asks without end would never leave its user, or the log, alone.
+bool ApplicationPage::mayAsk()
+{
+    const int number = m_questions.next();
+    if (number <= QuestionFlood::Most)
+        return true;
+    m_questions.answered();
+    if (number == QuestionFlood::Most + 1)
+        emit note(QLatin1String("asks without end; what follows is answered with no"));
+    return false;
+}
+
+void ApplicationPage::javaScriptAlert(QWebFrame *frame, const QString &message)
+{
+    if (!mayAsk())
+        return;
+    putAlert(frame, message);
+    m_questions.answered();
+}
+
+bool ApplicationPage::javaScriptConfirm(QWebFrame *frame, const QString &message)
+{
+    if (!mayAsk())
+        return false;
+    const bool yes = putConfirm(frame, message);
+    m_questions.answered();
+    return yes;
+}
+
+bool ApplicationPage::javaScriptPrompt(QWebFrame *frame, const QString &message,
+                                       const QString &offered, QString *answer)
+{
+    if (!mayAsk())
+        return false;
+    const bool given = putPrompt(frame, message, offered, answer);
+    m_questions.answered();
+    return given;
+}
+
+void ApplicationPage::putAlert(QWebFrame *frame, const QString &message)
+{
+    QWebPage::javaScriptAlert(frame, message);
+}
+
+bool ApplicationPage::putConfirm(QWebFrame *frame, const QString &message)
+{
+    return QWebPage::javaScriptConfirm(frame, message);
+}
+
+bool ApplicationPage::putPrompt(QWebFrame *frame, const QString &message, const QString &offered,
+                                QString *answer)
+{
+    return QWebPage::javaScriptPrompt(frame, message, offered, answer);
 }

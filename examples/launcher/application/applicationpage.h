@@ -1,6 +1,8 @@
 #ifndef APPLICATIONPAGE_H
 #define APPLICATIONPAGE_H
 
+#include "application/questionflood.h"
+
 #include <QByteArray>
 #include <QMap>
 #include <QString>
@@ -27,10 +29,24 @@ public:
 
     void setConsoleIsShown(bool shown);
 
+    /// Whether scripts find openDatabase. Not so at first: the engine hands it out in any case, and
+    /// then refuses every statement.
+    void setDatabasesAreOffered(bool offered);
+    bool databasesAreOffered() const;
+
+    /// Whether the user may choose files for forms. Not so at first.
+    void setFilesAreOffered(bool offered);
+
     /// A script for each document of the main frame, run before the document's own, in place of an
     /// earlier one of that name; an empty one is none.
     void setDocumentScript(const char *name, const QString &source);
+
+    /// The same for the script of a file, whose name its errors tell.
+    void setUserScript(const QString &fileName, const QString &source);
     void runDocumentScripts();
+
+    /// Shows the error page, where it is to be shown, for an address that cannot be asked for.
+    void showError(const QUrl &address, const QString &reason);
 
     /// Why the last document did not load; empty when the engine does not say.
     QString loadError() const;
@@ -44,18 +60,38 @@ Q_SIGNALS:
     void note(const QString &text);
 
 protected:
+    QString chooseFile(QWebFrame *frame, const QString &suggested) override;
     QString userAgentForUrl(const QUrl &url) const override;
     void javaScriptConsoleMessage(const QString &message, int line, const QString &source) override;
+    void javaScriptAlert(QWebFrame *frame, const QString &message) override;
+    bool javaScriptConfirm(QWebFrame *frame, const QString &message) override;
+    bool javaScriptPrompt(QWebFrame *frame, const QString &message, const QString &offered,
+                          QString *answer) override;
+
+    // How the question of a script reaches the user, and what the user answers.
+    virtual void putAlert(QWebFrame *frame, const QString &message);
+    virtual bool putConfirm(QWebFrame *frame, const QString &message);
+    virtual bool putPrompt(QWebFrame *frame, const QString &message, const QString &offered,
+                           QString *answer);
 
 private Q_SLOTS:
     void forgetLoadError();
+    void watchFrame(QWebFrame *frame);
+    void takeDatabasesAway();
 
 private:
+    void evaluateIn(QWebFrame *frame, const QString &source);
+    bool mayAsk();
+
     QString m_userAgent;
+    QString m_userScriptFile; ///< the file's name, without its folder
     QMap<QByteArray, QString> m_documentScripts;
     QString m_loadError;
+    QuestionFlood m_questions;
     bool m_errorPageIsShown;
     bool m_consoleIsShown;
+    bool m_databasesAreOffered;
+    bool m_filesAreOffered;
 };
 
 #endif // APPLICATIONPAGE_H

@@ -5,6 +5,8 @@
 #include "application/pagekeeper.h"
 #include "program/configurationfile.h"
 #include "program/console.h"
+#include "program/userfolders.h"
+#include "effects/debugborders.h"
 #include "effects/remoteinspector.h"
 #include "values/valuekind.h"
 #include "effects/viewsettings.h"
@@ -19,8 +21,19 @@
 #include <QVBoxLayout>
 #include <QWebFrame>
 #include <QWebSecurityOrigin>
+#include <QWebSettings>
 
 namespace {
+
+// The engine takes the folder of a page's localStorage from the settings of all pages, at the moment
+// when it makes the page.
+ApplicationPage *makePageFor(const QString &tag, ApplicationPage::Maker make, QObject *parent)
+{
+    QWebSettings::globalSettings()->setLocalStoragePath(UserFolders::data()
+                                                        + UserFolders::nameFor(tag));
+    DebugBorders::restore();
+    return make(parent);
+}
 
 bool isEmptyText(const QVariant &value)
 {
@@ -30,7 +43,7 @@ bool isEmptyText(const QVariant &value)
 } // namespace
 
 ApplicationView::ApplicationView(const QString &tag, ApplicationPage::Maker makePage)
-    : m_page(makePage(this)),
+    : m_page(makePageFor(tag, makePage, this)),
       m_network(createNetworkAccessManager(this)),
       m_layout(new QVBoxLayout(this)),
       m_timeout(0),
@@ -52,10 +65,6 @@ ApplicationView::ApplicationView(const QString &tag, ApplicationPage::Maker make
     }
     connect(m_page, SIGNAL(note(QString)), SLOT(note(QString)));
     connect(m_page, SIGNAL(windowCloseRequested()), SLOT(close()));
-
-    // From its first evaluation on, a frame announces the window object of each document once, even
-    // of one without scripts.
-    m_page->mainFrame()->evaluateJavaScript(QLatin1String("undefined"));
     connect(m_page->mainFrame(), SIGNAL(javaScriptWindowObjectCleared()), SLOT(prepareScripts()));
 }
 
@@ -97,7 +106,9 @@ void ApplicationView::start()
         return;
     }
     if (m_address.isEmpty()) {
-        emit failed(QLatin1String("it has no usable Url"));
+        m_page->showError(m_address, QLatin1String("it has no usable Url"));
+        setVisible(showsErrorPage());
+        emit failed(m_page->loadError());
         return;
     }
     connect(m_page, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
@@ -129,6 +140,13 @@ void ApplicationView::load(const QUrl &address)
 bool ApplicationView::isTriedAgain() const
 {
     return m_isAttended && networkAccess() && PageKeeper::keeps(m_address);
+}
+
+void ApplicationView::bringToFront()
+{
+    show();
+    raise();
+    activateWindow();
 }
 
 bool ApplicationView::showsErrorPage() const

@@ -48,6 +48,9 @@ public:
     /// Shows the window and loads its page. Ends in one of the signals loaded() and failed().
     void start();
 
+    /// Shows the window, in front of all others.
+    void bringToFront();
+
     /// Whether a page of the launcher's stands in place of the one that did not load.
     bool showsErrorPage() const;
 

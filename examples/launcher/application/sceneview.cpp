@@ -1,20 +1,38 @@
 #include "application/sceneview.h"
 
+#include <QContextMenuEvent>
 #include <QGraphicsScene>
+#include <QGraphicsSceneContextMenuEvent>
 #include <QGraphicsSceneWheelEvent>
 #include <QGraphicsWebView>
 #include <QWebPage>
 
-namespace {
-
-/// Leaves to its view the turns of the wheel that the page has no use for. The toolkit's keeps them all.
+/// Leaves to its view the turns of the wheel that the page has no use for: the toolkit's keeps them all.
+/// Opens the engine's context menu only when told to, where the toolkit's always does.
 class PageItem : public QGraphicsWebView
 {
+public:
+    PageItem() : m_offersMenu(false) {}
+
+    void offerMenu() { m_offersMenu = true; }
+
 protected:
     void wheelEvent(QGraphicsSceneWheelEvent *event) override { page()->event(event); }
-};
 
-} // namespace
+    void contextMenuEvent(QGraphicsSceneContextMenuEvent *event) override
+    {
+        if (m_offersMenu) {
+            QGraphicsWebView::contextMenuEvent(event);
+            return;
+        }
+        const QContextMenuEvent::Reason reason = QContextMenuEvent::Reason(event->reason());
+        QContextMenuEvent wish(reason, event->pos().toPoint(), event->screenPos());
+        page()->swallowContextMenuEvent(&wish);
+    }
+
+private:
+    bool m_offersMenu;
+};
 
 SceneView::SceneView(QWebPage *page, QWidget *parent) : QGraphicsView(parent), m_item(new PageItem)
 {
@@ -26,6 +44,8 @@ SceneView::SceneView(QWebPage *page, QWidget *parent) : QGraphicsView(parent), m
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_item->setFocus();
+    m_item->setAcceptDrops(false);
+    setAcceptDrops(false);
 }
 
 QGraphicsWebView *SceneView::item() const
@@ -40,6 +60,13 @@ void SceneView::growToContents()
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_item->setResizesToContents(true);
     connect(m_item, SIGNAL(geometryChanged()), SLOT(followItem()));
+}
+
+void SceneView::offerControls()
+{
+    m_item->offerMenu();
+    m_item->setAcceptDrops(true);
+    setAcceptDrops(true);
 }
 
 void SceneView::resizeEvent(QResizeEvent *event)

@@ -3,6 +3,7 @@
 
 #include <QGraphicsView>
 
+class PageItem;
 class QGraphicsWebView;
 class QWebPage;
 
@@ -19,6 +20,9 @@ public:
     /// Lets the item grow to the size of the page; the view scrolls over it then.
     void growToContents();
 
+    /// Lets the user open the engine's context menu, and drop things on the page.
+    void offerControls();
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
@@ -26,7 +30,7 @@ private Q_SLOTS:
     void followItem();
 
 private:
-    QGraphicsWebView *m_item;
+    PageItem *m_item;
 };
 
 #endif // SCENEVIEW_H

@@ -13,12 +13,20 @@ public:
     WidgetSurface(QWebPage *page, QWidget *parent) : m_view(new QWebView(parent))
     {
         m_view->setPage(page);
+        m_view->setContextMenuPolicy(Qt::NoContextMenu);
+        m_view->setAcceptDrops(false);
     }
 
     QWidget *widget() const override { return m_view; }
     QWidget *canvas() const override { return m_view; }
     QGraphicsWebView *item() const override { return nullptr; }
     void growToContents() override {}
+
+    void offerControls() override
+    {
+        m_view->setContextMenuPolicy(Qt::DefaultContextMenu);
+        m_view->setAcceptDrops(true);
+    }
 
 private:
     QWebView *m_view;
@@ -33,6 +41,7 @@ public:
     QWidget *canvas() const override { return m_view->viewport(); }
     QGraphicsWebView *item() const override { return m_view->item(); }
     void growToContents() override { m_view->growToContents(); }
+    void offerControls() override { m_view->offerControls(); }
 
 private:
     SceneView *m_view;

@@ -26,6 +26,10 @@ public:
 
     /// Lets an item grow to the size of the page; a widget stays as it is.
     virtual void growToContents() = 0;
+
+    /// Lets the user open the engine's context menu, and drop files and addresses on the page. The
+    /// scripts of the page are told of a wish for a menu in any case.
+    virtual void offerControls() = 0;
 };
 
 #endif // WEBSURFACE_H

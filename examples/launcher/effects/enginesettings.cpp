@@ -1,6 +1,7 @@
 #include "effects/enginesettings.h"
 
 #include "program/console.h"
+#include "effects/debugborders.h"
 #include "effects/remoteinspector.h"
 #include "effects/storagequota.h"
 #include "program/userfolders.h"
@@ -12,22 +13,19 @@ bool EngineSettings::setSpatialNavigationDisabled(ApplicationView &view, const Q
 
 bool EngineSettings::setLocalStorage(ApplicationView &view, const QVariant &on)
 {
-    view.page()->settings()->setLocalStoragePath(UserFolders::data()
-                                                 + UserFolders::nameFor(view.tag()));
     return setAttribute<QWebSettings::LocalStorageEnabled>(view, on);
 }
 
-// Newer engines do not look at their attribute, and hand out databases in any case.
 bool EngineSettings::setDatabases(ApplicationView &view, const QVariant &on)
 {
-    const char takeAway[] = "Object.defineProperty(window, 'openDatabase', { value: undefined })";
-    view.page()->setDocumentScript("databases", QLatin1String(on.toBool() ? "" : takeAway));
+    view.page()->setDatabasesAreOffered(on.toBool());
+    StorageQuota::of(view.page());
     return setAttribute<QWebSettings::OfflineStorageDatabaseEnabled>(view, on);
 }
 
 bool EngineSettings::setDatabaseQuota(ApplicationView &view, const QVariant &bytes)
 {
-    new StorageQuota(view.page(), bytes.toLongLong());
+    StorageQuota::of(view.page())->setBytes(bytes.toLongLong());
     return true;
 }
 
@@ -40,16 +38,9 @@ bool EngineSettings::setInspectorPort(ApplicationView &view, const QVariant &por
     return true;
 }
 
-// The engine has no attribute for it. It looks into the environment whenever an attribute is set, and
-// keeps for that page what it finds.
 bool EngineSettings::setDebugBorders(ApplicationView &view, const QVariant &on)
 {
-    const char variable[] = "WEBKIT_SHOW_COMPOSITING_DEBUG_VISUALS";
-    const QByteArray before = qgetenv(variable);
-    qputenv(variable, on.toBool() ? "1" : "0");
-    const QWebSettings::WebAttribute any = QWebSettings::AcceleratedCompositingEnabled;
-    view.page()->settings()->setAttribute(any, view.page()->settings()->testAttribute(any));
-    qputenv(variable, before);
+    DebugBorders::show(view.page(), on.toBool());
     return true;
 }
 

@@ -13,6 +13,7 @@
 #include <QUrl>
 #include <QVariant>
 #include <QWebFrame>
+#include <QWebSettings>
 
 namespace {
 
@@ -22,6 +23,11 @@ const char takeScrollingBack[] =
     "(function(back) {"
     "addEventListener('scroll', function() { if (pageXOffset || pageYOffset) back(0, 0) }, true)"
     "})(scrollTo)";
+
+// The toolkit can forbid the bars of a page, and with them the wheel and the keys. Bars of no size leave
+// both. Parts of the page keep theirs, which tell that there is more.
+const char withoutScrollBars[] = "html::-webkit-scrollbar, body::-webkit-scrollbar"
+                                 " { width: 0 !important; height: 0 !important }";
 
 } // namespace
 
@@ -51,7 +57,7 @@ bool PageSettings::setUserScript(ApplicationView &view, const QVariant &file)
     QFile script(path.value);
     if (!path.isUsable() || !script.open(QIODevice::ReadOnly))
         return false;
-    view.page()->setDocumentScript("user script", QString::fromUtf8(script.readAll().constData()));
+    view.page()->setUserScript(script.fileName(), QString::fromUtf8(script.readAll().constData()));
     return true;
 }
 
@@ -78,9 +84,9 @@ bool PageSettings::setTransparentBackground(ApplicationView &view, const QVarian
 
 bool PageSettings::setScrollbar(ApplicationView &view, const QVariant &on)
 {
-    const Qt::ScrollBarPolicy policy = on.toBool() ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff;
-    view.page()->mainFrame()->setScrollBarPolicy(Qt::Horizontal, policy);
-    view.page()->mainFrame()->setScrollBarPolicy(Qt::Vertical, policy);
+    const QByteArray sheet = on.toBool() ? QByteArray() : QByteArray(withoutScrollBars);
+    view.page()->settings()->setUserStyleSheetUrl(
+        QUrl::fromEncoded("data:text/css;charset=utf-8;base64," + sheet.toBase64()));
     return true;
 }
 

@@ -29,7 +29,15 @@ QString RemoteInspector::open(QWebPage *page, quint16 port)
     openPort = port;
     admit(page);
     page->setProperty("_q_webInspectorServerPort", port);
-    return QString();
+    if (!isFree(port))
+        return QString();
+    openPort = 0;
+    return QLatin1String("the engine does not open it");
+}
+
+quint16 RemoteInspector::port()
+{
+    return openPort;
 }
 
 void RemoteInspector::admit(QWebPage *page)

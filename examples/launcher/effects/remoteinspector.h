@@ -14,6 +14,9 @@ namespace RemoteInspector {
 /// or why it cannot be opened.
 QString open(QWebPage *page, quint16 port);
 
+/// Where it is open; 0 when it is not.
+quint16 port();
+
 /// Lets a page be inspected once the server is open.
 void admit(QWebPage *page);
 

@@ -3,14 +3,66 @@
 #include <QWebFrame>
 #include <QWebPage>
 #include <QWebSecurityOrigin>
+#include <QWebSettings>
 
-StorageQuota::StorageQuota(QWebPage *page, qint64 bytes) : QObject(page), m_bytes(bytes)
+namespace {
+
+bool areTheSame(const QWebSecurityOrigin &a, const QWebSecurityOrigin &b)
 {
-    connect(page, SIGNAL(databaseQuotaExceeded(QWebFrame *, QString)),
-            SLOT(grant(QWebFrame *, QString)));
+    return a.scheme() == b.scheme() && a.host() == b.host() && a.port() == b.port();
 }
 
-void StorageQuota::grant(QWebFrame *frame, const QString &)
+// Whether a quota was given to a site before.
+bool isKept(const QWebSecurityOrigin &site)
+{
+    const QList<QWebSecurityOrigin> all = QWebSecurityOrigin::allOrigins();
+    for (int i = 0; i < all.size(); ++i) {
+        if (areTheSame(all.at(i), site))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+StorageQuota *StorageQuota::of(QWebPage *page)
+{
+    StorageQuota *quota = page->findChild<StorageQuota *>();
+    return quota ? quota : new StorageQuota(page);
+}
+
+StorageQuota::StorageQuota(QWebPage *page)
+    : QObject(page), m_bytes(QWebSettings::offlineStorageDefaultQuota())
+{
+    connect(page, SIGNAL(databaseQuotaExceeded(QWebFrame *, QString)), SLOT(grant(QWebFrame *)));
+    connect(page, SIGNAL(frameCreated(QWebFrame *)), SLOT(watchFrame(QWebFrame *)));
+    watchFrame(page->mainFrame());
+}
+
+void StorageQuota::setBytes(qint64 bytes)
+{
+    m_bytes = bytes;
+}
+
+// A site without databases has none, so that it comes here with its first one.
+void StorageQuota::grant(QWebFrame *frame)
 {
     frame->securityOrigin().setDatabaseQuota(m_bytes);
+}
+
+void StorageQuota::watchFrame(QWebFrame *frame)
+{
+    connect(frame, SIGNAL(javaScriptWindowObjectCleared()), SLOT(correct()));
+}
+
+// A site keeps the quota of an earlier start. Once a statement has run into it, raising it is too late
+// for that statement.
+void StorageQuota::correct()
+{
+    const QWebFrame *frame = qobject_cast<QWebFrame *>(sender());
+    if (!frame)
+        return;
+    QWebSecurityOrigin site = frame->securityOrigin();
+    if (site.databaseQuota() != m_bytes && isKept(site))
+        site.setDatabaseQuota(m_bytes);
 }

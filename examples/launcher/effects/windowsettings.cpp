@@ -2,6 +2,7 @@
 
 #include "application/applicationpage.h"
 #include "application/applicationview.h"
+#include "application/guicompat.h"
 #include "effects/chrome.h"
 #include "effects/framerate.h"
 #include "application/websurface.h"
@@ -13,8 +14,11 @@ bool WindowSettings::setFrameless(ApplicationView &view, const QVariant &on)
     return true;
 }
 
+// Without a window manager nobody looks at the state of a window.
 bool WindowSettings::setMaximized(ApplicationView &view, const QVariant &on)
 {
+    if (on.toBool())
+        view.setGeometry(GuiCompat::availableGeometry(view));
     view.setWindowState(on.toBool() ? Qt::WindowMaximized : Qt::WindowNoState);
     return true;
 }
@@ -27,8 +31,11 @@ bool WindowSettings::setOpacity(ApplicationView &view, const QVariant &fraction)
 
 bool WindowSettings::setChrome(ApplicationView &view, const QVariant &on)
 {
-    if (on.toBool())
-        view.addBar(new Chrome(view.page(), &view));
+    if (!on.toBool())
+        return true;
+    view.addBar(new Chrome(view.page(), &view));
+    view.surface().offerControls();
+    view.page()->setFilesAreOffered(true);
     return true;
 }
 

@@ -6,12 +6,16 @@
 #include "program/configurationfile.h"
 #include "program/console.h"
 #include "program/launcherlayer.h"
+#include "program/standstillwatch.h"
 #include "effects/remoteinspector.h"
 #include "values/valuekind.h"
 
 #include <QApplication>
+#include <QStringList>
 
 namespace {
+
+const int leastStandstill = 5000; // milliseconds; less can be a busy machine
 
 // The library hands out what stands in an application's own section. That an application without a
 // certificate of its own uses the global one is this launcher's decision.
@@ -25,39 +29,48 @@ void inheritCertificate(AppConfig *config)
     config->setCertPassPhrase(global.getCertPassPhrase());
 }
 
-unsigned int globalInspectorPort()
+// 0 when there is none that can be used.
+quint16 globalInspectorPort()
 {
     unsigned int port = 0;
     getWebAppSettings()->getGlobalRemoteInspectorPort(port);
-    return port <= 65535 ? port : 0;
+    if (port <= 65535)
+        return quint16(port);
+    Console::warning(QString(QLatin1String("RemoteInspectorPort = %1 cannot be used; it takes %2"))
+                         .arg(QString::number(port), QLatin1String(ValueKinds::port.name)));
+    return 0;
 }
 
-void printGlobals()
+void printConfigurationFile()
 {
     Console::print(QLatin1String("Configuration file: ") + Console::shown(ConfigurationFile::path())
                    + QLatin1Char('\n'));
-    if (globalInspectorPort() != 0)
-        Console::print(
-            QString(QLatin1String("Remote inspector port: %1\n")).arg(globalInspectorPort()));
+}
+
+void printInspector()
+{
+    Console::print(
+        QString(QLatin1String("Remote inspector port: %1\n")).arg(RemoteInspector::port()));
 }
 
 // There is one inspector in a process: at the first application's own port, else at the global one.
 void openGlobalInspector(const AppConfig &first, const ApplicationView &view)
 {
+    const quint16 port = globalInspectorPort();
     const QVariant own = first.getRemoteInspectorPort();
     if (ValueKinds::port.accepts(own) && own.toUInt() != 0)
         return;
-    const QString problem = RemoteInspector::open(view.page(), quint16(globalInspectorPort()));
+    const QString problem = RemoteInspector::open(view.page(), port);
     if (!problem.isEmpty())
         Console::warning(QString(QLatin1String("RemoteInspectorPort = %1 has no effect: %2"))
-                             .arg(globalInspectorPort())
+                             .arg(port)
                              .arg(problem));
 }
 
 } // namespace
 
 Launcher::Launcher(const Options &options)
-    : m_options(options), m_loading(0), m_pending(false), m_failed(false)
+    : m_options(options), m_loading(0), m_endsAtStandstill(false), m_pending(false), m_failed(false)
 {
     if (LauncherLayer::installed())
         LauncherLayer::installed()->attach(this);
@@ -84,7 +97,7 @@ bool Launcher::start()
     if (configs.size() < m_options.tags.size())
         return false;
 
-    printGlobals();
+    printConfigurationFile();
     m_loading = configs.size();
     for (int i = 0; i < configs.size(); ++i)
         open(m_options.tags.at(i), configs.at(i));
@@ -93,7 +106,7 @@ bool Launcher::start()
 
 int Launcher::run()
 {
-    if (m_loading > 0)
+    if (m_loading > 0 || !visibleViews().isEmpty())
         QApplication::exec();
     return m_failed || m_pending || !m_waiting.isEmpty() ? Failed : Succeeded;
 }
@@ -133,6 +146,11 @@ void Launcher::setPending(bool pending)
     m_pending = pending;
 }
 
+void Launcher::setEndsAtStandstill(bool ends)
+{
+    m_endsAtStandstill = ends;
+}
+
 bool Launcher::findApplication(const QString &tag, AppConfig *config) const
 {
     if (getWebAppSettings()->getAppConfig(tag, *config)) {
@@ -156,37 +174,59 @@ void Launcher::open(const QString &tag, const AppConfig &config)
     connect(view, SIGNAL(recovered()), SLOT(pageRecovered()));
     connect(view, SIGNAL(openRequested(QString)), SLOT(openForPage(QString)));
 
+    watchScripts();
     view->resize(m_options.size);
+    const quint16 inspectorBefore = RemoteInspector::port();
     if (m_views.size() == 1)
         openGlobalInspector(config, *view);
     view->apply(config);
+    if (RemoteInspector::port() != inspectorBefore)
+        printInspector();
     view->setTimeout(m_options.timeout);
     emit opened(view);
     view->start();
 }
 
-// A view that was closed, and kept, is there at once.
-bool Launcher::showKept(const QString &tag)
+ApplicationView *Launcher::findView(const QString &tag) const
 {
     for (int i = 0; i < m_views.size(); ++i) {
-        ApplicationView *view = m_views.at(i);
-        if (!view || view->tag() != tag || view->isVisible())
-            continue;
-        Console::note(tag, QLatin1String("is shown again"));
-        view->show();
-        return true;
+        if (m_views.at(i) && m_views.at(i)->tag() == tag)
+            return m_views.at(i);
     }
-    return false;
+    return nullptr;
 }
 
-// A page asks for the application beside its own.
+// The limit where somebody is there is not that of a page: it may load for longer than the program may
+// stand still.
+void Launcher::watchScripts()
+{
+    const int limit =
+        m_endsAtStandstill ? qMax(leastStandstill, m_options.timeout) : leastStandstill;
+    if (!m_watch)
+        m_watch.reset(new StandstillWatch(
+            limit, m_endsAtStandstill ? StandstillWatch::EndProgram : StandstillWatch::Report,
+            Failed));
+    QStringList tags;
+    for (int i = 0; i < m_views.size(); ++i) {
+        if (m_views.at(i))
+            tags.append(m_views.at(i)->tag());
+    }
+    m_watch->setSuspects(tags.join(QLatin1String(", ")));
+}
+
+// A page asks for an application, of which there is one window. One that was closed, and kept, is there
+// at once; one that another window covers comes to the front. A page that asks for its own has it.
 void Launcher::openForPage(const QString &tag)
 {
+    ApplicationView *view = findView(tag);
     AppConfig config;
-    if (showKept(tag) || !findApplication(tag, &config))
-        return;
-    ++m_loading;
-    open(tag, config);
+    if (view && view != sender()) {
+        Console::note(tag, QLatin1String("is shown again"));
+        view->bringToFront();
+    } else if (!view && findApplication(tag, &config)) {
+        ++m_loading;
+        open(tag, config);
+    }
 }
 
 // The user reads an error page as long as they like.

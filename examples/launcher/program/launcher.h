@@ -7,8 +7,10 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QScopedPointer>
 
 class ApplicationView;
+class StandstillWatch;
 
 /// Opens the applications that the command line names. What else is to be done with them, a LauncherLayer
 /// adds.
@@ -44,6 +46,10 @@ public:
     /// As above, for as long as something is not done that was asked for.
     void setPending(bool pending);
 
+    /// Whether a script that never ends ends the program, with Failed. Without it, it is reported. To
+    /// be called before start().
+    void setEndsAtStandstill(bool ends);
+
 Q_SIGNALS:
     void opened(ApplicationView *view); ///< and configured; its page is loaded afterwards
     void settled(); ///< all pages have loaded or failed
@@ -57,11 +63,14 @@ private Q_SLOTS:
 private:
     bool findApplication(const QString &tag, AppConfig *config) const;
     void open(const QString &tag, const AppConfig &config);
-    bool showKept(const QString &tag);
+    void watchScripts();
+    ApplicationView *findView(const QString &tag) const;
 
+    QScopedPointer<StandstillWatch> m_watch; ///< outlives the pages, which run scripts at their end
     Options m_options;
     QList<QPointer<ApplicationView>> m_views; ///< null where the user closed one
     int m_loading; ///< pages that neither loaded nor failed so far
+    bool m_endsAtStandstill;
     bool m_pending;
     bool m_failed;
     QStringList m_waiting; ///< tags of the applications whose page failed, and is tried again

@@ -4,6 +4,7 @@
 #include "program/console.h"
 #include "program/launcher.h"
 #include "unattended/pagescript.h"
+#include "unattended/picturefile.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -13,6 +14,7 @@
 Unattended::Unattended(Launcher *launcher, const Options &options)
     : QObject(launcher), m_launcher(launcher), m_options(options), m_finished(false)
 {
+    launcher->setEndsAtStandstill(endsByItself(options));
     launcher->setPending(!value("screenshot").isEmpty());
     connect(launcher, SIGNAL(opened(ApplicationView *)), SLOT(prepare(ApplicationView *)));
     connect(launcher, SIGNAL(settled()), SLOT(waitOnce()));
@@ -73,8 +75,10 @@ void Unattended::ask(ApplicationView *view)
 void Unattended::takePicture(ApplicationView *view)
 {
     const QString file = pictureFile(view->tag());
-    if (!view->picture().save(file, "PNG")) {
-        Console::error(view->tag() + QLatin1String(": the picture cannot be written to ") + file);
+    const QString problem = writePicture(view->picture(), file);
+    if (!problem.isEmpty()) {
+        Console::error(view->tag() + QLatin1String(": the picture cannot be written to ") + file
+                       + QLatin1String(": ") + problem);
         m_launcher->setFailed();
         return;
     }

@@ -6,19 +6,18 @@ bool UnattendedPage::shouldInterruptJavaScript()
     return true;
 }
 
-void UnattendedPage::javaScriptAlert(QWebFrame *, const QString &message)
+void UnattendedPage::putAlert(QWebFrame *, const QString &message)
 {
     emit note(QLatin1String("alert: ") + message);
 }
 
-bool UnattendedPage::javaScriptConfirm(QWebFrame *, const QString &message)
+bool UnattendedPage::putConfirm(QWebFrame *, const QString &message)
 {
     emit note(QLatin1String("asks, and is told no: ") + message);
     return false;
 }
 
-bool UnattendedPage::javaScriptPrompt(QWebFrame *, const QString &message, const QString &,
-                                      QString *)
+bool UnattendedPage::putPrompt(QWebFrame *, const QString &message, const QString &, QString *)
 {
     emit note(QLatin1String("asks, and is told nothing: ") + message);
     return false;

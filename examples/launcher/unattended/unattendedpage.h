@@ -21,10 +21,10 @@ public Q_SLOTS:
     bool shouldInterruptJavaScript();
 
 protected:
-    void javaScriptAlert(QWebFrame *frame, const QString &message);
-    bool javaScriptConfirm(QWebFrame *frame, const QString &message);
-    bool javaScriptPrompt(QWebFrame *frame, const QString &message, const QString &offered,
-                          QString *answer);
+    void putAlert(QWebFrame *frame, const QString &message);
+    bool putConfirm(QWebFrame *frame, const QString &message);
+    bool putPrompt(QWebFrame *frame, const QString &message, const QString &offered,
+                   QString *answer);
     // NOLINTEND(modernize-use-override)
 };
 

@@ -1,0 +1,197 @@
+#include "tests/launcher/httpserver.h"
+#include "tests/launcher/stage.h"
+#include "tests/support/testmain.h"
+
+#include <QFile>
+
+namespace {
+
+/// A page that stores so many bytes in a database, and says how that went.
+QByteArray storing(const char *bytes)
+{
+    return QByteArray("<script>function say(what) { zarexExt.say(what) }"
+                      "openDatabase('a', '1', 'a', 1000).transaction(function(t) {"
+                      "t.executeSql('CREATE TABLE IF NOT EXISTS a (b)');"
+                      "t.executeSql('INSERT INTO a VALUES (?)', [new Array(")
+        + bytes
+        + ").join('y')])"
+          "}, function() { say('too much') }, function() { say('fits') })</script>";
+}
+
+} // namespace
+
+/// What pages store, seen by the next start.
+class tst_LauncherStorage : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void localStorageIsKeptForEachApplication_data();
+    void localStorageIsKeptForEachApplication();
+    void withoutThePropertyThereIsNoLocalStorage();
+    void noDocumentFindsDatabasesUnlessTheyAreOn_data();
+    void noDocumentFindsDatabasesUnlessTheyAreOn();
+    void databasesAreKept();
+    void aQuotaHoldsFromItsFirstStart();
+};
+
+void tst_LauncherStorage::localStorageIsKeptForEachApplication_data()
+{
+    QTest::addColumn<QByteArray>("surface");
+
+    QTest::newRow("in a widget") << QByteArray();
+    QTest::newRow("in a scene") << QByteArray(", \"UseGraphicsView\": true");
+}
+
+// Both are files, and so of one origin.
+void tst_LauncherStorage::localStorageIsKeptForEachApplication()
+{
+    QFETCH(QByteArray, surface);
+    Stage stage;
+    stage.write("page.html",
+                "<script>localStorage.visits = Number(localStorage.visits || 0) + 1;"
+                "zarexExt.say(localStorage.visits)</script>");
+    const QByteArray properties = ", \"UseLocalStorage\": true" + surface;
+    stage.configure(Stage::application("tv", text("page.html"), properties) + ", "
+                    + Stage::application("news", text("page.html"), properties));
+
+    const Run first = stage.launch("--once tv");
+    const Run second = stage.launch("--once news tv");
+    const Run third = stage.launch("--once tv news");
+
+    QCOMPARE(said(first), text("1"));
+    QCOMPARE(said(second), text("2"));
+    QCOMPARE(said(second, "news"), text("1"));
+    QCOMPARE(said(third), text("3"));
+    QCOMPARE(said(third, "news"), text("2"));
+    QCOMPARE(third.status, 0);
+    const char *const files[] = { ".local/share/nuv-launcher/tag-tv/file__0.localstorage",
+                                  ".local/share/nuv-launcher/tag-news/file__0.localstorage" };
+    for (const char *file : files)
+        QVERIFY2(QFile::exists(stage.path(file)), file);
+}
+
+void tst_LauncherStorage::withoutThePropertyThereIsNoLocalStorage()
+{
+    Stage stage;
+    stage.write("page.html", "<script>zarexExt.say(String(window.localStorage))</script>");
+    stage.configure(Stage::application("unset", text("page.html")) + ", "
+                    + Stage::application("off", text("page.html"), ", \"UseLocalStorage\": false"));
+
+    const Run run = stage.launch("--once unset off");
+
+    QCOMPARE(said(run, "unset"), text("null"));
+    QCOMPARE(said(run, "off"), text("null"));
+}
+
+void tst_LauncherStorage::noDocumentFindsDatabasesUnlessTheyAreOn_data()
+{
+    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QString>("kind");
+
+    QTest::newRow("unset") << QByteArray() << text("undefined");
+    QTest::newRow("off") << QByteArray(", \"UseOfflineStorageDatabase\": false")
+                         << text("undefined");
+    QTest::newRow("off, by the other name")
+        << QByteArray(", \"OfflineStorageDatabaseEnabled\": false") << text("undefined");
+    QTest::newRow("on") << QByteArray(", \"UseOfflineStorageDatabase\": true") << text("function");
+    QTest::newRow("on, by the other name")
+        << QByteArray(", \"OfflineStorageDatabaseEnabled\": true") << text("function");
+}
+
+// The server is known under two names, so that there is a frame of another site.
+void tst_LauncherStorage::noDocumentFindsDatabasesUnlessTheyAreOn()
+{
+    QFETCH(QByteArray, property);
+    QFETCH(QString, kind);
+    HttpServer server;
+    const QByteArray own = server.address("").toLatin1();
+    const QByteArray foreign = QByteArray(own).replace("127.0.0.1", "localhost");
+    const QByteArray inner = "<script>console.log('%1 is ' + typeof openDatabase)</script>";
+    server.serve("/own", QByteArray(inner).replace("%1", "own frame"));
+    server.serve("/foreign", QByteArray(inner).replace("%1", "foreign frame"));
+    server.serve("/sandbox", QByteArray(inner).replace("%1", "sandbox"));
+    server.serve("/next", QByteArray(inner).replace("%1", "next page"));
+    server.serve("/",
+                 QByteArray(inner).replace("%1", "page")
+                     + "<body><iframe src='/own'></iframe><iframe src='" + foreign
+                     + "/foreign'></iframe><iframe sandbox='allow-scripts' src='/sandbox'></iframe>"
+                       "<iframe srcdoc=\"<script>console.log('srcdoc is ' + typeof openDatabase)"
+                       "</script>\"></iframe><script>"
+                       "var frame = document.body.appendChild(document.createElement('iframe'));"
+                       "console.log('empty frame is ' + typeof frame.contentWindow.openDatabase);"
+                       "frame.contentDocument.write('<script>console.log(\"written frame is \" +"
+                       "typeof openDatabase)</scr' + 'ipt>'); frame.contentDocument.close();"
+                       "onload = function() { location = '/next' }</script>");
+    Stage stage;
+    stage.configure(Stage::application("tv", server.address(), property));
+    QProcess launcher;
+    stage.start(&launcher, "tv");
+
+    QVERIFY(Stage::awaitOutput(&launcher, "next page is "));
+    launcher.terminate();
+    const Run run = Stage::finish(&launcher);
+
+    QStringList answers = run.out.split(QLatin1Char('\n')).filter(text(" is "));
+    answers.replaceInStrings(QRegExp(text(".*:\\d+: ")), QString());
+    answers.sort();
+    const char *const documents[] = {
+        "empty frame", "foreign frame", "next page", "own frame",
+        "page",        "sandbox",       "srcdoc",    "written frame"
+    };
+    QStringList expected;
+    for (const char *document : documents)
+        expected << text(document) + text(" is ") + kind;
+    QCOMPARE(answers.join(text("\n")), expected.join(text("\n")));
+    QVERIFY2(!run.out.contains(text("Blocked")), qPrintable(run.out));
+    QCOMPARE(QFile::exists(stage.path(".local/share/nuv-launcher/databases/Databases.db")), false);
+}
+
+void tst_LauncherStorage::databasesAreKept()
+{
+    Stage stage;
+    stage.write("page.html",
+                "<script>openDatabase('a', '1', 'a', 1000).transaction(function(t) {"
+                "t.executeSql('CREATE TABLE IF NOT EXISTS a (b)');"
+                "t.executeSql('INSERT INTO a VALUES (1)');"
+                "t.executeSql('SELECT COUNT(*) AS n FROM a', [], function(t, found) {"
+                "zarexExt.say(found.rows.item(0).n) }) }, function(e) { zarexExt.say(e.message) })"
+                "</script>");
+    stage.configure(
+        Stage::application("tv", text("page.html"), ", \"UseOfflineStorageDatabase\": true"));
+
+    const Run first = stage.launch("--once --wait 700 tv");
+    const Run second = stage.launch("--once --wait 700 tv");
+
+    QCOMPARE(said(first), text("1"));
+    QCOMPARE(said(second), text("2"));
+}
+
+// The engine keeps with a site what it was given once.
+void tst_LauncherStorage::aQuotaHoldsFromItsFirstStart()
+{
+    Stage stage;
+    stage.write("page.html", storing("200000"));
+    const struct {
+        const char *quota;
+        const char *outcome;
+    } starts[] = {
+        { "100000", "too much" }, { "1000000", "fits" }, { "100000", "too much" },
+        { "0", "too much" },      { "2000000", "fits" },
+    };
+    for (const auto &start : starts) {
+        stage.configure(Stage::application("tv", text("page.html"),
+                                           QByteArray(", \"UseOfflineStorageDatabase\": true,"
+                                                      "\"OfflineStorageDefaultQuotaSize\": ")
+                                               + start.quota));
+        QProcess launcher;
+        stage.start(&launcher, "tv");
+        QVERIFY(Stage::awaitOutput(&launcher, "says: "));
+        launcher.terminate();
+        QCOMPARE(said(Stage::finish(&launcher)), text(start.outcome));
+    }
+}
+
+NUV_TEST_MAIN(tst_LauncherStorage)
+
+#include "tst_launcherstorage.moc"
