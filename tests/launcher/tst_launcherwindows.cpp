@@ -509,7 +509,7 @@ void tst_LauncherWindows::aKeptWindowIsShownAgainAsItWas()
 
     QVERIFY(kept->isVisible());
     QCOMPARE(askPage(kept->page()->mainFrame(), text("document.title")).text, text("\"changed\""));
-    QVERIFY(out.text().endsWith(text("other  opens: kept\nkept  is shown again\n")));
+    QVERIFY(out.text().contains(text("other  opens: kept\nkept  is shown again\n")));
 
     other->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
