@@ -7,6 +7,7 @@
 #include "tests/support/toolkitdifferences.h"
 
 #include <QImage>
+#include <QProcess>
 #include <QWebFrame>
 
 namespace {
@@ -95,6 +96,11 @@ private Q_SLOTS:
     void layersShowTheirBordersWhereTheyArePutTogether_data();
     void layersShowTheirBordersWhereTheyArePutTogether();
     void aPageIsDrawnInTilesAsItIsWithoutThem();
+    void aMaximizedWindowFillsTheScreen_data();
+    void aMaximizedWindowFillsTheScreen();
+    void aWindowIsAskedForWithoutItsFrame_data();
+    void aWindowIsAskedForWithoutItsFrame();
+    void aWindowComesToTheFront();
     void whatLiesBehindAWindowShinesThrough_data();
     void whatLiesBehindAWindowShinesThrough();
 };
@@ -179,6 +185,105 @@ void tst_LauncherDisplay::aPageIsDrawnInTilesAsItIsWithoutThem()
 
     QCOMPARE(window.pixel(100, 60), green);
     QCOMPARE(window.pixel(20, 20), 0xffffffffu);
+}
+
+// No window manager runs here.
+void tst_LauncherDisplay::aMaximizedWindowFillsTheScreen_data()
+{
+    QTest::addColumn<QVariant>("maximized");
+    QTest::addColumn<bool>("fills");
+
+    QTest::newRow("unset") << QVariant() << false;
+    QTest::newRow("off") << QVariant(false) << false;
+    QTest::newRow("on") << QVariant(true) << true;
+}
+
+void tst_LauncherDisplay::aMaximizedWindowFillsTheScreen()
+{
+    QFETCH(QVariant, maximized);
+    QFETCH(bool, fills);
+    AppConfig config;
+    config.setStartMaximized(maximized);
+    ApplicationView view(text("tv"), ApplicationPage::make);
+    view.resize(300, 200);
+    {
+        Output out(stdout);
+        view.apply(config);
+    }
+    view.show();
+    view.page()->mainFrame()->setHtml(text("<body style='background: #0f0'>"));
+
+    const QSize size = ToolkitDifferences::screen().size();
+    const QPoint corner = view.mapToGlobal(QPoint(5, 5));
+    for (int i = 0; i < 100 && ToolkitDifferences::screen().pixel(corner) != green; ++i)
+        QTest::qWait(20);
+    QTest::qWait(fills ? 0 : 100);
+    for (int i = 0; i < 100 && fills
+         && ToolkitDifferences::screen().pixel(size.width() - 2, size.height() - 2) != green;
+         ++i)
+        QTest::qWait(20);
+    const QImage screen = ToolkitDifferences::screen();
+    QCOMPARE(screen.pixel(corner), green);
+    QCOMPARE(screen.pixel(size.width() - 2, size.height() - 2) == green, fills);
+    QCOMPARE(screen.pixel(1, 1) == green && screen.pixel(size.width() - 2, 1) == green, fills);
+}
+
+// A window manager reads the wish from the window; its second part says which decorations there are.
+void tst_LauncherDisplay::aWindowIsAskedForWithoutItsFrame_data()
+{
+    QTest::addColumn<QVariant>("frameless");
+    QTest::addColumn<bool>("isPlain");
+
+    QTest::newRow("unset") << QVariant() << false;
+    QTest::newRow("off") << QVariant(false) << false;
+    QTest::newRow("on") << QVariant(true) << true;
+}
+
+void tst_LauncherDisplay::aWindowIsAskedForWithoutItsFrame()
+{
+    QFETCH(QVariant, frameless);
+    QFETCH(bool, isPlain);
+    AppConfig config;
+    config.setFrameless(frameless);
+    ApplicationView view(text("tv"), ApplicationPage::make);
+    {
+        Output out(stdout);
+        view.apply(config);
+    }
+    view.show();
+    QTest::qWait(50);
+
+    QProcess reader;
+    reader.start(text("xprop"),
+                 QStringList() << text("-id") << QString::number(view.winId())
+                               << text("_MOTIF_WM_HINTS"));
+    QVERIFY2(reader.waitForFinished(), "is xprop, of the package x11-utils, installed?");
+
+    const QString hints = QString::fromLatin1(reader.readAllStandardOutput().constData());
+    const QString decorations = hints.section(text("= "), 1).section(text(", "), 2, 2);
+    QCOMPARE(decorations == text("0x0"), isPlain);
+}
+
+void tst_LauncherDisplay::aWindowComesToTheFront()
+{
+    ApplicationView first(text("tv"), ApplicationPage::make);
+    ApplicationView second(text("news"), ApplicationPage::make);
+    ApplicationView *const views[] = { &first, &second };
+    for (ApplicationView *view : views) {
+        view->setGeometry(0, 0, 300, 200);
+        view->show();
+        QTest::qWait(50);
+    }
+    first.page()->mainFrame()->setHtml(text("<body style='background: #0f0'>"));
+    second.page()->mainFrame()->setHtml(text("<body style='background: #00f'>"));
+    for (int i = 0; i < 100 && ToolkitDifferences::screen().pixel(100, 100) != blue; ++i)
+        QTest::qWait(20);
+    QCOMPARE(ToolkitDifferences::screen().pixel(100, 100), blue);
+
+    first.bringToFront();
+    for (int i = 0; i < 100 && ToolkitDifferences::screen().pixel(100, 100) != green; ++i)
+        QTest::qWait(20);
+    QCOMPARE(ToolkitDifferences::screen().pixel(100, 100), green);
 }
 
 // A page with a green square, in front of a blue window.

@@ -12,6 +12,7 @@
 #include "tests/support/appconfigproperties.h"
 #include "tests/support/guitestmain.h"
 #include "tests/support/temporarydir.h"
+#include "tests/support/toolkitdifferences.h"
 
 #include <QEventLoop>
 #include <QGraphicsWebView>
@@ -208,6 +209,19 @@ QString borderOfALayer(ApplicationView &view)
     const QImage picture = view.picture();
     const QRgb edge = picture.pixel(100, 50);
     return yesOrNo(edge != picture.pixel(100, 60));
+}
+
+/// Whether a page that is painted in tiles keeps them as they are while they are frozen.
+QString frozenTiles(ApplicationView &view)
+{
+    load(view, file("green.html"));
+    QGraphicsWebView *item = view.surface().item();
+    item->setTiledBackingStoreFrozen(true);
+    answer(view, "document.body.style.background = '#00f'");
+    QTest::qWait(50);
+    const QRgb pixel = view.picture().pixel(20, 20);
+    item->setTiledBackingStoreFrozen(false);
+    return yesOrNo(pixel == green);
 }
 
 QString heightOfAnInnerFrame(ApplicationView &view)
@@ -416,8 +430,8 @@ const std::vector<Effect> &effects()
         { "DisableSpatialNavigation", off, nullptr, QVariant(), focusAfterAnArrowKey, "left",
           "right" },
         { "UseCompositing", on, "ShowDebugBorders", on, borderOfALayer, "no", "yes" },
-        { "UseTiledBackingStore", on, "UseGraphicsView", on,
-          attributeIsSet<QWebSettings::TiledBackingStoreEnabled>, "no", "yes" },
+        { "UseTiledBackingStore", on, "UseGraphicsView", on, frozenTiles, "no",
+          ToolkitDifferences::either("yes", "no") },
         { "UseWebGL", off, nullptr, QVariant(), attributeIsSet<QWebSettings::WebGLEnabled>, "yes",
           "no" },
         { "UseFrameFlattening", on, nullptr, QVariant(), heightOfAnInnerFrame, "low", "high" },

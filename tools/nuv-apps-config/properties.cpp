@@ -98,7 +98,7 @@ const std::vector<Property> table = {
       "Pages from files may fetch from the network. Switch it on only for files that come with the device." },
     { App, "GrantBroadcastRelatedSecurityClearance", "GrantBroadcastRelatedSecurityClearance", Kind::Switch, "", None, NoRange, Off, "false", Secret::No, "",
       "The application may use the interfaces that control the broadcast receiver." },
-    { App, "GrantBroadcastAccessRightDomains", "GrantBroadcastAccessRightDomains", Kind::Array, "", None, NoRange, "No domain is granted access.",
+    { App, "GrantBroadcastAccessRightDomains", "GrantBroadcastAccessRightDomains", Kind::Array, "", None, NoRange, "The host of Url is the one domain.",
       "[ { \"Domain\": \"broadcaster.example\" } ]", Secret::No, "",
       "The domains whose pages may reach the broadcast. An array of objects with the key Domain each; plain texts are lost." },
     { App, "NetworkSessionNoAutoClose", "NetworkSessionNoAutoClose", Kind::Switch, "", None, NoRange, Off, "true", Secret::No, "",

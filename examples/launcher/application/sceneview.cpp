@@ -1,6 +1,5 @@
 #include "application/sceneview.h"
 
-#include <QContextMenuEvent>
 #include <QGraphicsScene>
 #include <QGraphicsSceneContextMenuEvent>
 #include <QGraphicsSceneWheelEvent>
@@ -8,7 +7,8 @@
 #include <QWebPage>
 
 /// Leaves to its view the turns of the wheel that the page has no use for: the toolkit's keeps them all.
-/// Opens the engine's context menu only when told to, where the toolkit's always does.
+/// Opens the engine's context menu only when told to, where the toolkit's always does. The page's scripts
+/// know of the wish for it by then.
 class PageItem : public QGraphicsWebView
 {
 public:
@@ -21,13 +21,8 @@ protected:
 
     void contextMenuEvent(QGraphicsSceneContextMenuEvent *event) override
     {
-        if (m_offersMenu) {
+        if (m_offersMenu)
             QGraphicsWebView::contextMenuEvent(event);
-            return;
-        }
-        const QContextMenuEvent::Reason reason = QContextMenuEvent::Reason(event->reason());
-        QContextMenuEvent wish(reason, event->pos().toPoint(), event->screenPos());
-        page()->swallowContextMenuEvent(&wish);
     }
 
 private:

@@ -51,6 +51,12 @@ bool isCompositing(const ApplicationView &view)
     return view.page()->settings()->testAttribute(QWebSettings::AcceleratedCompositingEnabled);
 }
 
+bool hasDatabases(const ApplicationView &view)
+{
+    return view.page()->databasesAreOffered();
+}
+
 } // namespace
 
 const Need EngineSettings::compositing = { "UseCompositing", isCompositing };
+const Need EngineSettings::databases = { "UseOfflineStorageDatabase", hasDatabases };

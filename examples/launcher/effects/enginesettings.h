@@ -27,6 +27,7 @@ bool setInspectorPort(ApplicationView &view, const QVariant &port);
 bool setDebugBorders(ApplicationView &view, const QVariant &on);
 
 extern const Need compositing;
+extern const Need databases;
 
 } // namespace EngineSettings
 

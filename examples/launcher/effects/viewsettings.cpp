@@ -53,8 +53,10 @@ const ViewSetting ViewSettings::table[] = {
     { "Frameless", &AppConfig::getFrameless, &ValueKinds::onOff, window, atStart,
       "a window without frame and title", nullptr, WindowSettings::setFrameless },
     { "StartMaximized", &AppConfig::getStartMaximized, &ValueKinds::onOff, window, atStart,
-      "a window as large as the screen, unless a picture is asked for", nullptr,
-      WindowSettings::setMaximized },
+      "a window as large as the screen, with or without a window manager, unless a picture is "
+      "asked "
+      "for",
+      nullptr, WindowSettings::setMaximized },
     { "WindowOpacity", &AppConfig::getWindowOpacity, &ValueKinds::fraction, window, always,
       "from 0, invisible, to 1, opaque, where the window system can do it", nullptr,
       WindowSettings::setOpacity },
@@ -64,10 +66,13 @@ const ViewSetting ViewSettings::table[] = {
     { "Scale", &AppConfig::getScale, &ValueKinds::factor, page, always,
       "the zoom factor: at 2 everything is twice as large", nullptr, PageSettings::setScale },
     { "ShowScrollbar", &AppConfig::getShowScrollbar, &ValueKinds::onOff, page, always,
-      "off: the page scrolls without scroll bars", nullptr, PageSettings::setScrollbar },
+      "off: the page and its frames scroll without scroll bars; parts of them keep theirs", nullptr,
+      PageSettings::setScrollbar },
     { "ShowChrome", &AppConfig::getShowChrome, &ValueKinds::onOff, window, always,
-      "a bar with back, forward, reload, stop and the address", nullptr,
-      WindowSettings::setChrome },
+      "a bar with back, forward, reload, stop and the address; the context menu, the choice of "
+      "files "
+      "for forms, and what is dropped on the page come with it",
+      nullptr, WindowSettings::setChrome },
     { "ResizesToContents", &AppConfig::getResizesToContents, &ValueKinds::onOff, view, always,
       "the item grows to the size of the page, and the view scrolls over it",
       &WindowSettings::graphicsView, WindowSettings::setGrowing },
@@ -84,7 +89,7 @@ const ViewSetting ViewSettings::table[] = {
       "parts of the page that move are layers of their own", nullptr,
       EngineSettings::setAttribute<QWebSettings::AcceleratedCompositingEnabled> },
     { "UseTiledBackingStore", &AppConfig::getUseTiledBackingStore, &ValueKinds::onOff, webSettings,
-      atStart, "the page is painted ahead in tiles", &WindowSettings::graphicsView,
+      atStart, "the page is painted ahead in tiles", &WindowSettings::tiles,
       EngineSettings::setAttribute<QWebSettings::TiledBackingStoreEnabled> },
     { "UseWebGL", &AppConfig::getUseWebGL, &ValueKinds::onOff, webSettings, eachDocument,
       "scripts get a WebGL context; it needs a display with OpenGL", nullptr,
@@ -107,17 +112,18 @@ const ViewSetting ViewSettings::table[] = {
       nullptr, EngineSettings::setLocalStorage },
     { "OfflineStorageDatabaseEnabled", &AppConfig::getOfflineStorageDatabaseEnabled,
       &ValueKinds::onOff, webSettings, eachDocument,
-      "off: the scripts of the main frame get no databases, which all applications keep in one "
-      "folder",
+      "scripts get databases, which all applications keep in one folder; without it no document "
+      "finds openDatabase",
       nullptr, EngineSettings::setDatabases },
     { "UseOfflineStorageDatabase", &AppConfig::getUseOfflineStorageDatabase, &ValueKinds::onOff,
       webSettings, eachDocument, "the same; this name decides where an application has both",
       nullptr, EngineSettings::setDatabases },
     { "OfflineStorageDefaultQuotaSize", &AppConfig::getOfflineStorageDefaultQuotaSize,
       &ValueKinds::bytes, page, atFullQuota,
-      "what the databases of one site may hold in bytes; a site that has databases keeps its quota "
-      "until it asks for more",
-      nullptr, EngineSettings::setDatabaseQuota },
+      "what the databases of one site may hold in bytes; a site that has databases is given it "
+      "with "
+      "its next document",
+      &EngineSettings::databases, EngineSettings::setDatabaseQuota },
     { "OfflineWebApplicationCacheEnabled", &AppConfig::getOfflineWebApplicationCacheEnabled,
       &ValueKinds::onOff, webSettings, eachDocument,
       "pages with a cache manifest are kept, in one folder for all applications", nullptr,

@@ -7,6 +7,9 @@
 #include "effects/framerate.h"
 #include "application/websurface.h"
 
+#include <QGraphicsWebView>
+#include <QWebSettings>
+
 bool WindowSettings::setFrameless(ApplicationView &view, const QVariant &on)
 {
     const Qt::WindowFlags others = view.windowFlags() & ~Qt::FramelessWindowHint;
@@ -73,6 +76,26 @@ bool isGraphicsView(const ApplicationView &view)
     return view.surface().item() != nullptr;
 }
 
+// The engine does not tell whether it has tiles, but only tiles can be frozen.
+bool paintsInTiles(const ApplicationView &view)
+{
+    QGraphicsWebView *item = view.surface().item();
+    if (!item)
+        return false;
+    QWebSettings *settings = view.page()->settings();
+    const bool before = settings->testAttribute(QWebSettings::TiledBackingStoreEnabled);
+    settings->setAttribute(QWebSettings::TiledBackingStoreEnabled, true);
+    item->setTiledBackingStoreFrozen(true);
+    const bool isFrozen = item->isTiledBackingStoreFrozen();
+    item->setTiledBackingStoreFrozen(false);
+    settings->setAttribute(QWebSettings::TiledBackingStoreEnabled, before);
+    return isFrozen;
+}
+
 } // namespace
 
 const Need WindowSettings::graphicsView = { "UseGraphicsView", isGraphicsView };
+const Need WindowSettings::tiles = {
+    "UseGraphicsView, and an engine that paints in tiles: that of Qt 4, not the newer ones",
+    paintsInTiles
+};

@@ -17,6 +17,7 @@ bool setGraphicsView(ApplicationView &view, const QVariant &on);
 bool setGrowing(ApplicationView &view, const QVariant &on);
 
 extern const Need graphicsView;
+extern const Need tiles;
 
 } // namespace WindowSettings
 
