@@ -167,9 +167,10 @@ void tst_LauncherPages::withoutScrollBarsThePageScrolls()
     config.setShowScrollbar(bars);
     Window window(config);
     // A page that has a mind of its own about scroll bars does not bring them back.
-    window.show("<!DOCTYPE html><style>html::-webkit-scrollbar { width: 20px; height: 20px }</style>"
-                "<body style='background: #0f0; margin: 0'>"
-                "<div style='width: 3000px; height: 3000px'></div>");
+    window.show(
+        "<!DOCTYPE html><style>html::-webkit-scrollbar { width: 20px; height: 20px }</style>"
+        "<body style='background: #0f0; margin: 0'>"
+        "<div style='width: 3000px; height: 3000px'></div>");
 
     const QImage picture = window.view().picture();
     QCOMPARE(picture.pixel(395, 150) != green, areSeen);
@@ -215,9 +216,10 @@ void tst_LauncherPages::onlyTheChromeOffersMenusFilesAndDrops()
     config.setShowChrome(chrome);
     config.setUseGraphicsView(scene);
     Window window(config);
-    window.show("<body style='margin: 0'><input type='file' style='display: block; width: 200px;"
-                "height: 40px'><input type='file' multiple style='display: block; width: 200px;"
-                "height: 40px'><script>wishes = 0; oncontextmenu = function() { ++wishes }</script>");
+    window.show(
+        "<body style='margin: 0'><input type='file' style='display: block; width: 200px;"
+        "height: 40px'><input type='file' multiple style='display: block; width: 200px;"
+        "height: 40px'><script>wishes = 0; oncontextmenu = function() { ++wishes }</script>");
     Curtain curtain;
 
     window.clickRight(QPoint(300, 150));
@@ -305,7 +307,8 @@ void tst_LauncherPages::anAddressThatIsNoneFailsWithItsReason()
                     + Stage::application("shown", url, ", \"EnableShowErrorPage\": true"));
 
     const Run closed = stage.launch("--once --eval 1 tv");
-    const Run shown = stage.launch("--once --eval document.querySelector('#reason').textContent shown");
+    const Run shown =
+        stage.launch("--once --eval document.querySelector('#reason').textContent shown");
 
     QVERIFY2(closed.err.endsWith(text("nuv-launcher: tv: it has no usable Url\n")),
              qPrintable(closed.err));
@@ -393,7 +396,8 @@ void tst_LauncherPages::anApplicationHasOneWindow()
 
     const Run run = stage.launch("--screenshot out.png --size 40x40 tv");
 
-    QVERIFY2(!run.err.contains(text("nuv-launcher")), qPrintable(run.err)); // the platform's words aside
+    QVERIFY2(!run.err.contains(text("nuv-launcher")),
+             qPrintable(run.err)); // the platform's words aside
     QCOMPARE(run.status, 0);
     QCOMPARE(run.out.count(text("  picture in ")), 2);
     QCOMPARE(run.out.count(text("news  Url = ")), 1);

@@ -11,8 +11,12 @@ bool EngineSettings::setSpatialNavigationDisabled(ApplicationView &view, const Q
     return setAttribute<QWebSettings::SpatialNavigationEnabled>(view, !on.toBool());
 }
 
+// The engine of Qt 4 looks for the folder here, with the first use; newer ones have it from the making of
+// the page.
 bool EngineSettings::setLocalStorage(ApplicationView &view, const QVariant &on)
 {
+    view.page()->settings()->setLocalStoragePath(UserFolders::data()
+                                                 + UserFolders::nameFor(view.tag()));
     return setAttribute<QWebSettings::LocalStorageEnabled>(view, on);
 }
 
