@@ -63,7 +63,7 @@ void report(const Analysis &analysis)
     Invocation invocation;
     invocation.format = formats[analysis.source.size() % 4];
     const std::unique_ptr<Report> report = Report::make(invocation, output);
-    report->add(analysis);
+    report->add(analysis, Effect::of(analysis));
     report->finish();
 }
 

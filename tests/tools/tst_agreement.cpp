@@ -12,9 +12,11 @@
 
 #include <QBuffer>
 #include <QJsonDocument>
+#include <QRegularExpression>
 #include <QSettings>
 
 #include <cstdio>
+#include <cstring>
 
 /// What nuv-apps-config says of a file is what a program that is linked to the library gets from it.
 /// NUV_TEST_FILES sets how many files are tried, NUV_TEST_SEED which.
@@ -25,6 +27,18 @@ class tst_Agreement : public QObject
 private slots:
     void initTestCase();
     void showsWhatTheLibraryGives();
+    void listsAndGetsWhatTheLibraryGives();
+    void keysAreThoseOfAnySettings();
+    void checkSaysWhatTheLauncherWillSee();
+    void diffFindsWhatDiffersForTheLauncher();
+
+private:
+    // The next file that does not keep the loader busy, at its path.
+    QByteArray nextFile(RandomConfigurations *configurations);
+
+    TemporaryDir m_folder;
+    QString m_path;
+    int m_number = 0;
 };
 
 namespace {
@@ -32,6 +46,16 @@ namespace {
 int numberFrom(const char *variable, int fallback)
 {
     return qEnvironmentVariableIsSet(variable) ? qEnvironmentVariableIntValue(variable) : fallback;
+}
+
+int fileCount()
+{
+    return numberFrom("NUV_TEST_FILES", 600);
+}
+
+uint seed()
+{
+    return uint(numberFrom("NUV_TEST_SEED", 1));
 }
 
 // The library's one warning, about a syntax error, comes with every second file.
@@ -88,21 +112,79 @@ QByteArray describeHead(bool hasPort, uint port, const AppConfig &global)
         + "\nglobal: " + describeConfig(global) + '\n';
 }
 
-// What a launcher gets that asks for all of these tags.
-QByteArray givenByLibrary(const QStringList &tags)
+// What a launcher gets that asks for all of these tags. The library reads its file once in a process.
+QByteArray givenByLibrary(const QString &path, const QStringList &tags)
 {
-    const WebAppSettings &settings = *getWebAppSettings();
-    uint port = 0;
-    const bool hasPort = settings.getGlobalRemoteInspectorPort(port);
-    AppConfig config;
-    settings.getGlobalConfig(config);
-    QByteArray text = describeHead(hasPort, port, config);
+    qputenv("NUV_APPS_CONFIG_FILE", path.toLatin1());
+    return ChildCall::run([&] {
+               const WebAppSettings &settings = *getWebAppSettings();
+               uint port = 0;
+               const bool hasPort = settings.getGlobalRemoteInspectorPort(port);
+               AppConfig config;
+               settings.getGlobalConfig(config);
+               QByteArray text = describeHead(hasPort, port, config);
+               for (const QString &tag : tags) {
+                   AppConfig application;
+                   if (settings.getAppConfig(tag, application))
+                       text += describeApplication(tag, application);
+               }
+               ChildCall::writeAll(STDOUT_FILENO, text);
+               return 0;
+           })
+        .output;
+}
+
+// The same in this process, for a file with a name of its own.
+QMap<QString, AppConfig> applicationsOf(const QString &path, const QStringList &tags)
+{
+    qputenv("NUV_APPS_CONFIG_FILE", path.toLatin1());
+    const WebAppSettings settings;
+    QMap<QString, AppConfig> applications;
     for (const QString &tag : tags) {
         AppConfig application;
         if (settings.getAppConfig(tag, application))
-            text += describeApplication(tag, application);
+            applications.insert(tag, application);
     }
-    return text;
+    return applications;
+}
+
+bool isParsed(const QByteArray &bytes)
+{
+    QString error;
+    QVariant tree = parseJson(bytes, &error);
+    const VariantTree::Disposer disposer(tree);
+    return error.isEmpty() && !bytes.isEmpty();
+}
+
+// Behind the token at which the library stops.
+int whereParsingStops(const QByteArray &bytes)
+{
+    QString error;
+    QVariant tree = parseJson(bytes, &error);
+    const VariantTree::Disposer disposer(tree);
+    return error.isEmpty() ? bytes.size() : error.section(QLatin1Char(' '), -1).toInt();
+}
+
+bool isWhereTheLibraryStops(const QByteArray &bytes, int line)
+{
+    int begin = 0;
+    for (int i = 1; i < line; ++i)
+        begin = bytes.indexOf('\n', begin) + 1;
+    const bool isReadBefore = begin == 0 || whereParsingStops(bytes.left(begin)) >= begin;
+    return isReadBefore && whereParsingStops(bytes) >= begin;
+}
+
+bool isSameDouble(double a, double b)
+{
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+QByteArray plain(const QVariant &value)
+{
+    return (value.userType() == QMetaType::QStringList
+                ? value.toStringList().join(QLatin1Char('\n'))
+                : value.toString())
+        .toUtf8();
 }
 
 // JSON in UTF-8, read with the library's own parser, which keeps all digits of a number.
@@ -133,10 +215,23 @@ bool isOfType(const QVariant &value, const QString &type)
     static const QHash<QString, int> types = { { QLatin1String("bool"), QMetaType::Bool },
                                                { QLatin1String("int"), QMetaType::Int },
                                                { QLatin1String("int64"), QMetaType::LongLong },
+                                               { QLatin1String("null"), QMetaType::UnknownType },
                                                { QLatin1String("double"), QMetaType::Double },
                                                { QLatin1String("string"), QMetaType::QString },
                                                { QLatin1String("list"), QMetaType::QStringList } };
     return value.userType() == types.value(type, -1);
+}
+
+// The value of an entry with its type.
+QVariant valueFrom(const QVariant &entry)
+{
+    QVariant value = at(entry, "value");
+    const QString type = at(entry, "type").toString();
+    if (type == QLatin1String("list"))
+        value = value.toStringList();
+    else if (type == QLatin1String("double") && value.toString().endsWith(QLatin1String("inf")))
+        value = value.toString() == QLatin1String("inf") ? qInf() : -qInf();
+    return isOfType(value, type) ? value : QVariant(QLatin1String("not of the type"));
 }
 
 AppConfig configFrom(const QVariant &shown)
@@ -144,16 +239,8 @@ AppConfig configFrom(const QVariant &shown)
     AppConfig config;
     for (const AppConfigProperty &property : appConfigProperties) {
         const QVariant entry = at(shown, property.name);
-        if (!VariantTree::isMap(entry)) // not there, or the global port
-            continue;
-        QVariant value = at(entry, "value");
-        const QString type = at(entry, "type").toString();
-        if (type == QLatin1String("list"))
-            value = value.toStringList();
-        else if (type == QLatin1String("double") && value.toString().endsWith(QLatin1String("inf")))
-            value = value.toString() == QLatin1String("inf") ? qInf() : -qInf();
-        (config.*property.set)(isOfType(value, type) ? value
-                                                     : QVariant(QLatin1String("not of the type")));
+        if (VariantTree::isMap(entry)) // not so if it is not there, or the global port
+            (config.*property.set)(valueFrom(entry));
     }
     return config;
 }
@@ -175,14 +262,21 @@ QByteArray saidByShow(const QByteArray &json)
     return text;
 }
 
-QByteArray outputOf(const QStringList &arguments)
+struct Result {
+    int status;
+    QByteArray output;
+};
+
+Result called(const char *call, const QString &path, const QStringList &more = QStringList())
 {
-    return ChildCall::run([&] {
-               Output output;
-               return Program::run(QStringList(QLatin1String("nuv-apps-config")) + arguments,
-                                   output);
-           })
-        .output;
+    const QStringList arguments =
+        QString(QLatin1String("nuv-apps-config ") + QLatin1String(call)).split(QLatin1Char(' '))
+        << path << more;
+    const ChildCall::Result result = ChildCall::run([&] {
+        Output output;
+        return Program::run(arguments, output);
+    });
+    return Result { result.isEnded() ? result.exitStatus() : -1, result.output };
 }
 
 QByteArray firstDifference(const QByteArray &given, const QByteArray &said)
@@ -195,11 +289,6 @@ QByteArray firstDifference(const QByteArray &given, const QByteArray &said)
     return "\nthe library gives " + a.value(i) + "\nthe program says  " + b.value(i) + '\n';
 }
 
-QStringList words(const char *text)
-{
-    return QString(QLatin1String(text)).split(QLatin1Char(' '));
-}
-
 } // namespace
 
 void tst_Agreement::initTestCase()
@@ -207,31 +296,124 @@ void tst_Agreement::initTestCase()
     qInstallMessageHandler(dropWarnings);
 }
 
+// The toolkit keeps what it read by the name of the file, so each has its own.
+QByteArray tst_Agreement::nextFile(RandomConfigurations *configurations)
+{
+    QByteArray bytes = configurations->next();
+    while (takesMinutes(bytes))
+        bytes = configurations->next();
+    QFile::remove(m_path);
+    m_path = m_folder.write(QString::number(++m_number) + QLatin1String(".json"), bytes);
+    return bytes;
+}
+
 void tst_Agreement::showsWhatTheLibraryGives()
 {
-    const TemporaryDir folder;
-    RandomConfigurations configurations(uint(numberFrom("NUV_TEST_SEED", 1)));
-    const int files = numberFrom("NUV_TEST_FILES", 1000);
+    RandomConfigurations configurations(seed());
     int applications = 0;
-    for (int i = 0; i < files; ++i) {
-        const QByteArray bytes = configurations.next();
-        if (takesMinutes(bytes))
-            continue;
-        const QString path = folder.write(QString::number(i) + QLatin1String(".json"), bytes);
-        const QStringList tags = possibleTags(bytes);
-        qputenv("NUV_APPS_CONFIG_FILE", path.toLatin1());
-        const QByteArray given = ChildCall::run([&] {
-                                     ChildCall::writeAll(STDOUT_FILENO, givenByLibrary(tags));
-                                     return 0;
-                                 }).output;
+    for (int i = 0; i < fileCount(); ++i) {
+        const QByteArray bytes = nextFile(&configurations);
+        const QByteArray given = givenByLibrary(m_path, possibleTags(bytes));
         const QByteArray said =
-            saidByShow(outputOf(words("show --format json --reveal --file") + QStringList(path)));
-        QVERIFY2(given == said,
-                 firstDifference(given, said) + "in file " + QByteArray::number(i) + ":\n" + bytes);
+            saidByShow(called("show --format json --reveal --file", m_path).output);
+        QVERIFY2(given == said, firstDifference(given, said) + "in file:\n" + bytes);
         applications += given.count("\napplication ");
-        QFile::remove(path);
     }
-    QVERIFY2(applications > files / 2, QByteArray::number(applications));
+    QVERIFY2(applications > fileCount() / 2, QByteArray::number(applications));
+}
+
+void tst_Agreement::listsAndGetsWhatTheLibraryGives()
+{
+    RandomConfigurations configurations(seed() + 1);
+    for (int i = 0; i < fileCount() / 4; ++i) {
+        const QByteArray bytes = nextFile(&configurations);
+        const QMap<QString, AppConfig> given = applicationsOf(m_path, possibleTags(bytes));
+        const Result listed = called("list --format json --file", m_path);
+        QCOMPARE(listed.status, isParsed(bytes) ? 0 : 1);
+        QStringList tags = isParsed(bytes) ? readJson(listed.output).toStringList() : QStringList();
+        tags.sort();
+        QVERIFY2(tags == QStringList(given.keys()), bytes);
+        for (const QString &tag : tags) {
+            const AppConfigProperty &property = appConfigProperties[(i + m_number) % 42];
+            const QVariant value = (given.value(tag).*property.get)();
+            const Result got = called("get --file", m_path,
+                                      { QLatin1String("--"), tag, QLatin1String(property.name) });
+            QVERIFY2(got.status == (value.isValid() ? 0 : 1), bytes);
+            if (value.userType() == QMetaType::Double)
+                QVERIFY2(isSameDouble(got.output.trimmed().toDouble(), value.toDouble()), bytes);
+            else if (value.isValid())
+                QVERIFY2(got.output == plain(value) + '\n', bytes);
+        }
+    }
+}
+
+void tst_Agreement::keysAreThoseOfAnySettings()
+{
+    RandomConfigurations configurations(seed() + 2);
+    for (int i = 0; i < fileCount() / 4; ++i) {
+        const QByteArray bytes = nextFile(&configurations);
+        const Result result = called("keys --format json --reveal --file", m_path);
+        QVERIFY2(result.status == (isParsed(bytes) ? 0 : 1), bytes);
+        if (!isParsed(bytes))
+            continue;
+        const QVariantMap said = readJson(result.output).toMap();
+        const QSettings settings(m_path, JsonSettingsFormat);
+        QVERIFY2(said.keys() == settings.allKeys(), bytes);
+        for (const QString &key : settings.allKeys()) {
+            const QVariant entry = said.value(key);
+            QVERIFY2(describe(valueFrom(entry)) == describe(settings.value(key)),
+                     describeText(key) + " in\n" + bytes);
+        }
+    }
+}
+
+// The line of a syntax error is true when what comes before it is the begin of a document that the
+// library would read, and when the library does not stop before it.
+void tst_Agreement::checkSaysWhatTheLauncherWillSee()
+{
+    RandomConfigurations configurations(seed() + 3);
+    const QRegularExpression seen(QLatin1String("^the launcher will see (\\d+|no|none)\\b"));
+    const QRegularExpression stops(
+        QLatin1String("^nothing is read of this file: .* in line (\\d+)$"));
+    int stopped = 0;
+    for (int i = 0; i < fileCount() / 2; ++i) {
+        const QByteArray bytes = nextFile(&configurations);
+        const QByteArray last = called("check", m_path).output.trimmed().split('\n').last();
+        const QString effect = QString::fromUtf8(last);
+        const int count = applicationsOf(m_path, possibleTags(bytes)).size();
+        const QRegularExpressionMatch number = seen.match(effect);
+        const QRegularExpressionMatch line = stops.match(effect);
+        QVERIFY2(number.hasMatch() == isParsed(bytes), last + " of\n" + bytes);
+        if (number.hasMatch())
+            QVERIFY2(number.captured(1).toInt() == count, last + " of\n" + bytes);
+        if (!line.hasMatch())
+            continue;
+        ++stopped;
+        QVERIFY2(isWhereTheLibraryStops(bytes, line.captured(1).toInt()), last + " of\n" + bytes);
+    }
+    QVERIFY(stopped > fileCount() / 20);
+}
+
+void tst_Agreement::diffFindsWhatDiffersForTheLauncher()
+{
+    RandomConfigurations configurations(seed() + 4);
+    for (int i = 0; i < fileCount() / 4; ++i) {
+        const QByteArray first = nextFile(&configurations);
+        const QByteArray given = givenByLibrary(m_path, possibleTags(first));
+        QByteArray second = first;
+        const int at = second.lastIndexOf("true");
+        if (i % 2 == 1 && at >= 0)
+            second.replace(at, 4, "false");
+        const QString other =
+            m_folder.write(QLatin1String("other-") + QString::number(m_number), second);
+        const bool isSame = givenByLibrary(other, possibleTags(second)) == given;
+        const Result result = called("diff", m_path, { other });
+        QFile::remove(other);
+        if (isParsed(first) && isParsed(second))
+            QVERIFY2(result.status == (isSame ? 0 : 1), second);
+        else
+            QCOMPARE(result.status, 1);
+    }
 }
 
 NUV_TEST_MAIN(tst_Agreement)

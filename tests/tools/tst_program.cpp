@@ -27,6 +27,10 @@ private slots:
     void reportsAsJson();
     void reportsAsSarif();
     void reportsForGithub();
+    void reportsFilesThatCannotBeReadInEveryForm_data();
+    void reportsFilesThatCannotBeReadInEveryForm();
+    void endsWithTheEffect_data();
+    void endsWithTheEffect();
     void secretsAreMaskedInEveryOutput_data();
     void secretsAreMaskedInEveryOutput();
     void secretsAreShownWhenAskedFor();
@@ -148,7 +152,9 @@ void tst_Program::saysWhatIsWrongWhereAndWhy()
                         "    2 |   \"Applications\": [ { \"Tag\": \"tv\", \"url\": \"x\" }, ] }\n"
                         "      |                                                ^\n"
                         "        hint: remove it\n"
-                        "1 error, 1 warning in 1 file\n"));
+                        "1 error, 1 warning in 1 file\n"
+                        "nothing is read of this file: the library stops at the syntax error in "
+                        "line 2\n"));
     QCOMPARE(result.status, 1);
     QCOMPARE(result.errors, QByteArray());
 }
@@ -193,9 +199,26 @@ void tst_Program::picksTheFileThatTheLibraryWould()
         run(words("check"), QByteArray(), words("NUV_APPS_CONFIG_FILE=/nowhere/AppsConfig.json"));
     const Result third =
         run(words("show"), QByteArray(), words("NUV_APPS_CONFIG_FILE=/nowhere/AppsConfig.json"));
+    const Result unset = run(words("check"));
     QFile::remove(fallback);
-    QVERIFY(first.output.startsWith(named.toUtf8() + ":1:1: error: "));
-    QCOMPARE(second.output, QByteArray("nothing found in 1 file\n"));
+    QVERIFY2(first.output.startsWith("File: " + named.toUtf8()
+                                     + " (named by NUV_APPS_CONFIG_FILE)\n" + named.toUtf8()
+                                     + ":1:1: error: "),
+             first.output.constData());
+    QCOMPARE(second.status, 1);
+    QCOMPARE(second.output,
+             QByteArray("File: AppsConfig.json (in the working directory, as NUV_APPS_CONFIG_FILE "
+                        "names /nowhere/AppsConfig.json, which does not exist)\n"
+                        "AppsConfig.json: warning: NUV_APPS_CONFIG_FILE names "
+                        "/nowhere/AppsConfig.json, which does not exist, so the library reads this "
+                        "file instead [variable-names-nothing]\n"
+                        "1 warning in 1 file\n"
+                        "the launcher will see 2 of 2 applications\n"));
+    QCOMPARE(unset.output,
+             QByteArray("File: AppsConfig.json (in the working directory, as NUV_APPS_CONFIG_FILE "
+                        "is not set)\nnothing found in 1 file\n"
+                        "the launcher will see 2 of 2 applications\n"));
+    QVERIFY(third.errors.contains("which does not exist, so the library reads this file instead"));
     QVERIFY(third.output.startsWith("File: AppsConfig.json (in the working directory, as "
                                     "NUV_APPS_CONFIG_FILE names /nowhere/AppsConfig.json, which "
                                     "does not exist)\n"));
@@ -205,7 +228,7 @@ void tst_Program::namesBothPlacesWhereThereIsNoFile()
 {
     const Result result =
         run(words("check"), QByteArray(), words("NUV_APPS_CONFIG_FILE=/nowhere/a.json"));
-    QCOMPARE(result.status, 1);
+    QCOMPARE(result.status, 2);
     QVERIFY(result.output.contains("/nowhere/a.json, which does not exist"));
     QVERIFY(result.output.contains("no AppsConfig.json in "
                                    + QDir(m_folder.path()).canonicalPath().toUtf8()));
@@ -287,6 +310,89 @@ void tst_Program::reportsForGithub()
         result.output.contains("::error file=test.json,line=1,col=3,title=trailing-comma::a comma "
                                "behind the last element%0Ahint: remove it\n"),
         result.output.constData());
+}
+
+void tst_Program::reportsFilesThatCannotBeReadInEveryForm_data()
+{
+    QTest::addColumn<QString>("form");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::newRow("JSON") << QString(QLatin1String("json"))
+                          << QByteArray("\"rule\": \"unreadable-file\"");
+    QTest::newRow("SARIF") << QString(QLatin1String("sarif"))
+                           << QByteArray("\"ruleId\": \"unreadable-file\"");
+    QTest::newRow("GitHub") << QString(QLatin1String("github"))
+                            << QByteArray("::error file=%252.json,title=unreadable-file::No such");
+}
+
+void tst_Program::reportsFilesThatCannotBeReadInEveryForm()
+{
+    QFETCH(QString, form);
+    QFETCH(QByteArray, expected);
+    m_folder.write(QLatin1String("good.json"), clean);
+    const Result result = run(words("check good.json %2.json --format") << form);
+    QCOMPARE(result.status, 2);
+    QVERIFY2(result.output.contains(expected), result.output.constData());
+    QVERIFY(result.output.contains("No such file or directory"));
+    if (form == QLatin1String("sarif"))
+        QVERIFY(result.output.contains("\"executionSuccessful\": false"));
+}
+
+void tst_Program::endsWithTheEffect_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("effect");
+    const QByteArray begin = "{ \"Global\": { \"Version\": 1 }, \"Applications\": [";
+    QTest::newRow("all of them") << QByteArray(clean)
+                                 << QByteArray("the launcher will see 2 of 2 applications");
+    QTest::newRow("a single one") << begin + "{ \"Tag\": \"a\" } ] }"
+                                  << QByteArray("the launcher will see 1 of 1 application");
+    QTest::newRow("one without a tag, one twice")
+        << begin + "{ \"Tag\": \"a\" }, { }, { \"Tag\": \"a\" } ] }"
+        << QByteArray("the launcher will see 1 of 3 applications");
+    QTest::newRow("no application")
+        << begin + "] }"
+        << QByteArray("the launcher will see no application, for there is none in the file");
+    QTest::newRow("another version")
+        << QByteArray(clean).replace("1,", "2,")
+        << QByteArray("the launcher will see none of 2 applications, for only versions from 1 to "
+                      "below 2 are loaded");
+    QTest::newRow("a syntax error")
+        << begin + "\n{ \"Tag\": \"a\\\n\" },\n ] }"
+        << QByteArray(
+               "nothing is read of this file: the library stops at the syntax error in line 3");
+    QTest::newRow("an empty file")
+        << QByteArray() << QByteArray("nothing is read of this file: it is empty");
+    QTest::newRow("a file in UTF-16")
+        << QByteArray("\xff\xfe{\0}\0", 6)
+        << QByteArray("nothing is read of this file: it is no text that the library can read");
+    QTest::newRow("a file that takes minutes")
+        << QByteArray("{ \"Global\": { \"Version\": 1 }, \"Applications/size\": 2147483647 }")
+        << QByteArray("what the launcher will see was not tried: a key \"size\" would keep the "
+                      "loader busy for minutes; see check");
+}
+
+void tst_Program::endsWithTheEffect()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QByteArray, effect);
+    write(bytes);
+    const QByteArray alone = run(words("check test.json")).output;
+    QVERIFY2(alone.endsWith(" in 1 file\n" + effect + '\n'), alone.constData());
+    const QByteArray one = run(words("check test.json test.json")).output;
+    QVERIFY2(one.contains("\ntest.json: " + effect + '\n')
+                 || one.startsWith("test.json: " + effect + '\n'),
+             one.constData());
+    const QByteArray json = run(words("check --format json test.json")).output;
+    QCOMPARE(QJsonDocument::fromJson(json)
+                 .object()
+                 .value(QLatin1String("files"))
+                 .toArray()
+                 .at(0)
+                 .toObject()
+                 .value(QLatin1String("effect"))
+                 .toString()
+                 .toUtf8(),
+             effect);
 }
 
 void tst_Program::secretsAreMaskedInEveryOutput_data()
@@ -441,7 +547,7 @@ void tst_Program::explainsKeysAndRules()
     QVERIFY(run(words("explain Scale")).output.contains("a number from 0.1 to 10"));
     QVERIFY(run(words("explain slash-in-key")).output.contains("hides the"));
     const Result result = run(words("explain Scael"));
-    QCOMPARE(result.status, 2);
+    QCOMPARE(result.status, 1);
     QVERIFY(result.errors.contains("did you mean \"Scale\"?"));
 }
 
@@ -666,7 +772,9 @@ void tst_Program::checksTenThousandApplicationsInSeconds()
     write(bytes + "] }\n");
     QElapsedTimer timer;
     timer.start();
-    QCOMPARE(run(words("check test.json")).output, QByteArray("nothing found in 1 file\n"));
+    QCOMPARE(
+        run(words("check test.json")).output,
+        QByteArray("nothing found in 1 file\nthe launcher will see 10000 of 10000 applications\n"));
     QVERIFY(timer.elapsed() < 10000);
 }
 

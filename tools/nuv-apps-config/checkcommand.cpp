@@ -1,38 +1,54 @@
 #include "tools/nuv-apps-config/program.h"
 
-#include "tools/nuv-apps-config/analysis.h"
 #include "tools/nuv-apps-config/configurationfile.h"
-#include "tools/nuv-apps-config/progress.h"
+#include "tools/nuv-apps-config/readfile.h"
 #include "tools/nuv-apps-config/reports.h"
 
 namespace {
 
-int statusOf(const Findings &findings, Severity failOn)
+ExitStatus statusOf(const Findings &findings, Severity failOn)
 {
     const int errors = findings.count(Severity::Error);
     const int warnings = failOn == Severity::Warning ? findings.count(Severity::Warning) : 0;
     return errors + warnings > 0 ? Found : Success;
 }
 
-int checkFile(const QString &name, Severity failOn, Report &report)
+// In the text form on the standard error, beside which a list of findings can be kept.
+void reportUnread(const Invocation &invocation, const QString &name, const QString &error,
+                  Report &report)
 {
-    QByteArray bytes;
-    QString error;
-    if (!ConfigurationFile::read(name, &bytes, &error)) {
+    if (invocation.format == Format::Text)
         Output::complain(name + QLatin1String(": ") + error);
+    else
+        report.addUnread("unreadable-file", name, error);
+}
+
+ExitStatus checkFile(const Invocation &invocation, const QString &name, Report &report)
+{
+    QString error;
+    const std::unique_ptr<Analysis> analysis = readFile(name, &error);
+    if (!analysis) {
+        reportUnread(invocation, name, error, report);
         return Trouble;
     }
-    const bool isInput = name == ConfigurationFile::standardInput();
-    Progress progress(name, bytes.size());
-    const std::unique_ptr<Analysis> analysis =
-        analyse(isInput ? QString(QLatin1String("<stdin>")) : name, bytes,
-                ConfigurationFile::folderOf(name), [&](int offset) { progress.reached(offset); });
-    if (int(analysis->document.nodes.size()) > LargestDocument) {
-        Output::complain(name + QLatin1String(": too many values for a configuration"));
+    report.add(*analysis, Effect::of(*analysis));
+    return statusOf(analysis->findings, invocation.failOn);
+}
+
+ExitStatus checkChosenFile(const Invocation &invocation, Report &report)
+{
+    const ConfigurationFile::Choice choice = ConfigurationFile::choice();
+    if (choice.path.isEmpty()) {
+        report.addUnread("no-file", QLatin1String("AppsConfig.json"),
+                         QLatin1String("there is no configuration file: ") + choice.why);
         return Trouble;
     }
-    report.add(*analysis);
-    return statusOf(analysis->findings, failOn);
+    report.addChoice(choice.path, choice.why);
+    const bool isPassedBy = !choice.warning.isEmpty();
+    if (isPassedBy)
+        report.addUnread("variable-names-nothing", choice.path, choice.warning);
+    const ExitStatus status = checkFile(invocation, choice.path, report);
+    return isPassedBy && invocation.failOn == Severity::Warning ? qMax(status, Found) : status;
 }
 
 } // namespace
@@ -40,20 +56,11 @@ int checkFile(const QString &name, Severity failOn, Report &report)
 int Program::check(const Invocation &invocation, Output &output)
 {
     const std::unique_ptr<Report> report = Report::make(invocation, output);
-    QStringList files = invocation.arguments;
-    int status = Success;
-    if (files.isEmpty()) {
-        const ConfigurationFile::Choice choice = ConfigurationFile::choice();
-        if (choice.path.isEmpty()) {
-            report->addMissing(QLatin1String("AppsConfig.json"),
-                               QLatin1String("there is no configuration file: ") + choice.why);
-            status = Found;
-        } else {
-            files.append(choice.path);
-        }
-    }
-    for (const QString &file : files)
-        status = qMax(status, checkFile(file, invocation.failOn, *report));
+    ExitStatus status = Success;
+    if (invocation.arguments.isEmpty())
+        status = checkChosenFile(invocation, *report);
+    for (const QString &file : invocation.arguments)
+        status = qMax(status, checkFile(invocation, file, *report));
     report->finish();
     return status;
 }

@@ -39,6 +39,22 @@ const std::vector<Option> optionTable = {
     { "help", "h", "", "", "", "print this help" },
     { "version", "v", "", "", "", "print the version" },
 };
+
+const std::vector<Outcome> outcomeTable = {
+    { "0", "The command did what it is for. check found nothing from the severity of --fail-on on, diff no difference." },
+    { "1", "check: a finding from the severity of --fail-on on." },
+    { "1", "diff: a difference." },
+    { "1", "The library reads nothing of the file: it has a syntax error, or it is empty." },
+    { "1", "To load the file would take minutes, or fill the memory." },
+    { "1", "fmt: something would be lost." },
+    { "1", "There is no such tag, value, key or rule." },
+    { "2", "A wrong call: an unknown command or option, or a wrong number of arguments." },
+    { "2", "There is no configuration file." },
+    { "2", "A file that cannot be read: it does not exist, is not readable, is a directory, a pipe or a device, or is too large. check still checks the other files." },
+    { "2", "A file or the standard output that cannot be written." },
+    { "2", "There is not enough memory." },
+    { "SIGPIPE", "The reader of the standard output is gone, as in | head: the program ends by the signal and without a message, as others do. A shell calls it 141." },
+};
 // clang-format on
 
 QString optionText(const Option &option)
@@ -99,6 +115,11 @@ const std::vector<Option> &Commands::options()
     return optionTable;
 }
 
+const std::vector<Outcome> &Commands::outcomes()
+{
+    return outcomeTable;
+}
+
 const Command *Commands::find(const QString &name)
 {
     for (const Command &command : commandTable) {
@@ -140,8 +161,7 @@ QString Commands::help(const Command *command)
     }
     text += QLatin1String("\nOptions:\n") + optionRows(command);
     if (!command)
-        text +=
-            QLatin1String("\nExit status: 0 nothing found, 1 findings or differences, 2 a wrong "
-                          "call or a file that cannot be read.\n");
+        text += QLatin1String("\nExit status: 0 all is well, 1 findings, differences or nothing to "
+                              "show, 2 a wrong call or a file that cannot be read or written.\n");
     return text;
 }

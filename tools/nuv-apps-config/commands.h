@@ -29,10 +29,18 @@ struct Command {
     const char *description;
 };
 
+/// A cause of an exit status, the same for every command.
+struct Outcome {
+    const char *status;
+    const char *cause;
+};
+
 namespace Commands {
 
 const std::vector<Command> &all();
 const std::vector<Option> &options();
+
+const std::vector<Outcome> &outcomes();
 
 const Command *find(const QString &name);
 const Option *findOption(const QString &name);

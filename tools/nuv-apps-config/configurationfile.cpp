@@ -68,8 +68,7 @@ ConfigurationFile::Choice ConfigurationFile::choice()
         found.path = text(Fallback);
         found.why = text("in the working directory, as ") + whyNotNamed();
         if (!named().isEmpty())
-            found.warning =
-                whyNotNamed() + text("; AppsConfig.json in the working directory is read");
+            found.warning = whyNotNamed() + text(", so the library reads this file instead");
         return found;
     }
     found.why = whyNotNamed() + text(", and there is no AppsConfig.json in ") + QDir::currentPath();

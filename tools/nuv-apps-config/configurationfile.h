@@ -11,8 +11,7 @@ namespace ConfigurationFile {
 struct Choice {
     QString path; ///< empty when there is none
     QString why; ///< a sentence without a full stop
-    QString
-        warning; ///< the variable names nothing, and another file is read; empty where it does not
+    QString warning; ///< that the variable names nothing and another file is chosen; else empty
 };
 
 /// What the library would pick now.

@@ -34,7 +34,7 @@ int Program::explain(const Invocation &invocation, Output &output)
                      nearest.isEmpty()
                          ? QString()
                          : QString(QLatin1String("; did you mean \"%1\"?")).arg(nearest)));
-        return Trouble;
+        return Found;
     }
     output.write(Reference::explain(*found));
     for (const Property &property : Properties::all()) {

@@ -4,8 +4,8 @@
 #include "json/jsonwriter.h"
 #include "json/varianttree.h"
 #include "settings/jsonsettingsformat.h"
-#include "tools/nuv-apps-config/analysis.h"
 #include "tools/nuv-apps-config/configurationfile.h"
+#include "tools/nuv-apps-config/readfile.h"
 #include "tools/nuv-apps-config/valuetext.h"
 
 #include <QFile>
@@ -70,8 +70,7 @@ bool isRefused(const Analysis &analysis, QString *error)
             continue;
         const Place place = analysis.source.place(finding.offset);
         *error = QString(QLatin1String("it has a duplicate key in line %1, column %2"))
-                     .arg(place.line)
-                     .arg(place.column);
+                     .arg(QString::number(place.line), QString::number(place.column));
     }
     return !error->isEmpty();
 }
@@ -109,14 +108,17 @@ bool replaceFile(const QString &name, const QByteArray &bytes, QString *error)
 int Program::format(const Invocation &invocation, Output &output)
 {
     const QString name = invocation.arguments.at(0);
-    QByteArray bytes;
+    if (invocation.write && name == ConfigurationFile::standardInput()) {
+        Output::complain(text("the standard input cannot be written in place"));
+        return Trouble;
+    }
     QString error;
-    if (!ConfigurationFile::read(name, &bytes, &error)) {
+    const std::unique_ptr<Analysis> analysis = readFile(name, &error);
+    if (!analysis) {
         Output::complain(name + QLatin1String(": ") + error);
         return Trouble;
     }
-    const std::unique_ptr<Analysis> analysis =
-        analyse(name, bytes, ConfigurationFile::folderOf(name));
+    const QByteArray &bytes = analysis->source.bytes();
     if (analysis->findings.has("empty-file"))
         error = text("it is empty");
     else if (analysis->findings.hasSyntaxError())
@@ -133,10 +135,6 @@ int Program::format(const Invocation &invocation, Output &output)
     if (!invocation.write) {
         output.writeBytes(result);
         return Success;
-    }
-    if (name == ConfigurationFile::standardInput()) {
-        Output::complain(text("the standard input cannot be written in place"));
-        return Trouble;
     }
     if (result != bytes && !replaceFile(name, result, &error)) {
         Output::complain(name + QLatin1String(": ") + error);

@@ -24,21 +24,35 @@ class GithubReport : public Report
 public:
     explicit GithubReport(Output &output) : m_output(output) {}
 
-    void add(const Analysis &analysis) override
+    void addChoice(const QString &name, const QString &why) override
+    {
+        addNotice(name, QLatin1String("file"), why);
+    }
+
+    void add(const Analysis &analysis, const Effect &effect) override
     {
         for (const Finding &finding : analysis.findings.all())
             addFinding(analysis, finding);
+        if (!analysis.findings.all().empty()) // an annotation for each clean file would be noise
+            addNotice(analysis.source.name(), QLatin1String("effect"), effect.text);
     }
 
-    void addMissing(const QString &name, const QString &text) override
+    void addUnread(const char *rule, const QString &name, const QString &text) override
     {
-        m_output.write(QString(QLatin1String("::error file=%1,title=no-file::%2\n"))
-                           .arg(escapedProperty(name), escaped(text)));
+        m_output.write(QString(QLatin1String("::%1 file=%2,title=%3::%4\n"))
+                           .arg(Rules::severityName(Rules::find(rule).severity),
+                                escapedProperty(name), QLatin1String(rule), escaped(text)));
     }
 
     void finish() override {}
 
 private:
+    void addNotice(const QString &name, const QString &title, const QString &text)
+    {
+        m_output.write(QString(QLatin1String("::notice file=%1,title=%2::%3\n"))
+                           .arg(escapedProperty(name), title, escaped(text)));
+    }
+
     void addFinding(const Analysis &analysis, const Finding &finding)
     {
         const Place place = analysis.source.place(finding.offset);

@@ -31,22 +31,33 @@ class JsonReport : public Report
 public:
     explicit JsonReport(Output &output) : m_output(output) {}
 
-    void add(const Analysis &analysis) override
+    void addChoice(const QString &, const QString &why) override { m_why = why; }
+
+    void add(const Analysis &analysis, const Effect &effect) override
     {
         QJsonArray findings;
         for (const Finding &finding : analysis.findings.all())
             findings.append(finding_(analysis, finding));
-        addFile(analysis.source.name(), findings, analysis.findings.count(Severity::Error),
-                analysis.findings.count(Severity::Warning));
+        QJsonObject file = fileObject(analysis.source.name(), findings);
+        if (!m_why.isEmpty())
+            file.insert(key("why"), m_why);
+        file.insert(key("effect"), effect.text);
+        file.insert(key("applications"), effect.all);
+        file.insert(key("seen"), effect.seen);
+        m_files.append(file);
+        m_errors += analysis.findings.count(Severity::Error);
+        m_warnings += analysis.findings.count(Severity::Warning);
     }
 
-    void addMissing(const QString &name, const QString &text) override
+    void addUnread(const char *rule, const QString &name, const QString &text) override
     {
+        const Severity severity = Rules::find(rule).severity;
         QJsonObject object;
-        object.insert(key("rule"), QLatin1String("no-file"));
-        object.insert(key("severity"), QLatin1String("error"));
+        object.insert(key("rule"), QLatin1String(rule));
+        object.insert(key("severity"), Rules::severityName(severity));
         object.insert(key("text"), text);
-        addFile(name, QJsonArray() << object, 1, 0);
+        m_files.append(fileObject(name, QJsonArray() << object));
+        ++(severity == Severity::Error ? m_errors : m_warnings);
     }
 
     void finish() override
@@ -59,14 +70,12 @@ public:
     }
 
 private:
-    void addFile(const QString &name, const QJsonArray &findings, int errors, int warnings)
+    static QJsonObject fileObject(const QString &name, const QJsonArray &findings)
     {
         QJsonObject file;
         file.insert(key("file"), name);
         file.insert(key("findings"), findings);
-        m_files.append(file);
-        m_errors += errors;
-        m_warnings += warnings;
+        return file;
     }
 
     static void insertPlace(QJsonObject &object, const SourceText &source, int offset)
@@ -102,6 +111,7 @@ private:
     }
 
     Output &m_output;
+    QString m_why; ///< empty where the file was named
     QJsonArray m_files;
     int m_errors = 0;
     int m_warnings = 0;
@@ -113,17 +123,23 @@ class SarifReport : public Report
 public:
     explicit SarifReport(Output &output) : m_output(output) {}
 
-    void add(const Analysis &analysis) override
+    void addChoice(const QString &name, const QString &why) override { describe(name, why); }
+
+    void add(const Analysis &analysis, const Effect &effect) override
     {
         for (const Finding &finding : analysis.findings.all())
             m_results.append(result(analysis, finding));
+        describe(analysis.source.name(), effect.text);
     }
 
-    void addMissing(const QString &name, const QString &text) override
+    // A reader of the log must not take the results for all that there are.
+    void addUnread(const char *rule, const QString &name, const QString &text) override
     {
         QJsonObject place;
         place.insert(key("artifactLocation"), artifact(name));
-        addResult("no-file", Severity::Error, text, place, QJsonArray());
+        const Severity severity = Rules::find(rule).severity;
+        m_results.append(makeResult(rule, severity, text, place, QJsonArray()));
+        m_isComplete = m_isComplete && severity != Severity::Error;
     }
 
     void finish() override;
@@ -178,10 +194,16 @@ private:
                           location(analysis.source, finding.offset, finding.length), related);
     }
 
-    void addResult(const char *rule, Severity severity, const QString &text,
-                   const QJsonObject &place, const QJsonArray &related)
+    // A remark on a file that is no finding.
+    void describe(const QString &name, const QString &text)
     {
-        m_results.append(makeResult(rule, severity, text, place, related));
+        QJsonObject notification;
+        notification.insert(key("level"), QLatin1String("note"));
+        notification.insert(key("message"), textObject(text));
+        QJsonObject place;
+        place.insert(key("artifactLocation"), artifact(name));
+        notification.insert(key("locations"), QJsonArray() << wrapped(place));
+        m_notifications.append(notification);
     }
 
     static QJsonObject makeResult(const char *rule, Severity severity, const QString &text,
@@ -215,6 +237,8 @@ private:
 
     Output &m_output;
     QJsonArray m_results;
+    QJsonArray m_notifications;
+    bool m_isComplete = true; ///< all files could be read
 };
 
 void SarifReport::finish()
@@ -225,9 +249,13 @@ void SarifReport::finish()
     driver.insert(key("rules"), rules());
     QJsonObject tool;
     tool.insert(key("driver"), driver);
+    QJsonObject invocation;
+    invocation.insert(key("executionSuccessful"), m_isComplete);
+    invocation.insert(key("toolExecutionNotifications"), m_notifications);
     QJsonObject run;
     run.insert(key("tool"), tool);
     run.insert(key("columnKind"), QLatin1String("unicodeCodePoints"));
+    run.insert(key("invocations"), QJsonArray() << invocation);
     run.insert(key("results"), m_results);
     QJsonObject root;
     root.insert(key("$schema"), QLatin1String("https://json.schemastore.org/sarif-2.1.0.json"));

@@ -13,12 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace {
-
-const char Variable[] = "NUV_APPS_CONFIG_FILE";
-
 /// A file in memory, gone with the object or with the process.
-class MemoryFile
+class LibraryView::MemoryFile
 {
 public:
     explicit MemoryFile(const QByteArray &bytes)
@@ -64,6 +60,10 @@ private:
     int m_descriptor;
     bool m_isWritten = false;
 };
+
+namespace {
+
+const char Variable[] = "NUV_APPS_CONFIG_FILE";
 
 /// An environment variable that has its old value again at the end of the block.
 class VariableSetter
@@ -139,22 +139,25 @@ bool keepsLoaderBusy(const QSettings &settings, int bytes)
 
 } // namespace
 
+LibraryView::LibraryView() {}
+
 std::unique_ptr<LibraryView> LibraryView::load(const QByteArray &bytes, QString *error)
 {
-    const MemoryFile copy(bytes);
-    if (!copy.isWritten()) {
+    std::unique_ptr<LibraryView> view(new LibraryView);
+    view->m_copy.reset(new MemoryFile(bytes));
+    if (!view->m_copy->isWritten()) {
         *error = QLatin1String("there is not enough memory for this file");
         return nullptr;
     }
-    // It is read here already: the loader's own settings share what these have read.
-    const QSettings settings(QString::fromLatin1(copy.path()), JsonSettingsFormat);
-    if (keepsLoaderBusy(settings, bytes.size())) {
+    const QByteArray path = view->m_copy->path();
+    view->m_errorOffset = findError(bytes);
+    // The file is read here. The loader's own settings share what these have read.
+    view->m_settings.reset(new QSettings(QString::fromLatin1(path), JsonSettingsFormat));
+    if (keepsLoaderBusy(*view->m_settings, bytes.size())) {
         *error = QLatin1String("a key \"size\" would keep the loader busy for minutes; see check");
         return nullptr;
     }
-    const VariableSetter setter(copy.path());
-    std::unique_ptr<LibraryView> view(new LibraryView);
-    view->m_errorOffset = findError(bytes);
+    const VariableSetter setter(path);
     view->m_state.reset(new WebAppSettingsPrivate);
     return view;
 }

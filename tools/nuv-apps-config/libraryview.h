@@ -24,8 +24,8 @@ public:
 
     const WebAppSettingsPrivate &state() const { return *m_state; }
 
-    /// All keys of the file; to be read only.
-    QSettings &settings() const { return *m_state->settings; }
+    /// The file as any settings object sees it.
+    const QSettings &settings() const { return *m_settings; }
 
     /// False for a syntax error, with which the library uses nothing of the file.
     bool isParsed() const { return m_errorOffset < 0; }
@@ -37,8 +37,12 @@ public:
     int elementCount() const;
 
 private:
-    LibraryView() {}
+    LibraryView();
 
+    class MemoryFile;
+
+    std::unique_ptr<MemoryFile> m_copy;
+    std::unique_ptr<QSettings> m_settings;
     std::unique_ptr<WebAppSettingsPrivate> m_state;
     int m_errorOffset = -1;
 };

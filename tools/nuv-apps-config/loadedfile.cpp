@@ -1,6 +1,7 @@
 #include "tools/nuv-apps-config/loadedfile.h"
 
 #include "tools/nuv-apps-config/output.h"
+#include "tools/nuv-apps-config/readfile.h"
 #include "tools/nuv-apps-config/valuetext.h"
 
 #include <QSettings>
@@ -24,19 +25,14 @@ std::unique_ptr<LoadedFile> LoadedFile::open(const QString &name, ExitStatus *st
         return nullptr;
     }
     if (!choice.warning.isEmpty())
-        Output::complain(QLatin1String("warning: ") + choice.warning);
-    QByteArray bytes;
+        Output::complain(choice.path + QLatin1String(": warning: ") + choice.warning);
     QString error;
-    if (!ConfigurationFile::read(choice.path, &bytes, &error)) {
-        Output::complain(choice.path + QLatin1String(": ") + error);
-        return nullptr;
-    }
-    *status = Found;
     std::unique_ptr<LoadedFile> file(new LoadedFile);
     file->m_why = choice.why;
-    file->m_analysis = analyse(choice.path, bytes, ConfigurationFile::folderOf(choice.path));
-    if (file->load(&error))
+    file->m_analysis = readFile(choice.path, &error);
+    if (file->m_analysis && file->load(&error))
         return file;
+    *status = file->m_analysis ? Found : Trouble;
     Output::complain(choice.path + QLatin1String(": ") + error);
     return nullptr;
 }

@@ -23,7 +23,7 @@ public:
     QString why() const { return m_why; }
     const Analysis &analysis() const { return *m_analysis; }
     const WebAppSettingsPrivate &state() const { return m_view->state(); }
-    QSettings &settings() const { return m_view->settings(); }
+    const QSettings &settings() const { return m_view->settings(); }
 
     /// False for a syntax error and for an empty file: the library uses nothing of it.
     bool isRead() const;

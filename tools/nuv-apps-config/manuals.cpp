@@ -97,16 +97,20 @@ QByteArray Reference::programManual()
     page += heading("OPTIONS");
     for (const Option &option : Commands::options())
         page += optionItem(option);
+    page += heading("EXIT STATUS") + text("Each cause has one status, with every command.\n");
+    for (const Outcome &outcome : Commands::outcomes())
+        page += item(text(outcome.status), roff(text(outcome.cause)));
     page +=
-        heading("EXIT STATUS") + item(text("0"), text("Nothing found."))
-        + item(
-            text("1"),
-            text(
-                "Findings from the severity of \\-\\-fail\\-on on, differences, or no such value."))
-        + item(text("2"), text("A wrong call, or a file that cannot be read or written."))
+        heading("VALUES IN JSON")
+        + text(
+            "An integer is written with all its digits; a reader that makes doubles of them loses "
+            "those beyond 9007199254740992. A double is written with a point or an exponent, and "
+            "so that it reads back the same. One that is too large for a double is the string "
+            "\"inf\" or \"\\-inf\". The type next to each value tells them apart.\n")
         + heading("ENVIRONMENT")
         + item(bold(text("NUV_APPS_CONFIG_FILE")),
-               text("The configuration file; read as Latin\\-1."))
+               text("The configuration file; read as Latin\\-1. If it names nothing that exists, "
+                    "AppsConfig.json in the working directory is read, and a warning says so."))
         + item(bold(text("NO_COLOR")), text("If set and not empty, \\-\\-color=auto means never."))
         + heading("SEE ALSO") + text("\\fBAppsConfig.json\\fR(5)\n");
     return page.toUtf8();

@@ -28,6 +28,18 @@ bool writeAll(const char *bytes, int size)
     return true;
 }
 
+// By the signal, which the shell and its "set -o pipefail" know. It is ignored otherwise, since a
+// standard error without a reader is no reason to end.
+void endAsOthersDo()
+{
+    std::signal(SIGPIPE, SIG_DFL);
+    sigset_t blocked;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGPIPE);
+    sigprocmask(SIG_UNBLOCK, &blocked, nullptr);
+    std::raise(SIGPIPE);
+}
+
 } // namespace
 
 // The numbers 0 to 2 must not go to a file that is opened later.
@@ -48,6 +60,8 @@ bool Output::flush()
     errno = EBADF;
     if (m_isClosed || !writeAll(bytes.constData(), bytes.size())) {
         m_hasFailed = true;
+        if (errno == EPIPE)
+            endAsOthersDo();
         complain(QString(QLatin1String("cannot write to the standard output: %1"))
                      .arg(qt_error_string(errno)));
     }

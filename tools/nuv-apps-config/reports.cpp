@@ -5,8 +5,8 @@ namespace {
 QString counted(int count, const char *what)
 {
     return QString(QLatin1String("%1 %2%3"))
-        .arg(count)
-        .arg(QLatin1String(what), count == 1 ? QString() : QString(QLatin1Char('s')));
+        .arg(QString::number(count), QLatin1String(what),
+             count == 1 ? QString() : QString(QLatin1Char('s')));
 }
 
 } // namespace
@@ -23,7 +23,7 @@ std::unique_ptr<Report> Report::make(const Invocation &invocation, Output &outpu
     case Format::Text:
         break;
     }
-    return makeTextReport(invocation.useColour, output);
+    return makeTextReport(invocation.useColour, qMax(1, invocation.arguments.size()), output);
 }
 
 QString Report::summary(int files, int errors, int warnings, int notes)

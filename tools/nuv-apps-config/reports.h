@@ -2,6 +2,7 @@
 #define REPORTS_H
 
 #include "tools/nuv-apps-config/analysis.h"
+#include "tools/nuv-apps-config/effect.h"
 #include "tools/nuv-apps-config/invocation.h"
 #include "tools/nuv-apps-config/output.h"
 
@@ -12,10 +13,13 @@ class Report
 {
 public:
     virtual ~Report() {}
-    virtual void add(const Analysis &analysis) = 0;
 
-    /// A finding without a file.
-    virtual void addMissing(const QString &name, const QString &text) = 0;
+    /// Which file was chosen where none was named, and why. Comes before what is found in it.
+    virtual void addChoice(const QString &name, const QString &why) = 0;
+    virtual void add(const Analysis &analysis, const Effect &effect) = 0;
+
+    /// A finding about a file that could not be read. `rule` is one of the group of files.
+    virtual void addUnread(const char *rule, const QString &name, const QString &text) = 0;
     virtual void finish() = 0;
 
     static std::unique_ptr<Report> make(const Invocation &invocation, Output &output);
@@ -24,7 +28,7 @@ public:
     static QString summary(int files, int errors, int warnings, int notes);
 };
 
-std::unique_ptr<Report> makeTextReport(bool useColour, Output &output);
+std::unique_ptr<Report> makeTextReport(bool useColour, int fileCount, Output &output);
 std::unique_ptr<Report> makeJsonReport(Output &output);
 std::unique_ptr<Report> makeSarifReport(Output &output);
 std::unique_ptr<Report> makeGithubReport(Output &output);

@@ -14,6 +14,8 @@ const Severity E = Severity::Error, W = Severity::Warning, N = Severity::Note;
 // clang-format off
 const std::vector<Rule> table = {
     { "no-file", Fi, E, "No configuration file", "The library looks at two places: the file that NUV_APPS_CONFIG_FILE names, and AppsConfig.json in the working directory of the launcher. With neither, nothing is configured and nothing is said." },
+    { "unreadable-file", Fi, E, "A file that cannot be read", "It does not exist, its mode or owner forbids it, it is a directory, a pipe or a device, or it is too large: more than 256 MiB, or 12 million values. The report of the other files is not the whole one." },
+    { "variable-names-nothing", Fi, W, "NUV_APPS_CONFIG_FILE names a file that does not exist", "The library falls back to AppsConfig.json in the working directory without a word, and the launcher shows what that file says. Correct the path, or unset the variable. The library reads the path as Latin-1." },
     { "empty-file", Fi, E, "The file is empty", "Nothing is configured. The reader of the format is not even called for a file without bytes, so not the one warning for a syntax error appears." },
     { "not-text", Fi, E, "The file is not text that the library can read", "The library reads bytes as Latin-1. A binary file or one in UTF-16 or UTF-32 is no JSON for it. Save it as plain text, best with nothing but ASCII." },
     { "too-deep", Fi, W, "The document is nested very deeply", "The flat keys of the settings grow with the square of the depth: 20,000 nested brackets take 0.8 GB of memory." },

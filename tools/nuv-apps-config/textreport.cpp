@@ -26,10 +26,14 @@ const char *colourOf(Severity severity)
 class TextReport : public Report
 {
 public:
-    TextReport(bool useColour, Output &output) : m_useColour(useColour), m_output(output) {}
+    TextReport(bool useColour, int fileCount, Output &output)
+        : m_useColour(useColour), m_output(output), m_fileCount(fileCount)
+    {
+    }
 
-    void add(const Analysis &analysis) override;
-    void addMissing(const QString &name, const QString &text) override;
+    void addChoice(const QString &name, const QString &why) override;
+    void add(const Analysis &analysis, const Effect &effect) override;
+    void addUnread(const char *rule, const QString &name, const QString &text) override;
     void finish() override;
 
 private:
@@ -41,6 +45,8 @@ private:
     bool m_useColour;
     Output &m_output;
     int m_files = 0;
+    int m_fileCount;
+    QString m_effect; ///< of a file that is the only one
     int m_counts[3] = { 0, 0, 0 };
 };
 
@@ -54,9 +60,8 @@ void TextReport::addLine(const Analysis &analysis, int offset, Severity severity
 {
     const Place place = analysis.source.place(offset);
     const QString where = QString(QLatin1String("%1:%2:%3: "))
-                              .arg(Output::printable(analysis.source.name()))
-                              .arg(place.line)
-                              .arg(place.column);
+                              .arg(Output::printable(analysis.source.name()),
+                                   QString::number(place.line), QString::number(place.column));
     m_output.write(
         coloured(Bold, where)
         + coloured(colourOf(severity), Rules::severityName(severity) + QLatin1String(": "))
@@ -94,39 +99,52 @@ void TextReport::addFinding(const Analysis &analysis, const Finding &finding)
     }
 }
 
-void TextReport::add(const Analysis &analysis)
+void TextReport::addChoice(const QString &name, const QString &why)
+{
+    m_output.write(QString(QLatin1String("File: %1 (%2)\n"))
+                       .arg(Output::printable(name), Output::printable(why)));
+}
+
+void TextReport::add(const Analysis &analysis, const Effect &effect)
 {
     ++m_files;
     for (const Finding &finding : analysis.findings.all())
         addFinding(analysis, finding);
     if (analysis.findings.dropped() > 0)
         m_output.write(QString(QLatin1String("%1: %2 more findings are not shown\n"))
-                           .arg(Output::printable(analysis.source.name()))
-                           .arg(analysis.findings.dropped()));
+                           .arg(Output::printable(analysis.source.name()),
+                                QString::number(analysis.findings.dropped())));
+    m_effect = effect.text;
+    if (m_fileCount > 1)
+        m_output.write(Output::printable(analysis.source.name()) + QLatin1String(": ") + effect.text
+                       + QLatin1Char('\n'));
     m_output.flush();
 }
 
-void TextReport::addMissing(const QString &name, const QString &text)
+void TextReport::addUnread(const char *rule, const QString &name, const QString &text)
 {
-    ++m_counts[int(Severity::Error)];
-    m_output.write(coloured(Bold, Output::printable(name) + QLatin1String(": "))
-                   + coloured(colourOf(Severity::Error), QLatin1String("error: "))
-                   + Output::printable(text) + coloured(Faint, QLatin1String(" [no-file]"))
-                   + QLatin1Char('\n'));
+    const Severity severity = Rules::find(rule).severity;
+    ++m_counts[int(severity)];
+    m_output.write(
+        coloured(Bold, Output::printable(name) + QLatin1String(": "))
+        + coloured(colourOf(severity), Rules::severityName(severity) + QLatin1String(": "))
+        + Output::printable(text)
+        + coloured(Faint, QString(QLatin1String(" [%1]")).arg(QLatin1String(rule)))
+        + QLatin1Char('\n'));
 }
 
 void TextReport::finish()
 {
-    if (m_files == 0 && m_counts[int(Severity::Error)] == 0)
-        return;
     m_output.write(summary(m_files, m_counts[int(Severity::Error)],
                            m_counts[int(Severity::Warning)], m_counts[int(Severity::Note)])
                    + QLatin1Char('\n'));
+    if (m_fileCount == 1 && m_files == 1)
+        m_output.write(m_effect + QLatin1Char('\n'));
 }
 
 } // namespace
 
-std::unique_ptr<Report> makeTextReport(bool useColour, Output &output)
+std::unique_ptr<Report> makeTextReport(bool useColour, int fileCount, Output &output)
 {
-    return std::unique_ptr<Report>(new TextReport(useColour, output));
+    return std::unique_ptr<Report>(new TextReport(useColour, fileCount, output));
 }
