@@ -19,7 +19,8 @@
 #include <cstring>
 
 /// What nuv-apps-config says of a file is what a program that is linked to the library gets from it.
-/// NUV_TEST_FILES sets how many files are tried, NUV_TEST_SEED which.
+/// NUV_TEST_FILES sets how many files are tried, NUV_TEST_SEED which; from some ten thousand on
+/// QTEST_FUNCTION_TIMEOUT must be raised, too.
 class tst_Agreement : public QObject
 {
     Q_OBJECT
