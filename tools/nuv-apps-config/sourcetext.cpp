@@ -5,35 +5,70 @@
 #include <algorithm>
 #include <cstring>
 
-SourceText::SourceText(const QString &name, const QByteArray &bytes)
-    : m_name(name), m_bytes(bytes), m_lines(1, 0)
+namespace {
+
+const int BlockSize = 1024;
+
+bool isBlank(char byte)
+{
+    return byte == ' ' || byte == '\t';
+}
+
+} // namespace
+
+SourceText::SourceText(const QString &name, const QByteArray &bytes) : m_name(name), m_bytes(bytes)
 {
     const char *const begin = m_bytes.constData();
-    const char *const end = begin + m_bytes.size();
-    const char *p = begin;
-    while (p != end) {
-        p = static_cast<const char *>(std::memchr(p, '\n', size_t(end - p)));
-        if (!p)
-            break;
-        ++p;
-        m_lines.push_back(int(p - begin));
+    for (int at = 0; at <= m_bytes.size();) {
+        const void *const found = std::memchr(begin + at, '\n', size_t(m_bytes.size() - at));
+        const int end = found ? int(static_cast<const char *>(found) - begin) : m_bytes.size();
+        addLine(at, end);
+        at = end + 1;
+    }
+    countCharacters();
+}
+
+void SourceText::addLine(int begin, int end)
+{
+    const char *const line = m_bytes.constData() + begin;
+    int indentation = 0;
+    while (begin + indentation < end && isBlank(line[indentation]))
+        ++indentation;
+    m_lines.push_back({ begin, indentation, Utf8::isValid(line, end - begin) });
+}
+
+void SourceText::countCharacters()
+{
+    m_characters.push_back(0);
+    for (int at = BlockSize; at <= m_bytes.size(); at += BlockSize) {
+        const char *const block = m_bytes.constData() + at - BlockSize;
+        m_characters.push_back(m_characters.back() + Utf8::count(block, BlockSize));
     }
 }
 
-int SourceText::lineIndex(int offset) const
+int SourceText::charactersBefore(int offset) const
 {
-    return int(std::upper_bound(m_lines.begin(), m_lines.end(), offset) - m_lines.begin()) - 1;
+    const int block = offset / BlockSize;
+    const int begin = block * BlockSize;
+    return m_characters[size_t(block)] + Utf8::count(m_bytes.constData() + begin, offset - begin);
+}
+
+size_t SourceText::lineIndex(int offset) const
+{
+    const auto next = std::upper_bound(m_lines.begin(), m_lines.end(), offset,
+                                       [](int at, const Line &line) { return at < line.begin; });
+    return size_t(next - m_lines.begin()) - 1;
 }
 
 int SourceText::lineBegin(int offset) const
 {
-    return m_lines[size_t(lineIndex(offset))];
+    return m_lines[lineIndex(offset)].begin;
 }
 
 int SourceText::lineEnd(int offset) const
 {
-    const size_t next = size_t(lineIndex(offset)) + 1;
-    int end = next < m_lines.size() ? m_lines[next] - 1 : m_bytes.size();
+    const size_t next = lineIndex(offset) + 1;
+    int end = next < m_lines.size() ? m_lines[next].begin - 1 : m_bytes.size();
     if (end > lineBegin(offset) && m_bytes.at(end - 1) == '\r')
         --end;
     return end;
@@ -41,25 +76,22 @@ int SourceText::lineEnd(int offset) const
 
 Place SourceText::place(int offset) const
 {
-    const int begin = lineBegin(offset);
-    const char *const line = m_bytes.constData() + begin;
-    const int length = qMax(0, lineEnd(offset) - begin);
-    const int before = offset - begin;
-    const Place place = { lineIndex(offset) + 1,
-                          1 + (Utf8::isValid(line, length) ? Utf8::count(line, before) : before) };
-    return place;
+    const size_t index = lineIndex(offset);
+    const Line &line = m_lines[index];
+    const int inFile = qMin(offset, m_bytes.size());
+    const int before = line.isUtf8
+        ? charactersBefore(inFile) - charactersBefore(line.begin) + offset - inFile
+        : offset - line.begin;
+    return { int(index) + 1, 1 + before };
 }
 
 int SourceText::indentation(int offset) const
 {
-    int p = lineBegin(offset);
-    const int begin = p;
-    while (p < m_bytes.size() && (m_bytes.at(p) == ' ' || m_bytes.at(p) == '\t'))
-        ++p;
-    return p - begin;
+    return m_lines[lineIndex(offset)].indentation;
 }
 
 bool SourceText::isFirstOnLine(int offset) const
 {
-    return lineBegin(offset) + indentation(offset) == offset;
+    const Line &line = m_lines[lineIndex(offset)];
+    return line.begin + line.indentation == offset;
 }

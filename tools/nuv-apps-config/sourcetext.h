@@ -12,7 +12,8 @@ struct Place {
     int column;
 };
 
-/// The bytes of a file and its lines.
+/// The bytes of a file and its lines. A file may be one long line, so what is asked of a line does not
+/// go through it.
 class SourceText
 {
 public:
@@ -35,11 +36,21 @@ public:
     bool isFirstOnLine(int offset) const;
 
 private:
-    int lineIndex(int offset) const;
+    struct Line {
+        int begin;
+        int indentation;
+        bool isUtf8;
+    };
+
+    void addLine(int begin, int end);
+    void countCharacters();
+    int charactersBefore(int offset) const;
+    size_t lineIndex(int offset) const;
 
     QString m_name;
     QByteArray m_bytes;
-    std::vector<int> m_lines; ///< where each begins
+    std::vector<Line> m_lines;
+    std::vector<int> m_characters; ///< in front of each block of bytes
 };
 
 #endif // SOURCETEXT_H
