@@ -48,6 +48,8 @@ private Q_SLOTS:
     void aServerThatIsSilentIsAskedAgain();
     void aPageThatShowsSomethingIsLeftAlone();
     void aLaterPageComesBackToo();
+    void whatWillNotLoadIsNotTriedAgain_data();
+    void whatWillNotLoadIsNotTriedAgain();
     void theFirstPageIsAskedForWithItsReferrerEachTime();
     void aFailureThatStaysIsToldOnce();
     void aFileThatIsMissingIsNotWaitedFor();
@@ -173,6 +175,58 @@ void tst_LauncherRetries::aLaterPageComesBackToo()
 
     QCOMPARE(server.requests("/").size(), 1);
     QCOMPARE(stop(&process).status, 0);
+}
+
+// Every row is an application of its own; all are opened by one launch. The engine ends the loading of all
+// these as a failure.
+void tst_LauncherRetries::whatWillNotLoadIsNotTriedAgain_data()
+{
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<int>("requests");
+
+    const char *const heads[][2] = {
+        { "a file that the engine cannot show",
+          "200 OK\r\nContent-Type: application/zip\r\nContent-Length: 4" },
+        { "a page that the server does not have", "404 Not Found\r\nContent-Length: 0" },
+        { "a page that the server refuses", "403 Forbidden\r\nContent-Length: 0" },
+        { "nothing, as the server means it", "204 No Content\r\nContent-Length: 0" },
+    };
+    Applications applications;
+    HttpServer server;
+    for (const char *const(&head)[2] : heads) {
+        const QByteArray target = "/" + QByteArray::number(int(&head - heads));
+        server.serveBytes(target,
+                          "HTTP/1.1 " + QByteArray(head[1]) + "\r\nConnection: close\r\n\r\nPK34");
+        const QByteArray page = "/page" + target;
+        server.serve(page.constData(),
+                     "<script>onload = function() { setTimeout(function() { location = '" + target
+                         + "'; setTimeout(function() { zarexExt.say('still here') }, 1500) }, 50) }"
+                           "</script>");
+        applications.add(head[0], server.address(page.constData()));
+    }
+    Stage stage;
+    stage.configure(applications.elements());
+    QProcess process;
+    stage.start(&process, applications.arguments().mid(2), stage.path("."));
+    for (const char *const(&head)[2] : heads)
+        Stage::awaitOutput(&process, (QByteArray(head[0]) + "  says: still here\n").constData());
+    const Run run = stop(&process);
+    for (const char *const(&head)[2] : heads) {
+        const QByteArray target = "/" + QByteArray::number(int(&head - heads));
+        QTest::newRow(head[0])
+            << linesAfter((QByteArray(head[0]) + "  ").constData(), run.out).join(text("\n"))
+            << server.requests(target.constData()).size();
+    }
+}
+
+void tst_LauncherRetries::whatWillNotLoadIsNotTriedAgain()
+{
+    QFETCH(QString, output);
+    QFETCH(int, requests);
+
+    QVERIFY2(output.contains(text("still here")), qPrintable(output));
+    QVERIFY2(!output.contains(text("tried again")), qPrintable(output));
+    QCOMPARE(requests, 1);
 }
 
 void tst_LauncherRetries::theFirstPageIsAskedForWithItsReferrerEachTime()

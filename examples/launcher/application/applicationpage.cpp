@@ -25,10 +25,19 @@ bool isUnnamed(const QString &source)
     return source.isEmpty() || source == QLatin1String("undefined");
 }
 
+// Not where the server does not have the page or refuses it, nor where the engine cannot show what is there.
+bool isTransient(const QWebPage::ErrorPageExtensionOption &failure)
+{
+    const bool isRefused =
+        failure.domain == QWebPage::Http && failure.error >= 400 && failure.error < 500;
+    return failure.domain != QWebPage::WebKit && !isRefused;
+}
+
 } // namespace
 
 ApplicationPage::ApplicationPage(QObject *parent)
     : QWebPage(parent),
+      m_mayLoadLater(false),
       m_errorPageIsShown(false),
       m_consoleIsShown(true),
       m_databasesAreOffered(false),
@@ -133,9 +142,15 @@ QString ApplicationPage::loadError() const
     return m_loadError;
 }
 
+bool ApplicationPage::mayLoadLater() const
+{
+    return m_mayLoadLater;
+}
+
 void ApplicationPage::forgetLoadError()
 {
     m_loadError.clear();
+    m_mayLoadLater = false;
 }
 
 bool ApplicationPage::supportsExtension(Extension extension) const
@@ -152,8 +167,10 @@ bool ApplicationPage::extension(Extension extension, const ExtensionOption *opti
     if (extension != ErrorPageExtension)
         return QWebPage::extension(extension, option, output);
     const ErrorPageExtensionOption *failure = static_cast<const ErrorPageExtensionOption *>(option);
-    if (failure->frame == mainFrame())
+    if (failure->frame == mainFrame()) {
         m_loadError = reasonOf(*failure);
+        m_mayLoadLater = isTransient(*failure);
+    }
     if (!m_errorPageIsShown)
         return false;
     ErrorPageExtensionReturn *page = static_cast<ErrorPageExtensionReturn *>(output);

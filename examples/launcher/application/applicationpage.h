@@ -51,6 +51,9 @@ public:
     /// Why the last document did not load; empty when the engine does not say.
     QString loadError() const;
 
+    /// Whether the last document failed so that it may load another time.
+    bool mayLoadLater() const;
+
     bool supportsExtension(Extension extension) const override;
     bool extension(Extension extension, const ExtensionOption *option,
                    ExtensionReturn *output) override;
@@ -88,6 +91,7 @@ private:
     QMap<QByteArray, QString> m_documentScripts;
     QString m_loadError;
     QuestionFlood m_questions;
+    bool m_mayLoadLater;
     bool m_errorPageIsShown;
     bool m_consoleIsShown;
     bool m_databasesAreOffered;

@@ -62,11 +62,10 @@ void PageKeeper::look(QNetworkReply *reply)
         m_status = status;
 }
 
-// Where the engine does not say why, the loading was stopped, or something else than a page was loaded.
 void PageKeeper::finished(bool ok)
 {
     m_patience.stop();
-    if (!ok && !m_page->loadError().isEmpty()) {
+    if (!ok && m_page->mayLoadLater()) {
         wait();
     } else if (ok && m_status != 0) {
         wait();
