@@ -43,6 +43,7 @@
 //   unattended         what they ask of the launcher
 //   unattendedpage     a page that waits for nobody
 //   picturefile        writes a picture
+//   windowpicture      what a window looks like
 //   pagescript         asks a page what a script of the command line gives
 
 #include "program/console.h"

@@ -2,6 +2,7 @@
 #include "examples/launcher/application/applicationpage.h"
 #include "examples/launcher/application/applicationview.h"
 #include "examples/launcher/network/launchernetwork.h"
+#include "examples/launcher/unattended/windowpicture.h"
 #include "tests/launcher/output.h"
 #include "tests/support/guitestmain.h"
 #include "tests/support/toolkitdifferences.h"
@@ -33,7 +34,7 @@ public:
     {
         m_view.page()->mainFrame()->setHtml(text(html));
         QTest::qWait(300); // drawn in layers, some time after the page
-        m_picture = m_view.picture();
+        m_picture = pictureOf(m_view);
     }
 
     QString answer(const char *script) const

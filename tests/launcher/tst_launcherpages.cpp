@@ -3,6 +3,7 @@
 #include "examples/launcher/application/applicationview.h"
 #include "examples/launcher/application/websurface.h"
 #include "examples/launcher/network/launchernetwork.h"
+#include "examples/launcher/unattended/windowpicture.h"
 #include "tests/launcher/output.h"
 #include "tests/launcher/stage.h"
 #include "tests/support/guitestmain.h"
@@ -171,7 +172,7 @@ void tst_LauncherPages::withoutScrollBarsThePageScrolls()
                 "<body style='background: #0f0; margin: 0'>"
                 "<div style='width: 3000px; height: 3000px'></div>");
 
-    const QImage picture = window.view().picture();
+    const QImage picture = pictureOf(window.view());
     QCOMPARE(picture.pixel(395, 150) != green, areSeen);
     QCOMPARE(picture.pixel(200, 295) != green, areSeen);
 

@@ -7,6 +7,7 @@
 #include "examples/launcher/unattended/pagescript.h"
 #include "examples/launcher/unattended/unattendedpage.h"
 #include "examples/launcher/application/websurface.h"
+#include "examples/launcher/unattended/windowpicture.h"
 #include "hooks/networkaccessmanager.h"
 #include "tests/launcher/output.h"
 #include "tests/support/guitestmain.h"
@@ -230,7 +231,7 @@ void tst_LauncherWindows::aSceneFollowsTheSizeOfItsWindow()
     QCoreApplication::sendPostedEvents();
 
     QCOMPARE(window.answer("innerWidth + 'x' + innerHeight"), text("500x350"));
-    QCOMPARE(window.view().picture().pixel(499, 349), 0xff00ff00u);
+    QCOMPARE(pictureOf(window.view()).pixel(499, 349), 0xff00ff00u);
 }
 
 void tst_LauncherWindows::aSceneScrollsOverAnItemThatGrows()
@@ -262,8 +263,8 @@ void tst_LauncherWindows::aTransparentSceneIsTransparent()
     window.frame()->setHtml(text("<body style='margin: 0'><div style='width: 50px;"
                                  "height: 50px; background: #0f0'></div>"));
 
-    QCOMPARE(window.view().picture().pixel(20, 20), 0xff00ff00u);
-    QCOMPARE(window.view().picture().pixel(200, 200), 0u);
+    QCOMPARE(pictureOf(window.view()).pixel(20, 20), 0xff00ff00u);
+    QCOMPARE(pictureOf(window.view()).pixel(200, 200), 0u);
 }
 
 void tst_LauncherWindows::theChromeOpensWhatIsEntered()
@@ -326,8 +327,8 @@ void tst_LauncherWindows::theChromeIsOpaqueOverATransparentPage()
     Window window(config);
     window.frame()->setHtml(text("<p>"));
 
-    QCOMPARE(qAlpha(window.view().picture().pixel(1, 1)), 255);
-    QCOMPARE(window.view().picture().pixel(200, 250), 0u);
+    QCOMPARE(qAlpha(pictureOf(window.view()).pixel(1, 1)), 255);
+    QCOMPARE(pictureOf(window.view()).pixel(200, 250), 0u);
 }
 
 void tst_LauncherWindows::aPageThatMayNotScrollDoesNot_data()
@@ -417,9 +418,9 @@ void tst_LauncherWindows::bordersStayWhateverElseIsConfigured()
     other.frame()->setHtml(page);
     QTest::qWait(100);
 
-    QVERIFY(window.view().picture().pixel(100, 50) != 0xff00ff00u);
-    QCOMPARE(window.view().picture().pixel(100, 60), 0xff00ff00u);
-    QCOMPARE(other.view().picture().pixel(100, 50), 0xff00ff00u);
+    QVERIFY(pictureOf(window.view()).pixel(100, 50) != 0xff00ff00u);
+    QCOMPARE(pictureOf(window.view()).pixel(100, 60), 0xff00ff00u);
+    QCOMPARE(pictureOf(other.view()).pixel(100, 50), 0xff00ff00u);
 }
 
 void tst_LauncherWindows::theLaterOfTwoNamesDecides()

@@ -6,6 +6,7 @@
 #include "examples/launcher/values/valuekind.h"
 #include "examples/launcher/effects/viewsettings.h"
 #include "examples/launcher/application/websurface.h"
+#include "examples/launcher/unattended/windowpicture.h"
 #include "tests/launcher/authority.h"
 #include "tests/launcher/httpserver.h"
 #include "tests/launcher/output.h"
@@ -124,7 +125,7 @@ QString userScriptEffect(ApplicationView &view)
 QString classThatShowsThePage(ApplicationView &view)
 {
     load(view, file("green.html"));
-    const QRgb pixel = view.picture().pixel(20, 20);
+    const QRgb pixel = pictureOf(view).pixel(20, 20);
     return QLatin1String(view.page()->view()->metaObject()->className())
         + QLatin1String(pixel == green ? ", green" : ", blank");
 }
@@ -148,14 +149,14 @@ QString opacity(ApplicationView &view)
 QString alphaOfThePage(ApplicationView &view)
 {
     load(view, file("page.html"));
-    return QString::number(qAlpha(view.picture().pixel(200, 200)));
+    return QString::number(qAlpha(pictureOf(view).pixel(200, 200)));
 }
 
 /// How many pixels the page is wide in its own measure, and the square in it in that of the picture.
 QString widths(ApplicationView &view)
 {
     const QString width = answerOf(view, "square.html", "innerWidth");
-    const QImage picture = view.picture();
+    const QImage picture = pictureOf(view);
     int ofSquare = 0;
     while (ofSquare < picture.width() && picture.pixel(ofSquare, 10) == green)
         ++ofSquare;
@@ -165,7 +166,7 @@ QString widths(ApplicationView &view)
 QString scrollBar(ApplicationView &view)
 {
     load(view, file("highgreen.html"));
-    const QImage picture = view.picture();
+    const QImage picture = pictureOf(view);
     return yesOrNo(picture.pixel(picture.width() - 5, picture.height() / 2) != green);
 }
 
@@ -206,7 +207,7 @@ QString borderOfALayer(ApplicationView &view)
 {
     load(view, file("layer.html"));
     QTest::qWait(100); // layers are put together later
-    const QImage picture = view.picture();
+    const QImage picture = pictureOf(view);
     const QRgb edge = picture.pixel(100, 50);
     return yesOrNo(edge != picture.pixel(100, 60));
 }
@@ -219,7 +220,7 @@ QString frozenTiles(ApplicationView &view)
     item->setTiledBackingStoreFrozen(true);
     answer(view, "document.body.style.background = '#00f'");
     QTest::qWait(50);
-    const QRgb pixel = view.picture().pixel(20, 20);
+    const QRgb pixel = pictureOf(view).pixel(20, 20);
     item->setTiledBackingStoreFrozen(false);
     return yesOrNo(pixel == green);
 }

@@ -81,12 +81,6 @@ void ApplicationView::apply(const AppConfig &config)
     useCertificate(config);
 }
 
-void ApplicationView::keepSize(const QSize &size)
-{
-    setWindowState(Qt::WindowNoState);
-    resize(size);
-}
-
 void ApplicationView::setTimeout(int timeout)
 {
     m_timeout = timeout;
@@ -152,14 +146,6 @@ void ApplicationView::bringToFront()
 bool ApplicationView::showsErrorPage() const
 {
     return m_page->errorPageIsShown() && !m_page->loadError().isEmpty();
-}
-
-QImage ApplicationView::picture()
-{
-    QImage image(size(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    render(&image, QPoint(), QRegion(), DrawChildren);
-    return image;
 }
 
 QNetworkAccessManager *ApplicationView::networkAccess() const

@@ -5,7 +5,6 @@
 #include "application/broadcastaccess.h"
 #include <ZarexExtBase>
 
-#include <QImage>
 #include <QPointer>
 #include <QScopedPointer>
 #include <QUrl>
@@ -33,9 +32,6 @@ public:
     /// Applies the configured properties, and prints them.
     void apply(const AppConfig &config);
 
-    /// Gives the window this size, even if it is configured to be as large as the screen.
-    void keepSize(const QSize &size);
-
     /// A page of which nothing is there after so many milliseconds has failed. Without a limit at first.
     void setTimeout(int timeout);
 
@@ -53,9 +49,6 @@ public:
 
     /// Whether a page of the launcher's stands in place of the one that did not load.
     bool showsErrorPage() const;
-
-    /// What the window looks like now, with transparent pixels where nothing covers the background.
-    QImage picture();
 
     /// Null when there is none.
     QNetworkAccessManager *networkAccess() const;

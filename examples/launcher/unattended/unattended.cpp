@@ -5,11 +5,23 @@
 #include "program/launcher.h"
 #include "unattended/pagescript.h"
 #include "unattended/picturefile.h"
+#include "unattended/windowpicture.h"
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QTimer>
 #include <QUrl>
+
+namespace {
+
+// Even if it is configured to be as large as the screen.
+void keepSize(ApplicationView *view, const QSize &size)
+{
+    view->setWindowState(Qt::WindowNoState);
+    view->resize(size);
+}
+
+} // namespace
 
 Unattended::Unattended(Launcher *launcher, const Options &options)
     : QObject(launcher), m_launcher(launcher), m_options(options), m_finished(false)
@@ -33,7 +45,7 @@ QString Unattended::value(const char *option) const
 void Unattended::prepare(ApplicationView *view)
 {
     if (!value("screenshot").isEmpty())
-        view->keepSize(m_options.size);
+        keepSize(view, m_options.size);
     if (endsByItself(m_options))
         view->expectNobody();
 }
@@ -75,7 +87,7 @@ void Unattended::ask(ApplicationView *view)
 void Unattended::takePicture(ApplicationView *view)
 {
     const QString file = pictureFile(view->tag());
-    const QString problem = writePicture(view->picture(), file);
+    const QString problem = writePicture(pictureOf(*view), file);
     if (!problem.isEmpty()) {
         Console::error(view->tag() + QLatin1String(": the picture cannot be written to ") + file
                        + QLatin1String(": ") + problem);
