@@ -220,7 +220,8 @@ const char roomPage[] = "<script>function end(word) { zarexExt.say(word); zarexE
 const char manifestPage[] =
     "<html manifest='/manifest'><script>function end() { zarexExt.say('done') }"
     "applicationCache.oncached = applicationCache.onnoupdate = applicationCache.onerror = end;"
-    "onload = function() { if (applicationCache.status == 0) setTimeout(end, 500) }</script>";
+    "onload = function() { setTimeout(function() { if (applicationCache.status == 0) end() }, "
+    "1000) }</script>";
 const char fetchingPage[] =
     "<script>var r = new XMLHttpRequest; r.onload = function() { zarexExt.say(r.responseText) };"
     "r.onerror = function() { zarexExt.say('refused') };"

@@ -53,6 +53,7 @@ private Q_SLOTS:
     void theFirstPageIsAskedForWithItsReferrerEachTime();
     void aFailureThatStaysIsToldOnce();
     void aFileThatIsMissingIsNotWaitedFor();
+    void anApplicationWhoseServerHasNoPageHasFailed();
 };
 
 void tst_LauncherRetries::thePausesGrowToAMinute()
@@ -273,6 +274,20 @@ void tst_LauncherRetries::aFileThatIsMissingIsNotWaitedFor()
 
     QCOMPARE(run.status, 1);
     QVERIFY(!run.out.contains(text("tried again")));
+}
+
+void tst_LauncherRetries::anApplicationWhoseServerHasNoPageHasFailed()
+{
+    HttpServer server;
+    server.serveBytes("/", "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n");
+    Stage stage;
+    stage.configure(Stage::application("tv", server.address()));
+
+    const Run run = stage.launch("tv");
+
+    QCOMPARE(run.status, 1);
+    QVERIFY(!run.out.contains(text("tried again")));
+    QCOMPARE(server.requests("/").size(), 1);
 }
 
 NUV_TEST_MAIN(tst_LauncherRetries)

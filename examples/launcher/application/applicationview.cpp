@@ -46,6 +46,7 @@ ApplicationView::ApplicationView(const QString &tag, ApplicationPage::Maker make
     : m_page(makePageFor(tag, makePage, this)),
       m_network(createNetworkAccessManager(this)),
       m_layout(new QVBoxLayout(this)),
+      m_keeper(nullptr),
       m_timeout(0),
       m_isAttended(true),
       m_loadedUrlsArePrinted(false)
@@ -105,10 +106,10 @@ void ApplicationView::start()
         emit failed(m_page->loadError());
         return;
     }
-    connect(m_page, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
     if (m_isAttended)
-        keepPage();
-    else if (m_timeout > 0)
+        keepPage(); // first, so that it is known whether the page is tried again
+    connect(m_page, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
+    if (!m_isAttended && m_timeout > 0)
         QTimer::singleShot(m_timeout, this, SLOT(giveUp()));
     show();
     load(m_address);
@@ -116,11 +117,11 @@ void ApplicationView::start()
 
 void ApplicationView::keepPage()
 {
-    PageKeeper *keeper = new PageKeeper(m_page, m_timeout, this);
-    connect(keeper, SIGNAL(timedOut()), SLOT(giveUp()));
-    connect(keeper, SIGNAL(due(QUrl)), SLOT(load(QUrl)));
-    connect(keeper, SIGNAL(recovered()), SIGNAL(recovered()));
-    connect(keeper, SIGNAL(note(QString)), SLOT(note(QString)));
+    m_keeper = new PageKeeper(m_page, m_timeout, this);
+    connect(m_keeper, SIGNAL(timedOut()), SLOT(giveUp()));
+    connect(m_keeper, SIGNAL(due(QUrl)), SLOT(load(QUrl)));
+    connect(m_keeper, SIGNAL(recovered()), SIGNAL(recovered()));
+    connect(m_keeper, SIGNAL(note(QString)), SLOT(note(QString)));
 }
 
 void ApplicationView::load(const QUrl &address)
@@ -133,7 +134,7 @@ void ApplicationView::load(const QUrl &address)
 
 bool ApplicationView::isTriedAgain() const
 {
-    return m_isAttended && networkAccess() && PageKeeper::keeps(m_address);
+    return m_keeper && m_keeper->isWaiting();
 }
 
 void ApplicationView::bringToFront()

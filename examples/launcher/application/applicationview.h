@@ -12,6 +12,7 @@
 
 class AppConfig;
 class NetworkAccessManager;
+class PageKeeper;
 class QNetworkAccessManager;
 class QNetworkReply;
 class QVBoxLayout;
@@ -92,6 +93,7 @@ private:
     BroadcastAccess m_broadcastAccess;
     QUrl m_address;
     QByteArray m_referrer;
+    PageKeeper *m_keeper; ///< null where nobody is there
     int m_timeout; ///< milliseconds; 0 for none
     bool m_isAttended;
     bool m_loadedUrlsArePrinted;

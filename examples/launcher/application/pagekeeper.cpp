@@ -78,9 +78,9 @@ void PageKeeper::finished(bool ok)
 
 void PageKeeper::giveUp()
 {
+    wait();
     emit timedOut(); // first, as the end of the loading is told as a failure, too
     m_page->triggerAction(QWebPage::Stop);
-    wait();
 }
 
 // Said once, however long the server stays away.

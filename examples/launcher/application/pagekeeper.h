@@ -25,6 +25,9 @@ public:
     /// Whether the address is one of the web: a file that is missing is not waited for.
     static bool keeps(const QUrl &address);
 
+    /// Whether the page failed, and is asked for again after a pause.
+    bool isWaiting() const { return m_pause.isActive(); }
+
 Q_SIGNALS:
     void timedOut(); ///< and the loading is about to be stopped
     void due(const QUrl &address); ///< it is time to ask for it again

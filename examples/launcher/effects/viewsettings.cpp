@@ -173,8 +173,10 @@ const ViewSetting ViewSettings::table[] = {
       "opens the private key, and is never shown", nullptr, nullptr },
 
     { "EnableShowErrorPage", &AppConfig::getEnableShowErrorPage, &ValueKinds::onOff, page,
-      atFailure, "a page that says why takes its place; without it the window is closed", nullptr,
-      PageSettings::setErrorPage },
+      atFailure,
+      "a page that says why takes its place; without it the window is closed unless the page is "
+      "tried again",
+      nullptr, PageSettings::setErrorPage },
     { "PrintLoadedUrls", &AppConfig::getPrintLoadedUrls, &ValueKinds::onOff, network, eachRequest,
       "every address that was loaded is printed", nullptr, PageSettings::setLoadedUrlsPrinted },
     { "SuppressWebCoreWarningMessages", &AppConfig::getSuppressWebCoreWarningMessages,
