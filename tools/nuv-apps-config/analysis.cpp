@@ -1,6 +1,9 @@
 #include "tools/nuv-apps-config/analysis.h"
 
 #include "tools/nuv-apps-config/meaning.h"
+#include "tools/nuv-apps-config/rules.h"
+
+#include <algorithm>
 
 QString Analysis::danger() const
 {
@@ -9,6 +12,20 @@ QString Analysis::danger() const
     return QString();
 }
 
+namespace {
+
+// Whether the tree may be another than the one that was meant.
+bool isBroken(const Findings &findings)
+{
+    return std::any_of(findings.all().begin(), findings.all().end(), [](const Finding &finding) {
+        const RuleGroup group = Rules::find(finding.rule).group;
+        return finding.severity == Severity::Error
+            && (group == RuleGroup::Syntax || group == RuleGroup::File);
+    });
+}
+
+} // namespace
+
 std::unique_ptr<Analysis> analyse(const QString &name, const QByteArray &bytes,
                                   const QString &folder, const ProgressSink &progress)
 {
@@ -16,6 +33,7 @@ std::unique_ptr<Analysis> analyse(const QString &name, const QByteArray &bytes,
     if (readDocument(analysis->source, analysis->document, analysis->findings, progress))
         checkMeaning(analysis->source, analysis->document, folder, analysis->findings);
     analysis->findings.sort();
-    analysis->secrets.reset(new SecretRanges(bytes, analysis->document));
+    analysis->secrets.reset(new Secrets(bytes, analysis->document, isBroken(analysis->findings)));
+    analysis->findings.hide(*analysis->secrets);
     return analysis;
 }

@@ -15,8 +15,8 @@ struct Analysis {
 
     SourceText source;
     Document document;
-    Findings findings; ///< in the order of the text
-    std::unique_ptr<SecretRanges> secrets;
+    Findings findings; ///< in the order of the text, without secrets
+    std::unique_ptr<Secrets> secrets;
 
     /// What keeps the library's own loader from being run on the file without harm; empty: nothing.
     QString danger() const;

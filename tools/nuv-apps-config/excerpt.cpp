@@ -10,13 +10,8 @@ const int Behind = 90;
 // Where the secret that `offset` is in ends; `offset` itself outside of secrets.
 int endOfSecret(const SecretRanges &secrets, int offset)
 {
-    if (!secrets.covers(offset))
-        return offset;
-    for (const SecretRanges::Range &range : secrets.all()) {
-        if (range.begin <= offset && offset < range.end)
-            return range.end;
-    }
-    return offset;
+    const SecretRanges::Range *const range = secrets.at(offset);
+    return range ? range->end : offset;
 }
 
 QString character(const char *p, int size)
@@ -33,7 +28,7 @@ QString character(const char *p, int size)
 
 } // namespace
 
-Excerpt makeExcerpt(const SourceText &source, int offset, int length, const SecretRanges *secrets)
+Excerpt makeExcerpt(const SourceText &source, int offset, int length, const Secrets &secrets)
 {
     const char *const bytes = source.bytes().constData();
     const int begin = qMax(source.lineBegin(offset), offset - Before);
@@ -42,7 +37,7 @@ Excerpt makeExcerpt(const SourceText &source, int offset, int length, const Secr
     excerpt.caret = -1;
     int markEnd = -1;
     for (int p = begin; p < end;) {
-        const int secretEnd = secrets ? endOfSecret(*secrets, p) : p;
+        const int secretEnd = endOfSecret(secrets.ranges(), p);
         const int size =
             secretEnd > p ? qMin(secretEnd, end) - p : qMax(1, Utf8::length(bytes + p, end - p));
         if (excerpt.caret < 0 && p + size > offset)

@@ -11,8 +11,7 @@ struct Excerpt {
     int width = 1; ///< of what is marked
 };
 
-/// Secrets in the line are masked, unless `secrets` is null. Of a long line the part around `offset`
-/// is given.
-Excerpt makeExcerpt(const SourceText &source, int offset, int length, const SecretRanges *secrets);
+/// Secrets in the line are masked. Of a long line the part around `offset` is given.
+Excerpt makeExcerpt(const SourceText &source, int offset, int length, const Secrets &secrets);
 
 #endif // EXCERPT_H

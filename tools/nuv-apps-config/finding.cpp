@@ -1,6 +1,7 @@
 #include "tools/nuv-apps-config/finding.h"
 
 #include "tools/nuv-apps-config/rules.h"
+#include "tools/nuv-apps-config/secrets.h"
 
 #include <algorithm>
 #include <cstring>
@@ -40,6 +41,16 @@ int Findings::count(Severity severity) const
     return int(std::count_if(m_all.begin(), m_all.end(), [severity](const Finding &finding) {
         return finding.severity == severity;
     }));
+}
+
+void Findings::hide(const Secrets &secrets)
+{
+    for (Finding &finding : m_all) {
+        finding.text = secrets.sentence(finding.text, finding.offset, finding.length);
+        finding.hint = secrets.sentence(finding.hint, finding.offset, finding.length);
+        for (Remark &remark : finding.remarks)
+            remark.text = secrets.sentence(remark.text, finding.offset, finding.length);
+    }
 }
 
 void Findings::sort()

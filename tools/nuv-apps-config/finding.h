@@ -6,6 +6,8 @@
 
 #include <vector>
 
+class Secrets;
+
 enum class Severity { Note, Warning, Error };
 
 /// A further place that explains a finding.
@@ -55,6 +57,9 @@ public:
 
     /// In the order of the text, each only once.
     void sort();
+
+    /// Masks what the texts repeat of secrets.
+    void hide(const Secrets &secrets);
 
     /// As many as anybody can read. What comes later is counted, but not kept.
     static const int Limit = 1000;

@@ -96,8 +96,7 @@ private:
         insertPlace(object, analysis.source, finding.offset);
         object.insert(
             key("excerpt"),
-            makeExcerpt(analysis.source, finding.offset, finding.length, analysis.secrets.get())
-                .line);
+            makeExcerpt(analysis.source, finding.offset, finding.length, *analysis.secrets).line);
         QJsonArray remarks;
         for (const Remark &remark : finding.remarks) {
             QJsonObject entry;

@@ -1,155 +1,187 @@
 #include "tools/nuv-apps-config/secrets.h"
 
-#include "tools/nuv-apps-config/document.h"
-#include "tools/nuv-apps-config/spelling.h"
+#include "examples/launcher/values/passwords.h"
+#include "tools/nuv-apps-config/decodedtext.h"
+#include "tools/nuv-apps-config/secretnames.h"
 
 #include <QStringList>
 
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
-// What the names of secrets consist of, with nothing or one of "-_ " between the two.
-const char Head[] = "pass";
-const char *const tails[] = { "phrase", "word", "wd", "code" };
+// Fewer characters tell little, and are in too many words that are no secret.
+const int PieceSize = 5;
 
-bool startsWith(const QByteArray &bytes, int at, const char *lowerCase)
+QString inLowerCase(const QString &text)
 {
-    const int size = int(std::strlen(lowerCase));
-    if (at + size > bytes.size())
-        return false;
-    for (int i = 0; i < size; ++i) {
-        if ((bytes.at(at + i) | 0x20) != lowerCase[i])
+    QString lower = text;
+    for (QChar &c : lower)
+        c = c.toLower();
+    return lower;
+}
+
+bool hasLetterOrNumber(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber(); });
+}
+
+// A word of the program's own sentences.
+bool isPlainWord(const QString &word)
+{
+    return std::all_of(word.begin(), word.end(), [](QChar c) {
+        return (c >= QLatin1Char('a') && c <= QLatin1Char('z'))
+            || QString(QLatin1String(",.:;")).contains(c);
+    });
+}
+
+bool quotesOnlyKnown(const QString &text)
+{
+    const QStringList pieces = text.split(QLatin1Char('"'));
+    for (int i = 1; i < pieces.size(); i += 2) {
+        if (!SecretNames::isKnown(pieces.at(i)))
             return false;
     }
     return true;
 }
 
-// Behind the name that begins at `at`; -1 when there is none.
-int endOfName(const QByteArray &bytes, int at)
+QString replaced(const QString &text, const std::vector<bool> &masked)
 {
-    if (!startsWith(bytes, at, Head))
-        return -1;
-    at += int(sizeof Head) - 1;
-    if (at < bytes.size() && std::strchr("-_ ", bytes.at(at)))
-        ++at;
-    for (const char *tail : tails) {
-        if (startsWith(bytes, at, tail))
-            return at + int(std::strlen(tail));
+    QString result;
+    for (int i = 0; i < text.size(); ++i) {
+        if (!masked[size_t(i)])
+            result += text.at(i);
+        else if (i == 0 || !masked[size_t(i) - 1])
+            result += Secrets::mask();
     }
-    return -1;
+    return result;
 }
 
-bool isBlank(char byte)
+QString maskedAddress(const QString &path, const QString &text)
 {
-    return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+    const QStringList keys = path.split(QLatin1Char('/'));
+    const bool isProxy = std::any_of(keys.begin(), keys.end(), SecretNames::isProxy);
+    return Passwords::maskedAddress(text, isProxy ? Passwords::Proxy : Passwords::AnyText);
 }
 
-int skipBlanks(const QByteArray &bytes, int at)
+// Whether the value under that path is secret as a whole: one with the key of a secret in it, or in a
+// certificate one of an unknown key.
+bool isSecretPath(const QString &path)
 {
-    while (at < bytes.size() && isBlank(bytes.at(at)))
-        ++at;
-    return at;
-}
-
-// Behind the quotes, of whichever kind, that may end a name.
-int skipQuotes(const QByteArray &bytes, int at)
-{
-    while (at < bytes.size()) {
-        const unsigned char byte = static_cast<unsigned char>(bytes.at(at));
-        if (byte != '"' && byte != '\'' && byte != '`' && byte != '\\' && byte < 0x80)
-            break;
-        ++at;
+    bool isInCertificate = false;
+    for (const QString &key : path.split(QLatin1Char('/'))) {
+        if (SecretNames::isSecret(key) || (isInCertificate && !SecretNames::isKnown(key)))
+            return true;
+        isInCertificate = isInCertificate || SecretNames::isCertificate(key);
     }
-    return at;
-}
-
-// Where the value of the name that ends at `at` begins; -1 when the name is no key.
-int beginOfValue(const QByteArray &bytes, int at)
-{
-    at = skipBlanks(bytes, skipQuotes(bytes, at));
-    if (at == bytes.size())
-        return -1;
-    const char byte = bytes.at(at);
-    if (byte == ':' || byte == '=')
-        return skipBlanks(bytes, at + 1);
-    return byte == '"' || byte == '\'' ? at : -1;
-}
-
-int endOfLine(const QByteArray &bytes, int at)
-{
-    const int end = bytes.indexOf('\n', at);
-    return end < 0 ? bytes.size() : end;
-}
-
-int endOfText(const QByteArray &bytes, int at)
-{
-    for (++at; at < bytes.size() && bytes.at(at) != '"'; ++at) {
-        if (bytes.at(at) == '\\')
-            ++at;
-    }
-    return qMin(at + 1, bytes.size());
-}
-
-int endOfValue(const QByteArray &bytes, int at)
-{
-    if (at >= bytes.size())
-        return bytes.size();
-    const char byte = bytes.at(at);
-    if (byte == '"')
-        return endOfText(bytes, at);
-    if (byte == '[' || byte == '{') {
-        const int end = bytes.indexOf(byte == '[' ? ']' : '}', at);
-        return end < 0 ? bytes.size() : end + 1;
-    }
-    return endOfLine(bytes, at);
-}
-
-QString lettersOf(const QString &key)
-{
-    QString letters;
-    for (const QChar c : key) {
-        if (c.isLetterOrNumber())
-            letters += c.toLower();
-    }
-    return letters;
+    return false;
 }
 
 } // namespace
 
 QString Secrets::mask()
 {
-    return QLatin1String("********");
+    return Passwords::mask();
 }
 
-bool Secrets::isSecretKey(const QString &key)
+Secrets::Secrets(const QByteArray &bytes, const Document &document, bool hasSyntaxErrors)
+    : m_ranges(bytes, document, hasSyntaxErrors)
 {
-    const QString letters = lettersOf(key);
-    for (const char *tail : tails) {
-        if (letters.contains(QLatin1String(Head) + QLatin1String(tail)))
-            return true;
+    for (const SecretRanges::Range &range : m_ranges.all()) {
+        const bool isQuoted = range.end - range.begin > 1 && bytes.at(range.begin) == '"';
+        const int begin = isQuoted ? range.begin + 1 : range.begin;
+        const int end = isQuoted && bytes.at(range.end - 1) == '"' ? range.end - 1 : range.end;
+        const QByteArray raw = bytes.mid(begin, end - begin);
+        addPieces(QString::fromLatin1(raw));
+        addPieces(QString::fromUtf8(raw));
+        addPieces(DecodedText(bytes, begin, end).text());
     }
-    return Spelling::distance(letters, QLatin1String("passphrase"), 2) <= 2;
 }
 
-bool Secrets::isSecretPath(const QString &path)
+void Secrets::addPieces(const QString &text)
 {
-    const QStringList pieces = path.split(QLatin1Char('/'));
-    return std::any_of(pieces.begin(), pieces.end(), isSecretKey);
+    const QString lower = inLowerCase(text);
+    for (int i = 0; i + PieceSize <= lower.size(); ++i)
+        m_pieces.insert(lower.mid(i, PieceSize));
 }
 
-QString Secrets::withoutPassword(const QString &text)
+// Which characters of the text are those of a secret.
+std::vector<bool> Secrets::repeated(const QString &text) const
 {
-    const int at = text.lastIndexOf(QLatin1Char('@'));
-    if (at < 0)
-        return text;
-    const int slashes = text.indexOf(QLatin1String("//"));
-    const int begin = slashes >= 0 && slashes < at ? slashes + 2 : 0;
-    const int colon = text.indexOf(QLatin1Char(':'), begin);
-    if (colon < 0 || colon > at)
-        return text;
-    return text.left(colon + 1) + mask() + text.mid(at);
+    std::vector<bool> masked(size_t(text.size()), false);
+    if (m_pieces.isEmpty())
+        return masked;
+    const QString lower = inLowerCase(text);
+    for (int i = 0; i + PieceSize <= lower.size(); ++i) {
+        if (m_pieces.contains(lower.mid(i, PieceSize)))
+            std::fill_n(masked.begin() + i, PieceSize, true);
+    }
+    return masked;
+}
+
+// Before the first quote and after the last one are the program's own words; between them only where
+// all that is quoted is known. A remark of the user's about a pass phrase may have the same words.
+void Secrets::keepOwnWords(const QString &text, std::vector<bool> &masked) const
+{
+    const int firstQuote = text.indexOf(QLatin1Char('"'));
+    const int lastQuote = text.lastIndexOf(QLatin1Char('"'));
+    const bool isAllKnown = quotesOnlyKnown(text);
+    for (int begin = 0; begin < text.size();) {
+        const int blank = text.indexOf(QLatin1Char(' '), begin);
+        const int end = blank < 0 ? text.size() : blank + 1;
+        const bool isOutside =
+            isAllKnown || firstQuote < 0 || end <= firstQuote || begin > lastQuote;
+        if (isOutside && isPlainWord(text.mid(begin, end - begin).trimmed()))
+            std::fill(masked.begin() + begin, masked.begin() + end, false);
+        if (begin > 1 && !masked[size_t(begin)] && !masked[size_t(begin) - 2])
+            masked[size_t(begin) - 1] = false; // the blank between two words that stay
+        begin = end;
+    }
+}
+
+void Secrets::judgeQuoted(const QString &text, bool isAboutSecret, std::vector<bool> &masked) const
+{
+    const QChar quote = QLatin1Char('"');
+    int begin = text.indexOf(quote) + 1;
+    for (int end = text.indexOf(quote, begin); begin > 0 && end >= 0;
+         end = text.indexOf(quote, begin)) {
+        const QString piece = text.mid(begin, end - begin);
+        if (SecretNames::isKnown(piece))
+            std::fill(masked.begin() + begin - 1, masked.begin() + end + 1, false);
+        else if (isAboutSecret && hasLetterOrNumber(piece) && !SecretNames::isMeant(piece))
+            std::fill(masked.begin() + begin, masked.begin() + end, true);
+        begin = end + 1;
+    }
+}
+
+QString Secrets::sentence(const QString &text, int offset, int length) const
+{
+    std::vector<bool> masked = repeated(text);
+    judgeQuoted(text, m_ranges.touches(offset, length), masked);
+    keepOwnWords(text, masked);
+    return Passwords::maskedText(replaced(text, masked));
+}
+
+QString Secrets::text(const QString &text) const
+{
+    return SecretNames::isKnown(text) ? text
+                                      : Passwords::maskedText(replaced(text, repeated(text)));
+}
+
+QString Secrets::path(const QString &path) const
+{
+    QStringList keys = path.split(QLatin1Char('/'));
+    for (QString &key : keys)
+        key = text(key);
+    return Passwords::maskedText(keys.join(QLatin1Char('/')));
+}
+
+QVariant Secrets::value(const QString &path, const QVariant &value) const
+{
+    const QVariant result = shown(path, value);
+    const QString key = path.section(QLatin1Char('/'), -1);
+    const bool isKnown = SecretNames::isKnown(key) && !key.startsWith(QLatin1Char('_'));
+    return isKnown || result.userType() != QMetaType::QString ? result : text(result.toString());
 }
 
 QVariant Secrets::shown(const QString &path, const QVariant &value)
@@ -158,77 +190,7 @@ QVariant Secrets::shown(const QString &path, const QVariant &value)
         return value;
     if (isSecretPath(path))
         return mask();
-    if (value.userType() == QMetaType::QString)
-        return withoutPassword(value.toString());
-    return value;
-}
-
-SecretRanges::SecretRanges(const QByteArray &bytes, const Document &document)
-{
-    findPassPhrases(bytes);
-    findPasswords(bytes);
-    findInTree(document);
-    merge();
-}
-
-bool SecretRanges::covers(int offset) const
-{
-    const auto it = std::upper_bound(m_ranges.begin(), m_ranges.end(), offset,
-                                     [](int at, const Range &range) { return at < range.end; });
-    return it != m_ranges.end() && it->begin <= offset;
-}
-
-void SecretRanges::findPassPhrases(const QByteArray &bytes)
-{
-    for (int i = 0; i < bytes.size(); ++i) {
-        if ((bytes.at(i) | 0x20) != 'p')
-            continue;
-        const int nameEnd = endOfName(bytes, i);
-        const int begin = nameEnd < 0 ? -1 : beginOfValue(bytes, nameEnd);
-        if (begin >= 0)
-            m_ranges.push_back({ begin, endOfValue(bytes, begin) });
-    }
-}
-
-// The password of an address stands between the first colon behind "//", or behind the quote, and the
-// last @ of the text.
-void SecretRanges::findPasswords(const QByteArray &bytes)
-{
-    const int longestAddress = 4096;
-    const auto endsText = [](char byte) { return byte == '"' || byte == '\n'; };
-    for (int at = bytes.indexOf('@'); at >= 0; at = bytes.indexOf('@', at + 1)) {
-        int begin = at;
-        while (begin > 0 && at - begin < longestAddress && !endsText(bytes.at(begin - 1)))
-            --begin;
-        const QByteArray address = QByteArray::fromRawData(bytes.constData() + begin, at - begin);
-        const int slashes = address.indexOf("//");
-        const int colon = address.indexOf(':', slashes < 0 ? 0 : slashes);
-        if (colon >= 0)
-            m_ranges.push_back({ begin + colon + 1, at });
-    }
-}
-
-void SecretRanges::findInTree(const Document &document)
-{
-    for (const Node &node : document.nodes) {
-        for (const Node::Child &child : node.children) {
-            const Node &value = document.at(child);
-            if (!child.key.isEmpty() && value.length() > 0 && Secrets::isSecretKey(child.key))
-                m_ranges.push_back({ value.begin, value.end });
-        }
-    }
-}
-
-void SecretRanges::merge()
-{
-    std::sort(m_ranges.begin(), m_ranges.end(),
-              [](const Range &a, const Range &b) { return a.begin < b.begin; });
-    std::vector<Range> merged;
-    for (const Range &range : m_ranges) {
-        if (!merged.empty() && range.begin <= merged.back().end)
-            merged.back().end = qMax(merged.back().end, range.end);
-        else
-            merged.push_back(range);
-    }
-    m_ranges.swap(merged);
+    if (value.userType() != QMetaType::QString)
+        return value;
+    return maskedAddress(path, value.toString());
 }

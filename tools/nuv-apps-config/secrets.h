@@ -1,56 +1,48 @@
 #ifndef SECRETS_H
 #define SECRETS_H
 
-#include <QByteArray>
+#include "tools/nuv-apps-config/secretranges.h"
+
+#include <QSet>
 #include <QString>
 #include <QVariant>
 
-#include <vector>
-
-struct Document;
-
-/// Keeps pass phrases, and the passwords inside addresses, out of every output.
-namespace Secrets {
-
-/// What stands in place of a secret, however long that is.
-QString mask();
-
-/// Whether all of the value of that key is secret. Takes misspelt keys for what they mean.
-bool isSecretKey(const QString &key);
-
-/// The same for the last piece, or any other, of a flat key or a path.
-bool isSecretPath(const QString &path);
-
-/// The text with the password of an address in it masked.
-QString withoutPassword(const QString &text);
-
-/// The value as it may be shown under that key or path.
-QVariant shown(const QString &path, const QVariant &value);
-
-} // namespace Secrets
-
-/// Where in a file secrets stand. It is looked for in the bytes, since a file with mistakes has no
-/// tree to go by, and in the tree as well, since a key can be written with escapes.
-class SecretRanges
+/// Keeps pass phrases, and the passwords inside addresses, of one file out of every output. All that is
+/// made of the file's bytes passes through here on its way out.
+class Secrets
 {
 public:
-    SecretRanges(const QByteArray &bytes, const Document &document);
+    Secrets(const QByteArray &bytes, const Document &document, bool hasSyntaxErrors);
 
-    bool covers(int offset) const;
+    const SecretRanges &ranges() const { return m_ranges; }
 
-    struct Range {
-        int begin;
-        int end;
-    };
-    const std::vector<Range> &all() const { return m_ranges; }
+    /// A sentence of the program about the piece of the file at `offset`. What the user wrote is in
+    /// double quotes in it, or is more than words in lower case. It is masked where it repeats five
+    /// characters of a secret; about a secret itself all that is quoted is.
+    QString sentence(const QString &text, int offset, int length) const;
+
+    /// A key or a value of the file, or a part of one.
+    QString text(const QString &text) const;
+
+    /// A flat key, or the path of one.
+    QString path(const QString &path) const;
+
+    /// A value of the flat keys as it may be shown under that key.
+    QVariant value(const QString &path, const QVariant &value) const;
+
+    /// The same without knowledge of the file, for the properties of the interface.
+    static QVariant shown(const QString &path, const QVariant &value);
+
+    static QString mask();
 
 private:
-    void findPassPhrases(const QByteArray &bytes);
-    void findPasswords(const QByteArray &bytes);
-    void findInTree(const Document &document);
-    void merge();
+    void addPieces(const QString &text);
+    std::vector<bool> repeated(const QString &text) const;
+    void keepOwnWords(const QString &text, std::vector<bool> &masked) const;
+    void judgeQuoted(const QString &text, bool isAboutSecret, std::vector<bool> &masked) const;
 
-    std::vector<Range> m_ranges; ///< in order, apart from each other
+    SecretRanges m_ranges;
+    QSet<QString> m_pieces; ///< every five characters of the secrets, in lower case
 };
 
 #endif // SECRETS_H

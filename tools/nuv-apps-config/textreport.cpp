@@ -71,7 +71,7 @@ void TextReport::addLine(const Analysis &analysis, int offset, Severity severity
 void TextReport::addExcerpt(const Analysis &analysis, const Finding &finding)
 {
     const Excerpt excerpt =
-        makeExcerpt(analysis.source, finding.offset, finding.length, analysis.secrets.get());
+        makeExcerpt(analysis.source, finding.offset, finding.length, *analysis.secrets);
     if (excerpt.line.trimmed().isEmpty())
         return;
     const QString number =

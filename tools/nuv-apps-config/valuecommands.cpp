@@ -127,26 +127,27 @@ QByteArray toJson(const QList<Difference> &differences, bool reveal)
     return json.document();
 }
 
-void writeKeysAsText(const QSettings &settings, bool reveal, Output &output)
+// `secrets` is null where they are to be revealed.
+void writeKeysAsText(const QSettings &settings, const Secrets *secrets, Output &output)
 {
     for (const QString &key : settings.allKeys()) {
         const QVariant value = settings.value(key);
         output.write(QString(QLatin1String("%1 = %2  (%3)\n"))
-                         .arg(Output::printable(key),
-                              ValueText::shown(maybeMasked(key, value, reveal)),
+                         .arg(Output::printable(secrets ? secrets->path(key) : key),
+                              ValueText::shown(secrets ? secrets->value(key, value) : value),
                               ValueText::typeOf(value)));
     }
 }
 
-QByteArray keysAsJson(const QSettings &settings, bool reveal)
+QByteArray keysAsJson(const QSettings &settings, const Secrets *secrets)
 {
     JsonText json;
     json.beginObject();
     for (const QString &key : settings.allKeys()) {
         const QVariant value = settings.value(key);
-        json.key(key);
+        json.key(secrets ? secrets->path(key) : key);
         json.beginObject();
-        json.member("value", maybeMasked(key, value, reveal));
+        json.member("value", secrets ? secrets->value(key, value) : value);
         json.member("type", ValueText::typeOf(value));
         json.endObject();
     }
@@ -192,10 +193,11 @@ int Program::keys(const Invocation &invocation, Output &output)
         file->complainUnread();
         return Found;
     }
+    const Secrets *const secrets = invocation.reveal ? nullptr : file->analysis().secrets.get();
     if (invocation.format == Format::Json)
-        output.writeBytes(keysAsJson(file->settings(), invocation.reveal));
+        output.writeBytes(keysAsJson(file->settings(), secrets));
     else
-        writeKeysAsText(file->settings(), invocation.reveal, output);
+        writeKeysAsText(file->settings(), secrets, output);
     return Success;
 }
 

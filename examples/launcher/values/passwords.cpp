@@ -29,11 +29,18 @@ int beginOfScheme(const QString &text, int slashes)
 // After the "//" that user and host follow; 0 when there is no scheme.
 int endOfScheme(const QString &address)
 {
-    const int colon = address.indexOf(QLatin1String("://"));
+    const int colon = address.indexOf(QLatin1String(":/"));
     const QString scheme = address.left(qMax(colon, 0)).trimmed();
-    if (colon >= 0 && beginOfScheme(scheme, scheme.size()) == 0)
-        return colon + 3;
-    return address.startsWith(QLatin1String("//")) ? 2 : 0;
+    int begin = 0;
+    const bool hasOneSlash = address.mid(colon + 2, 1) != QLatin1String("/");
+    const bool isOfWeb = scheme.startsWith(QLatin1String("http"), Qt::CaseInsensitive);
+    if (colon >= 0 && beginOfScheme(scheme, scheme.size()) == 0 && (isOfWeb || !hasOneSlash))
+        begin = colon + 1;
+    else if (!address.startsWith(QLatin1String("//")))
+        return 0;
+    while (begin < address.size() && address.at(begin) == QLatin1Char('/'))
+        ++begin;
+    return begin;
 }
 
 // The end of user, host and port: what follows is the path.
@@ -51,7 +58,9 @@ int endOfColon(const QString &address, int begin)
     if (at < address.size() && address.at(at) == QLatin1Char('['))
         at = qMax(at, address.indexOf(QLatin1Char(']'), at));
     const int colon = address.indexOf(QLatin1Char(':'), at);
-    const int escaped = address.indexOf(QLatin1String("%3a"), at, Qt::CaseInsensitive);
+    const int escaped = address.contains(QLatin1Char('%'))
+        ? address.indexOf(QLatin1String("%3a"), at, Qt::CaseInsensitive)
+        : -1;
     if (escaped >= 0 && (colon < 0 || escaped < colon))
         return escaped + 3;
     return colon < 0 ? -1 : colon + 1;
@@ -78,24 +87,61 @@ bool looksLikeHost(const QString &text)
         || text.startsWith(QLatin1Char('['));
 }
 
-// What follows the colon is a password up to the @, unless a host with its port is complete before it.
-Passwords::Piece findBeforeSign(const QString &address, int begin, int colon, int sign)
+bool isHost(const QString &text)
+{
+    for (const QChar c : text) {
+        if (!isSchemeCharacter(c) && !QString(QLatin1String("[]:%_")).contains(c))
+            return false;
+    }
+    return true;
+}
+
+// The last @ ends the password, or another character does that was meant for one: no host has a quote or
+// a semicolon in its name.
+int endOfPassword(const QString &address, int sign)
+{
+    const QString host = address.mid(sign + 1, endOfAuthority(address, sign) - sign - 1);
+    return isHost(host) || host.contains(QLatin1Char(' ')) ? sign : address.size();
+}
+
+// Whether host and port end before the first "/", and the @ is part of a path.
+bool isCompleteBefore(const QString &address, int begin, int sign)
 {
     const int end = endOfAuthority(address, begin);
-    const bool hasScheme = begin > 0;
-    if (hasScheme && end < colon)
+    const int colon = endOfColon(address, begin);
+    const int hostEnd = colon < 0 || colon > end ? end : colon - 1;
+    return begin > 0 && end < sign && looksLikeHost(address.mid(begin, hostEnd - begin))
+        && isPort(address.mid(qMin(hostEnd + 1, end), qMax(0, end - hostEnd - 1)))
+        && !address.left(end).contains(QLatin1Char('@'));
+}
+
+// What follows the colon is a password up to the @. Without a colon it may be a key of access, or the
+// colon is what was mistyped.
+Passwords::Piece findBeforeSign(const QString &address, int begin, int sign, bool isAddress)
+{
+    const int colon = endOfColon(address, begin);
+    const bool hasColon = colon >= 0 && colon <= sign;
+    const bool hasUser = hasColon && address.indexOf(QLatin1Char('@'), begin) >= colon;
+    if (!(hasColon || isAddress) || isCompleteBefore(address, begin, sign))
         return None;
-    const bool isComplete = hasScheme && end < sign
-        && looksLikeHost(address.mid(begin, colon - 1 - begin))
-        && isPort(address.mid(colon, end - colon));
-    return isComplete ? None : between(colon, sign);
+    return between(hasUser ? colon : begin, endOfPassword(address, sign));
+}
+
+// An IPv6 address, whether its bracket is closed or not.
+bool isNumericHost(const QString &text)
+{
+    for (const QChar c : text) {
+        if (!QString(QLatin1String("[]:.%0123456789abcdefABCDEF")).contains(c))
+            return false;
+    }
+    return text.startsWith(QLatin1Char('['));
 }
 
 // The @ itself may be what was mistyped. What is no port is a password then.
 Passwords::Piece findWithoutSign(const QString &address, int begin, int colon)
 {
     const int end = endOfAuthority(address, begin);
-    if (end < colon || address.mid(begin, 1) == QLatin1String("["))
+    if (end < colon || isNumericHost(address.mid(begin, end - begin)))
         return None;
     return isPort(address.mid(colon, end - colon)) ? None : between(colon, address.size());
 }
@@ -139,15 +185,17 @@ QString maskedSegment(const QString &segment)
 
 Passwords::Piece Passwords::find(const QString &address, Kind kind)
 {
-    const int begin = endOfScheme(address);
-    const int colon = endOfColon(address, begin);
-    if (colon < 0)
-        return None;
     const int sign = address.lastIndexOf(QLatin1Char('@'));
-    if (sign >= colon)
-        return findBeforeSign(address, begin, colon, sign);
+    int begin = endOfScheme(address);
+    if (begin == 0 && sign < 0 && address.contains(QLatin1String("//")))
+        begin = address.indexOf(QLatin1String("//")) + 2; // after a scheme that is none
     const bool isAddress = begin > 0 || kind == Proxy;
-    return isAddress && sign < 0 ? findWithoutSign(address, begin, colon) : None;
+    const int colon = endOfColon(address, begin);
+    if (sign >= 0) {
+        const bool hasPort = colon > sign && isPort(address.mid(colon));
+        return findBeforeSign(address, begin, sign, isAddress || hasPort);
+    }
+    return isAddress && colon >= 0 ? findWithoutSign(address, begin, colon) : None;
 }
 
 QString Passwords::maskedAddress(const QString &address, Kind kind)

@@ -4,8 +4,8 @@
 #include <QString>
 
 /// Finds the passwords of addresses, so that they reach no output. A password is taken for one in every
-/// form that people write: with "/", "@", ":" and blanks in it, with and without a scheme. In doubt more
-/// is hidden than the password. The functions are reentrant.
+/// form that people write: with "/", "@", ":" and blanks in it, with and without a scheme, and without the
+/// name of a user. In doubt more is hidden than the password. The functions are reentrant.
 namespace Passwords {
 
 /// What a text is known to be.

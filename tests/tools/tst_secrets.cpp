@@ -1,0 +1,288 @@
+#include "tests/support/temporarydir.h"
+#include "tests/support/testmain.h"
+#include "tests/tools/secretfiles.h"
+#include "tools/nuv-apps-config/program.h"
+
+#include <QSet>
+
+#include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+/// No secret of a configuration leaves the program, whatever is mistyped around it. The commands are
+/// called in this process, for thousands of files. NUV_SECRET_FILES=100000 tries that many of them,
+/// NUV_SECRET_SEED=7 tries others.
+class tst_Secrets : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void oneMistakeDoesNotShowASecret_data();
+    void oneMistakeDoesNotShowASecret();
+    void noMistakesShowASecret();
+    void whatIsNoSecretIsShown_data();
+    void whatIsNoSecretIsShown();
+
+private:
+    QByteArray everyOutput(const QByteArray &bytes);
+
+    TemporaryDir m_folder;
+};
+
+namespace {
+
+const int Window = 5; ///< so many characters of a secret in an output are too many
+
+QStringList words(const char *call)
+{
+    return (QLatin1String("nuv-apps-config ") + QLatin1String(call)).split(QLatin1Char(' '));
+}
+
+// What may be shown is not asked for here: "get" of the value itself, --reveal, and what fmt writes.
+const char *const calls[] = {
+    "check test.json",
+    "check --color always test.json",
+    "check --format json test.json",
+    "check --format sarif test.json",
+    "check --format github test.json",
+    "show --file test.json",
+    "show tv radio --file test.json",
+    "show --format json --file test.json",
+    "list --file test.json",
+    "list --format json --file test.json",
+    "keys --file test.json",
+    "keys --format json --file test.json",
+    "get tv Tag --file test.json",
+    "get tv CertPath --file test.json",
+    "get tv Wrong --file test.json",
+    "diff test.json other.json",
+    "diff --format json other.json test.json",
+    "fmt --write test.json",
+};
+
+// JSON and GitHub's commands write some characters in other ways.
+QByteArray withoutEscapes(QByteArray output)
+{
+    output.replace("\\\"", "\"").replace("\\/", "/").replace("\\\\", "\\");
+    return output.replace("%25", "%").replace("%3A", ":").replace("%2C", ",");
+}
+
+QByteArray withoutEscapesOfJson(QByteArray bytes)
+{
+    bytes.replace("\\u0071", "q").replace("\\u0040", "@");
+    return bytes.replace("\\\"", "\"").replace("\\/", "/").replace("\\\\", "\\");
+}
+
+// The pieces that must not be shown, of all ways to write the secret.
+QSet<QByteArray> piecesOf(const QByteArray &secret)
+{
+    QSet<QByteArray> pieces;
+    QByteArray raw = secret;
+    raw.replace("\\u0040", "\n").replace("\\u0071", "\n"); // so are other characters shown, too
+    for (const QByteArray &form :
+         { raw, withoutEscapesOfJson(secret), QString::fromLatin1(raw).toUtf8() }) {
+        for (int i = 0; i + Window <= form.size(); ++i)
+            pieces.insert(form.mid(i, Window).toLower());
+    }
+    return pieces;
+}
+
+// The first two bytes of the pieces: a rare beginning spares most of the look-ups.
+std::vector<bool> beginningsOf(const QSet<QByteArray> &pieces)
+{
+    std::vector<bool> beginnings(0x10000, false);
+    for (const QByteArray &piece : pieces)
+        beginnings[size_t(uchar(piece.at(0)) << 8 | uchar(piece.at(1)))] = true;
+    return beginnings;
+}
+
+// Empty when there is none.
+QByteArray pieceIn(const QByteArray &output, const QSet<QByteArray> &pieces)
+{
+    const std::vector<bool> beginnings = beginningsOf(pieces);
+    for (const QByteArray &form : { output.toLower(), withoutEscapes(output).toLower() }) {
+        for (int i = 0; i + Window <= form.size(); ++i) {
+            if (!beginnings[size_t(uchar(form.at(i)) << 8 | uchar(form.at(i + 1)))])
+                continue;
+            if (pieces.contains(QByteArray::fromRawData(form.constData() + i, Window)))
+                return form.mid(qMax(0, i - 100), 200);
+        }
+    }
+    return QByteArray();
+}
+
+/// Leads the standard output and the standard error into one file for as long as it lives.
+class Capture
+{
+public:
+    explicit Capture(const QString &path)
+        : m_file(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_TRUNC, 0600))
+    {
+        for (int i = 0; i < 2; ++i) {
+            std::fflush(i == 0 ? stdout : stderr);
+            m_saved[i] = ::dup(i + 1);
+            ::dup2(m_file, i + 1);
+        }
+    }
+    ~Capture()
+    {
+        for (int i = 0; i < 2; ++i) {
+            std::fflush(i == 0 ? stdout : stderr);
+            ::dup2(m_saved[i], i + 1);
+            ::close(m_saved[i]);
+        }
+        ::close(m_file);
+    }
+
+private:
+    Q_DISABLE_COPY(Capture)
+
+    int m_file;
+    int m_saved[2];
+};
+
+void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
+
+int fromEnvironment(const char *name, int otherwise)
+{
+    bool isNumber = false;
+    const int number = qgetenv(name).toInt(&isNumber);
+    return isNumber ? number : otherwise;
+}
+
+} // namespace
+
+void tst_Secrets::initTestCase()
+{
+    QVERIFY(QDir::setCurrent(m_folder.path()));
+    m_folder.write(QLatin1String("other.json"), "{ \"Global\": { \"Version\": 1 } }");
+}
+
+QByteArray tst_Secrets::everyOutput(const QByteArray &bytes)
+{
+    const QString path = m_folder.filePath(QLatin1String("output"));
+    m_folder.write(QLatin1String("test.json"), bytes);
+    {
+        const Capture capture(path);
+        const QtMessageHandler handler = qInstallMessageHandler(dropMessage); // as main() does
+        for (const char *call : calls) {
+            Output output;
+            output.write(QLatin1Char('\n') + QLatin1String(call) + QLatin1Char('\n'));
+            Program::run(words(call), output);
+        }
+        qInstallMessageHandler(handler);
+    }
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void tst_Secrets::oneMistakeDoesNotShowASecret_data()
+{
+    QTest::addColumn<QByteArray>("member");
+    QTest::addColumn<QByteArray>("secret");
+    const QByteArray phrase = "S3cret!";
+    const QByteArray proxy = "pw7xKq";
+    QTest::newRow("a comma for the colon") << QByteArray("\"PassPhrase\", \"S3cret!\"") << phrase;
+    QTest::newRow("a semicolon for the colon")
+        << QByteArray("\"PassPhrase\"; \"S3cret!\"") << phrase;
+    QTest::newRow("two values") << QByteArray("\"PassPhrase\": \"a\" \"S3cret!\"") << phrase;
+    QTest::newRow("quotes twice") << QByteArray("\"PassPhrase\": \"\"S3cret!\"\"") << phrase;
+    QTest::newRow("a quote within") << QByteArray("\"PassPhrase\": \"S3c\"ret!\"") << phrase;
+    QTest::newRow("a late quote within") << QByteArray("\"PassPhrase\": \"S\"3cret!\"") << phrase;
+    QTest::newRow("no quotes between") << QByteArray("\"PassPhrase: S3cret!\"") << phrase;
+    QTest::newRow("a key that holds it all")
+        << QByteArray("\"PassPhrase: S3cret!\": true") << phrase;
+    QTest::newRow("an unknown key next to it")
+        << QByteArray("\"PassPhrase\": \"\", \"S3cret!\": 1") << phrase;
+    QTest::newRow("no key") << QByteArray("\"PassPhrase\": null, \"S3cret!\"") << phrase;
+    QTest::newRow("a comma in a proxy's member")
+        << QByteArray("\"x\": 1 }, \"HttpProxy\", \"usr:pw7xKq@h:1\", \"C\": {") << proxy;
+    QTest::newRow("a letter in front of a proxy")
+        << QByteArray("\"x\": 1 }, X\"HttpProxy\": \"usr:pw7xKq@h:1\", \"C\": {") << proxy;
+    QTest::newRow("a quote in a proxy's password")
+        << QByteArray("\"x\": 1 }, \"HttpProxy\": \"usr:\"pw7xKq@h:1\", \"C\": {") << proxy;
+    QTest::newRow("no @ in a proxy")
+        << QByteArray("\"x\": 1 }, \"HttpProxy\": \"usr:pw7xKqh:1\", \"C\": {") << proxy;
+    QTest::newRow("an escaped @") << QByteArray(
+        "\"x\": 1 }, \"HttpProxy\": \"usr:pw7xKq\\u0040h:1\", \"C\": {")
+                                  << proxy;
+    QTest::newRow("an escaped colon")
+        << QByteArray("\"x\": 1 }, \"Urll\": \"http://usr\\u003apw7xKq@h\", \"C\": {") << proxy;
+}
+
+void tst_Secrets::oneMistakeDoesNotShowASecret()
+{
+    QFETCH(QByteArray, member);
+    QFETCH(QByteArray, secret);
+    for (const char *between : { " ", "\n" }) {
+        const QByteArray bytes =
+            QByteArray("{ \"Global\": { \"Version\": 1 }, \"Applications\": [ { "
+                       "\"Tag\": \"tv\",#\"Certificate\": { \"Path\": "
+                       "\"tv.pem\",#%#} } ] }\n")
+                .replace('#', between)
+                .replace('%', member);
+        const QByteArray found = pieceIn(everyOutput(bytes), piecesOf(secret));
+        QVERIFY2(found.isEmpty(), bytes + "\n----\n" + found);
+    }
+}
+
+void tst_Secrets::noMistakesShowASecret()
+{
+    const int files = fromEnvironment("NUV_SECRET_FILES", 2000);
+    const unsigned seed = unsigned(fromEnvironment("NUV_SECRET_SEED", 1));
+    SecretFiles generator(seed);
+    int shown = 0;
+    for (int i = 0; i < files; ++i) {
+        const SecretFile file = generator.next();
+        const QByteArray found = pieceIn(everyOutput(file.bytes), piecesOf(file.secret));
+        if (found.isEmpty())
+            continue;
+        if (++shown <= 5)
+            qWarning("file %d, %s %s:\n%s\n---- is shown:\n%s", i, file.name.constData(),
+                     file.secret.constData(), file.bytes.constData(), found.constData());
+    }
+    QVERIFY2(
+        shown == 0,
+        qPrintable(QString::fromLatin1("%1 of %2 files show their secret").arg(shown).arg(files)));
+}
+
+void tst_Secrets::whatIsNoSecretIsShown_data()
+{
+    QTest::addColumn<QByteArray>("certificate");
+    QTest::addColumn<QByteArray>("shown");
+    QTest::newRow("a misspelt key of a secret")
+        << QByteArray("\"Passphrase\": \"x\"")
+        << QByteArray("Certificate does not know the key \"Passphrase\"");
+    QTest::newRow("the same in the excerpt")
+        << QByteArray("\"Passphrase\": \"x\"") << QByteArray("{ \"Passphrase\": ******** }");
+    QTest::newRow("a misspelt key of a path")
+        << QByteArray("\"Pth\": \"a.pem\"") << QByteArray("{ \"Pth\": ******** }");
+    QTest::newRow("a path") << QByteArray("\"Path\": \"none.pem\", \"PassPhrase\": \"x\"")
+                            << QByteArray("{ \"Path\": \"none.pem\", \"PassPhrase\": ******** }");
+    QTest::newRow("the path of a file that is not there")
+        << QByteArray("\"Path\": \"none.pem\"") << QByteArray("/none.pem [certificate-missing]");
+    QTest::newRow("a path in a line with a mistake")
+        << QByteArray("\"Path\": \"none.pem\", \"PassPhrase\": \"x\",")
+        << QByteArray("{ \"Path\": \"none.pem\", \"PassPhrase\": ********, }");
+    QTest::newRow("the program's words in a remark")
+        << QByteArray("\"_comment\": \"\\\"PassPhrase\\\" is not read without \\\"Path\\\"\", "
+                      "\"PassPhrase\": \"x\"")
+        << QByteArray("\"PassPhrase\" is not read without \"Path\" [needs-certificate]");
+}
+
+void tst_Secrets::whatIsNoSecretIsShown()
+{
+    QFETCH(QByteArray, certificate);
+    QFETCH(QByteArray, shown);
+    const QByteArray output =
+        everyOutput("{ \"Global\": { \"Version\": 1 }, \"Applications\": [ { \"Tag\": \"tv\",\n"
+                    "\"Certificate\": { "
+                    + certificate + " } } ] }\n");
+    QVERIFY2(output.contains(shown), output);
+}
+
+NUV_TEST_MAIN(tst_Secrets)
+
+#include "tst_secrets.moc"
