@@ -120,12 +120,13 @@ void SecretLines::findInLine(const Line &line)
     if (hasName || isInside || isAfter || isBinary || hasPassword(words, decoded)) {
         addWords(m_comment);
         addWords(words);
+        m_comment.clear();
+    } else if (line.isComment) {
+        m_comment.insert(m_comment.end(), words.begin(), words.end());
+    } else {
+        m_comment.clear();
     }
     addPasswords(words);
-    if (!line.isComment)
-        m_comment.clear();
-    else
-        m_comment.insert(m_comment.end(), words.begin(), words.end());
 }
 
 // A certificate goes on to the brace that ends it, or to the second one where none begins it.
