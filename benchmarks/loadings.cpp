@@ -4,6 +4,7 @@
 #include "config/appconfig.h"
 #include "config/webappsettings.h"
 #include "json/jsonparser.h"
+#include "settings/flatkeys.h"
 #include "settings/jsonsettingsformat.h"
 
 #include <QHash>

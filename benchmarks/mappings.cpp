@@ -4,7 +4,7 @@
 #include "benchmarks/subjects.h"
 #include "json/jsonparser.h"
 #include "json/jsonwriter.h"
-#include "settings/jsonsettingsformat.h"
+#include "settings/flatkeys.h"
 
 namespace {
 
@@ -14,6 +14,14 @@ QSettings::SettingsMap flatten(const QVariant &tree)
     QSettings::SettingsMap map;
     flattenVariant(prefix, map, tree);
     return map;
+}
+
+QVariant unflattened(const QSettings::SettingsMap &map)
+{
+    QVariant tree;
+    for (QSettings::SettingsMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it)
+        unflattenVariant(tree, it.key(), it.value());
+    return tree;
 }
 
 } // namespace
@@ -35,7 +43,7 @@ Subject Subjects::prepareUnflattening(const QByteArray &document, const QByteArr
     const QVariant tree = parseJson(document, nullptr);
     const QSettings::SettingsMap map = flatten(tree);
     if (who == "ours")
-        return { [map]() { return unflattenMap(map); }, map.size() };
+        return { [map]() { return unflattened(map); }, map.size() };
     if (who == "plain")
         return { Mappings::prepareUnflatteningPlainly(map), map.size() };
     if (who == "floor")

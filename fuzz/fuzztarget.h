@@ -2,6 +2,7 @@
 #define FUZZTARGET_H
 
 #include "global/qtcompat.h"
+#include "tests/support/messagesink.h"
 
 #include <QByteArray>
 
@@ -63,7 +64,7 @@ inline void passOver(QtMsgType type, const QByteArray &text)
 /// Keeps the library's warnings to itself: millions of them would be the slowest part of a run.
 inline void silenceWarnings()
 {
-    static const bool isDone = (QtCompat::installMessageSink(passOver), true);
+    static const bool isDone = (installMessageSink(passOver), true);
     Q_UNUSED(isDone)
 }
 

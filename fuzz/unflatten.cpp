@@ -1,5 +1,5 @@
 // Values set in a tree, one after the other, in any order: unflattenVariant() gives what a plain
-// recursion gives, and so does unflattenMap() for the same keys in theirs.
+// recursion gives, and so does the tree that writing makes of the same keys in theirs.
 //
 // The first line of an input is the tree to begin with. Every further line is a value and, behind a tab,
 // its key. A line that cannot be read is an invalid value.
@@ -7,9 +7,9 @@
 #include "fuzz/fuzztarget.h"
 #include "fuzz/sizes.h"
 #include "json/varianttree.h"
-#include "settings/jsonsettingsformat.h"
 #include "tests/json/plainreader.h"
 #include "tests/settings/referenceformat.h"
+#include "tests/settings/unflattened.h"
 #include "tests/support/describe.h"
 
 #include <QList>
@@ -36,7 +36,7 @@ QByteArray settingOneByOne(const QVariant &root, const QList<Setting> &settings)
     QVariant tree = root;
     const VariantTree::Disposer disposer(tree);
     for (const Setting &each : settings)
-        tree = unflattenVariant(tree, each.key, each.value);
+        unflattenVariant(tree, each.key, each.value);
     return describe(tree);
 }
 
@@ -84,7 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 
     Fuzz::requireEqual(settingOneByOne(root, settings), plainSetting(root, settings),
                        "setting one by one equals the plain recursion");
-    Fuzz::requireEqual(describe(unflattenMap(map)), plainSetting(map),
+    Fuzz::requireEqual(describe(unflattened(map)), plainSetting(map),
                        "the tree of a map equals the plain recursion");
     return 0;
 }

@@ -21,6 +21,14 @@
 #define Q_ALWAYS_INLINE __attribute__((always_inline)) inline
 #endif
 
+// A string from a literal, which Qt 5 keeps in the library's constant data: nothing is allocated. A macro,
+// because the literal becomes UTF-16 when it is compiled.
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+#define NUV_STRING(literal) QString(QLatin1String(literal))
+#else
+#define NUV_STRING(literal) QStringLiteral(literal)
+#endif
+
 class QScriptEngine;
 class QWebFrame;
 
@@ -85,76 +93,14 @@ inline QVariant &insertMulti(QVariantMap &map, const QString &key)
 #endif
 }
 
-/// As insertMulti(), for a key that is expected to sort behind every other: cheap where it does,
-/// the same result where it does not. Qt 4 has no hinted insertion.
-inline QVariant &insertMultiLast(QVariantMap &map, const QString &key)
-{
-#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
-    return insertMulti(map, key);
-#else
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED
-    QVariant &value = map.insertMulti(map.constEnd(), key, QVariant()).value();
-    QT_WARNING_POP
-    return value;
-#endif
-}
-
-/// As insertMulti() with a value, for a key that is expected to sort in front of every other: cheap
-/// where it does, the same result where it does not.
-inline QVariant &insertMultiFirst(QVariantMap &map, const QString &key, const QVariant &value)
-{
-#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
-    return map.insertMulti(key, value).value();
-#else
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED
-    QVariant &inserted = map.insertMulti(map.constBegin(), key, value).value();
-    QT_WARNING_POP
-    return inserted;
-#endif
-}
-
-/// Inserts or replaces, for a key that is expected to sort behind every other: cheap where it does,
-/// the same result where it does not.
+/// Inserts or replaces, for a key that is expected to sort after every other: cheap where it does, the
+/// same result where it does not. Qt 4 has no hinted insertion.
 inline void insertLast(QVariantMap &map, const QString &key, const QVariant &value)
 {
 #if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
     map.insert(key, value);
 #else
     map.insert(map.constEnd(), key, value);
-#endif
-}
-
-/// Receives every message of the process: its type and its text in the local 8-bit encoding.
-typedef void (*MessageSink)(QtMsgType type, const QByteArray &text);
-
-inline MessageSink &messageSink()
-{
-    static MessageSink sink = nullptr;
-    return sink;
-}
-
-#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
-inline void forwardMessage(QtMsgType type, const char *text)
-{
-    messageSink()(type, QByteArray(text));
-}
-#else
-inline void forwardMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
-{
-    messageSink()(type, text.toLocal8Bit());
-}
-#endif
-
-/// Makes `sink` the receiver of the process's messages; null gives them back to the toolkit.
-inline void installMessageSink(MessageSink sink)
-{
-    messageSink() = sink;
-#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
-    qInstallMsgHandler(sink ? forwardMessage : nullptr);
-#else
-    qInstallMessageHandler(sink ? forwardMessage : nullptr);
 #endif
 }
 

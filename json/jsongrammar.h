@@ -35,9 +35,7 @@ struct JsonGrammar {
         ACCEPT_STATE = 12,
         GOTO_INDEX_OFFSET = 26,
         GOTO_INFO_OFFSET = 37,
-        GOTO_CHECK_OFFSET = 37,
-
-        KEY_STATE = 15 ///< where the key of a member leads to, and nothing else does
+        GOTO_CHECK_OFFSET = 37
     };
 
     static const char *const spell[TERMINAL_COUNT + NON_TERMINAL_COUNT + 1];

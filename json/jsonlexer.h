@@ -38,17 +38,10 @@ public:
     /// T_NUMBER, invalid for every other token.
     QVariant value() const;
 
-    /// Moves the value of the last token, which must be T_STRING or T_NUMBER, into `slot`, which must
-    /// be invalid.
-    void takeValue(QVariant &slot)
-    {
-        if (m_token == T_STRING)
-            slot = m_text;
-        else
-            slot.swap(m_number);
-    }
+    /// Moves the value of the last token, which must be T_NUMBER, into `slot`, which must be invalid.
+    void takeNumber(QVariant &slot) { slot.swap(m_number); }
 
-    /// Moves the text of the last token, which must be T_STRING, into `slot`, which must be null.
+    /// Moves the text of the last token, which must be T_STRING, into `slot`.
     void takeText(QString &slot) { qSwap(slot, m_text); }
 
     /// The current line, from 1. Only line feeds between tokens count.
@@ -86,7 +79,7 @@ private:
     QString unescaped(const char *text, const char *quote, int units) const;
     int escapeSize(const char *backslash) const;
     QChar escapedChar(const char *backslash) const;
-    QString keyText(const char *bytes, int size);
+    void takeKey(const char *bytes, int size);
 
     const QByteArray m_data;
     const char *m_current; ///< the next unread byte

@@ -1,11 +1,12 @@
 #ifndef JSONPARSER_H
 #define JSONPARSER_H
 
-#include "json/jsondriver.h"
+#include "json/jsonlexer.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QVariant>
+#include <QVector>
 
 /// Parses JSON text into a variant tree.
 ///
@@ -15,30 +16,12 @@
 /// any of them.
 ///
 /// Returns the tree. On a syntax error it stores "<expected> at line <line> pos <byte>" in
-/// `*errorMessage`, unless that is null, and returns the root if the error comes behind a complete
+/// `*errorMessage`, unless that is null, and returns the root if the error comes after a complete
 /// one, else an invalid variant. On success it leaves `*errorMessage` alone. Reentrant.
 QVariant parseJson(const QByteArray &json, QString *errorMessage);
 
-/// Builds variant trees. A value is null as an invalid variant.
-class JsonTreeBuilder
-{
-public:
-    typedef QVariant Value;
-
-    static QVariant &scalar(QVariant &value) { return value; }
-    static void beginObject(QVariant &value);
-    static void addMember(QVariant &object, QString &lastKey, QString &key, QVariant &value);
-    static void endObject(QVariant &) {}
-    static void beginArray(QVariant &value);
-    void addElement(QVariant &array, QVariant &value);
-    static void endArray(QVariant &) {}
-    static void dispose(QVariant &value);
-
-private:
-    const QVariant m_invalid; ///< to make room in an array with
-};
-
-/// Parses one document into a variant tree, made anew for each.
+/// Drives the LALR(1) tables of the grammar and builds the variant tree. Parses one document; made anew
+/// for each.
 class JsonParser
 {
 public:
@@ -50,27 +33,49 @@ public:
     bool parse(JsonLexer *lexer);
 
     /// The root value, once the document held a complete one; invalid before.
-    const QVariant &result() const { return m_driver.result(); }
+    const QVariant &result() const { return m_result; }
 
     /// Moves the root value out of the parser.
     QVariant takeResult();
 
-    /// What could have stood in place of the error, as "Expected 'x'" or "Expected 'x', 'y'"; empty
-    /// when nothing or more than two things could.
-    QString errorMessage() const { return m_driver.error().expected; }
+    /// What the parser expected at the error, as "Expected 'x'" or "Expected 'x', 'y'"; empty for nothing
+    /// or more than two things.
+    QString errorMessage() const { return m_errorMessage; }
 
     /// The lexer's line and position at the error; meaningful after one only.
-    int errorLine() const { return m_driver.error().line; }
-    int errorPos() const { return m_driver.error().pos; }
+    int errorLine() const { return m_errorLine; }
+    int errorPos() const { return m_errorPos; }
 
     /// The whole message; meaningful after an error only.
-    QString errorText() const { return m_driver.error().toString(); }
+    QString errorText() const;
 
 private:
     Q_DISABLE_COPY(JsonParser)
 
-    JsonTreeBuilder m_builder;
-    JsonDriver<JsonTreeBuilder> m_driver;
+    /// A state, and the value of the symbol that led to it: of a string its text, of a member its key and
+    /// its value.
+    struct Slot {
+        Slot() : state(0) {}
+        int state;
+        QString text;
+        QVariant value;
+    };
+
+    Slot *reallocateStack();
+    Slot *push(Slot *top, int state);
+    Slot *shift(Slot *top, int state, int token, JsonLexer *lexer);
+    Slot *reduce(Slot *top, int rule);
+    void build(int rule, Slot *sym);
+    static void addMember(QVariant &object, Slot &member);
+    static void addElement(QVariant &array, Slot &element);
+    void setError(const JsonLexer &lexer, int state);
+
+    QVector<Slot> m_stack; ///< slot 0 is never used
+    Slot *m_limit; ///< after the last slot
+    QVariant m_result;
+    QString m_errorMessage;
+    int m_errorLine;
+    int m_errorPos;
 };
 
 #endif // JSONPARSER_H

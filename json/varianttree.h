@@ -3,32 +3,6 @@
 
 #include <QVariant>
 
-#include <cstring>
-
-QT_BEGIN_NAMESPACE
-
-/// The order of the keys of a QVariantMap: that of QString, by code unit. The toolkit's maps ask this
-/// function for it, and asked here, in place, it takes a third of the instructions of a call: a sixth
-/// of reading a configuration. Every file of the library that looks for a key in such a map includes
-/// this header, so that all of them compile to the same. (Qt 4 asks for its own function by name.)
-inline bool qMapLessThanKey(const QString &a, const QString &b)
-{
-    const ushort *unitOfA = reinterpret_cast<const ushort *>(a.constData());
-    const ushort *unitOfB = reinterpret_cast<const ushort *>(b.constData());
-    int common = qMin(a.size(), b.size());
-    for (; common >= 4 && std::memcmp(unitOfA, unitOfB, 8) == 0; common -= 4) {
-        unitOfA += 4;
-        unitOfB += 4;
-    }
-    for (; common > 0 && *unitOfA == *unitOfB; --common) {
-        ++unitOfA;
-        ++unitOfB;
-    }
-    return common > 0 ? *unitOfA < *unitOfB : a.size() < b.size();
-}
-
-QT_END_NAMESPACE
-
 /// Access to variant trees without copies and without recursion.
 ///
 /// A tree can be as deep as its document has brackets, so nothing here or in the walks that use it
@@ -77,14 +51,17 @@ inline const QVariantList &list(const QVariant &value)
     return *static_cast<const QVariantList *>(value.constData());
 }
 
-/// A container that a walk has open, and the place in it. One of map and list is in use.
+/// A container that a walk has open, and the place in it. One of map and list is in use; the other is
+/// empty.
 struct Level {
     Level() : isObject(false), index(0) {}
 
-    void open(const QVariantMap &object)
+    explicit Level(const QVariant &container) : isObject(isMap(container)), index(0)
     {
-        isObject = true;
-        map = object;
+        if (isObject)
+            map = VariantTree::map(container);
+        else
+            list = container.toList();
         member = map.constBegin();
     }
 

@@ -1,6 +1,7 @@
 #include "config/webappsettings.h"
 
 #include "tests/support/configdescription.h"
+#include "tests/support/messagesink.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
 
@@ -112,9 +113,9 @@ int raceIntoTheReading(const char *folder)
     latecomer = new Latecomer;
     latecomer->isAsking = false;
     latecomer->isAnswered = false;
-    QtCompat::installMessageSink(startLatecomer);
+    installMessageSink(startLatecomer);
     const WebAppSettings *settings = getWebAppSettings();
-    QtCompat::installMessageSink(nullptr);
+    installMessageSink(nullptr);
     if (!latecomer->thread.joinable())
         return 2; // no message, no race
     latecomer->thread.join();

@@ -10,7 +10,9 @@
 #include "tests/faults/childprocess.h"
 #include "tests/faults/opening.h"
 #include "tests/json/jsoninput.h"
+#include "tests/settings/unflattened.h"
 #include "tests/support/configdescription.h"
+#include "tests/support/messagesink.h"
 #include "tests/support/smallstackthread.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
@@ -135,7 +137,7 @@ class Unflattening : public Work
 {
 public:
     Unflattening() : m_map(documentMap()), m_before(describeLines(m_map)) {}
-    void run() override { m_tree = unflattenMap(m_map); }
+    void run() override { m_tree = unflattened(m_map); }
     QByteArray result() const override { return describe(m_tree); }
     bool isSound() const override { return describeLines(m_map) == m_before; }
 
@@ -194,7 +196,7 @@ public:
           m_key(QLatin1String("Applications/7/Tag"))
     {
     }
-    void run() override { m_tree = unflattenVariant(m_node, m_key, true); }
+    void run() override { m_tree = unflattened(m_node, m_key, true); }
     QByteArray result() const override { return describe(m_tree); }
     bool isSound() const override { return describe(m_node) == m_before; }
 
@@ -485,7 +487,7 @@ void unflattenDeeply()
 {
     QSettings::SettingsMap map;
     map.insert(QString(QLatin1String("a/1/")).repeated(deep) + QLatin1Char('b'), 1);
-    QVariant tree = unflattenMap(map);
+    QVariant tree = unflattened(map);
     VariantTree::dispose(tree);
 }
 
@@ -558,7 +560,7 @@ void tst_AllocationFailures::initTestCase()
 void tst_AllocationFailures::cleanup()
 {
     planned = withoutFailure;
-    QtCompat::installMessageSink(nullptr);
+    installMessageSink(nullptr);
 }
 
 // What comes of them is up to the toolkit, so it is told and not judged, as long as it comes to an end.
@@ -625,7 +627,7 @@ void tst_AllocationFailures::failuresAreExceptionsOrHaveNoEffect()
 {
     QFETCH(QByteArray, name);
     QFETCH(int, duration);
-    QtCompat::installMessageSink(passOver);
+    installMessageSink(passOver);
 
     const Sweep swept = sweep(name, Allocations::Duration(duration));
 

@@ -1,5 +1,4 @@
 #include "json/jsonwriter.h"
-#include "settings/compacttree.h"
 #include "tests/support/testmain.h"
 
 #include <QVariant>
@@ -34,8 +33,6 @@ class tst_SizeLimits : public QObject
 private Q_SLOTS:
     void textsEndAtTheLargestByteArray_data();
     void textsEndAtTheLargestByteArray();
-    void compactTreesHoldWhatFitsIntoOneArray_data();
-    void compactTreesHoldWhatFitsIntoOneArray();
 };
 
 void tst_SizeLimits::textsEndAtTheLargestByteArray_data()
@@ -59,35 +56,6 @@ void tst_SizeLimits::textsEndAtTheLargestByteArray()
         texts.append(mebibyte);
 
     QCOMPARE(writtenSize(texts), size);
-}
-
-void tst_SizeLimits::compactTreesHoldWhatFitsIntoOneArray_data()
-{
-    QTest::addColumn<int>("elements");
-    QTest::addColumn<bool>("areHeld");
-    QTest::newRow("some thousands") << 4000 << true;
-    if (!hasGigabytes())
-        return;
-    QTest::newRow("32 million") << 32000000 << true;
-    QTest::newRow("64 million") << 64000000 << false;
-}
-
-void tst_SizeLimits::compactTreesHoldWhatFitsIntoOneArray()
-{
-    QFETCH(int, elements);
-    QFETCH(bool, areHeld);
-    CompactTree tree;
-    CompactNode array;
-    CompactTree::beginArray(array);
-    for (int i = 0; i < elements; ++i) {
-        CompactNode element;
-        element.scalar = i;
-        tree.addElement(array, element);
-    }
-    tree.endArray(array);
-
-    QCOMPARE(tree.isPlain(), areHeld);
-    QVERIFY(!areHeld || array.extent.count == uint(elements));
 }
 
 NUV_TEST_MAIN(tst_SizeLimits)

@@ -5,6 +5,7 @@
 #include "json/jsonwriter.h"
 #include "tests/settings/randomtrees.h"
 #include "tests/settings/referenceformat.h"
+#include "tests/settings/unflattened.h"
 #include "tests/support/describe.h"
 #include "tests/support/messages.h"
 #include "tests/support/restrictions.h"
@@ -155,11 +156,13 @@ private Q_SLOTS:
     void flattenContinuesUnderThePrefixAndCutsItBack_data();
     void flattenContinuesUnderThePrefixAndCutsItBack();
     void flattenEqualsThePlainRecursion();
+    void longArraysAreFlattenedLikeTheirElements_data();
+    void longArraysAreFlattenedLikeTheirElements();
     void writesFlatKeysAsDocument_data();
     void writesFlatKeysAsDocument();
     void unflattenSetsOneValue_data();
     void unflattenSetsOneValue();
-    void unflattenLeavesItsArgumentsAlone();
+    void unflattenLeavesACopyOfTheTreeAlone();
     void unflattenEqualsThePlainRecursion();
     void documentsSurviveTheRoundTrip_data();
     void documentsSurviveTheRoundTrip();
@@ -491,6 +494,38 @@ void tst_JsonSettingsFormat::flattenEqualsThePlainRecursion()
     }
 }
 
+void tst_JsonSettingsFormat::longArraysAreFlattenedLikeTheirElements_data()
+{
+    QTest::addColumn<int>("size");
+    for (int size :
+         { 0, 1, 8, 9, 10, 11, 19, 20, 89, 90, 98, 99, 100, 101, 109, 110, 999, 1000, 1234 })
+        QTest::newRow(QByteArray::number(size).constData()) << size;
+}
+
+// Positions are visited in the order of their texts where that makes no difference.
+void tst_JsonSettingsFormat::longArraysAreFlattenedLikeTheirElements()
+{
+    QFETCH(int, size);
+    QVariantList list;
+    for (int i = 0; i < size; ++i)
+        list.append(i % 3 ? QVariant(QVariantList() << i) : QVariant(i));
+    for (const char *key : { "a", "a/b" }) {
+        QVariantMap tree;
+        tree.insert(QLatin1String(key), list);
+        tree.insert(QLatin1String("z"), list);
+        QString prefix;
+        QString expectedPrefix;
+        QSettings::SettingsMap map;
+        QSettings::SettingsMap expected;
+
+        flattenVariant(prefix, map, tree);
+        referenceFlatten(expectedPrefix, expected, tree);
+
+        QCOMPARE(describeLines(map), describeLines(expected));
+        QCOMPARE(prefix, expectedPrefix);
+    }
+}
+
 // Rows for what else a size can be, and for what is left out of an array.
 static void addOddSizes()
 {
@@ -645,21 +680,21 @@ void tst_JsonSettingsFormat::unflattenSetsOneValue()
     QFETCH(QByteArray, result);
     QString error;
 
-    const QVariant tree = unflattenVariant(parseJson(node, &error), key, parseJson(value, &error));
+    const QVariant tree = unflattened(parseJson(node, &error), key, parseJson(value, &error));
 
     QCOMPARE(error, QString());
     QCOMPARE(describe(tree), result);
 }
 
-void tst_JsonSettingsFormat::unflattenLeavesItsArgumentsAlone()
+void tst_JsonSettingsFormat::unflattenLeavesACopyOfTheTreeAlone()
 {
     QString error;
     const QVariant node = parseJson("{\"a\": {\"1\": [1, 2], \"x\": {\"y\": 3}}}", &error);
     const QByteArray before = describe(node);
 
-    unflattenVariant(node, QLatin1String("a/size"), 1);
-    unflattenVariant(node, QLatin1String("a/x/y/z"), 1);
-    unflattenVariant(node, QLatin1String("a/1/size"), 1);
+    unflattened(node, QLatin1String("a/size"), 1);
+    unflattened(node, QLatin1String("a/x/y/z"), 1);
+    unflattened(node, QLatin1String("a/1/size"), 1);
 
     QCOMPARE(describe(node), before);
 }
@@ -672,7 +707,7 @@ void tst_JsonSettingsFormat::unflattenEqualsThePlainRecursion()
         QVariant tree = i % 4 == 3 ? random.tree() : QVariant();
         QVariant expected = tree;
         for (QSettings::SettingsMap::const_iterator it = map.begin(); it != map.end(); ++it) {
-            tree = unflattenVariant(tree, it.key(), it.value());
+            unflattenVariant(tree, it.key(), it.value());
             expected = referenceUnflatten(expected, it.key(), it.value());
             if (describe(tree) != describe(expected))
                 qWarning("map %d at %s: %s", i, describeText(it.key()).constData(),

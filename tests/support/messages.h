@@ -1,7 +1,7 @@
 #ifndef MESSAGES_H
 #define MESSAGES_H
 
-#include "global/qtcompat.h"
+#include "tests/support/messagesink.h"
 
 #include <QList>
 #include <QPair>
@@ -15,10 +15,10 @@ public:
     Messages()
     {
         received().clear();
-        QtCompat::installMessageSink(receive);
+        installMessageSink(receive);
     }
 
-    ~Messages() { QtCompat::installMessageSink(nullptr); }
+    ~Messages() { installMessageSink(nullptr); }
 
     int count() const { return received().size(); }
     QtMsgType type(int index) const { return received().at(index).first; }

@@ -3,6 +3,7 @@
 #include "json/jsonparser.h"
 #include "json/jsonwriter.h"
 #include "json/varianttree.h"
+#include "settings/flatkeys.h"
 #include "settings/jsonsettingsformat.h"
 #include "tools/nuv-apps-config/configurationfile.h"
 #include "tools/nuv-apps-config/readfile.h"

@@ -1,6 +1,6 @@
 #include "tools/nuv-apps-config/libraryview.h"
 
-#include "json/jsondriver.h"
+#include "json/jsonparser.h"
 #include "settings/jsonsettingsformat.h"
 
 #include <QRegularExpression>
@@ -89,31 +89,12 @@ private:
     bool m_wasSet;
 };
 
-/// Builds nothing out of a document.
-struct NoTreeBuilder {
-    typedef QVariant Value;
-
-    static QVariant &scalar(QVariant &value) { return value; }
-    void beginObject(QVariant &value) { value = QVariant(); }
-    void addMember(QVariant &, QString &, QString &key, QVariant &value)
-    {
-        key = QString();
-        value = QVariant();
-    }
-    void endObject(QVariant &) {}
-    void beginArray(QVariant &value) { value = QVariant(); }
-    void addElement(QVariant &, QVariant &value) { value = QVariant(); }
-    void endArray(QVariant &) {}
-    static void dispose(QVariant &) {}
-};
-
 // The settings format does not tell a file that it cannot parse from one without keys.
 int findError(const QByteArray &bytes)
 {
     JsonLexer lexer(bytes);
-    NoTreeBuilder builder;
-    JsonDriver<NoTreeBuilder> driver(&builder);
-    return bytes.isEmpty() || driver.parse(&lexer) ? -1 : driver.error().pos;
+    JsonParser parser;
+    return bytes.isEmpty() || parser.parse(&lexer) ? -1 : parser.errorPos();
 }
 
 // Whether the loader asks how many elements that key counts.

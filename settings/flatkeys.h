@@ -1,0 +1,38 @@
+#ifndef FLATKEYS_H
+#define FLATKEYS_H
+
+#include <QChar>
+#include <QLatin1String>
+#include <QSettings>
+#include <QString>
+#include <QVariant>
+
+/// \file
+/// The flat keys of QSettings, and the two ways between them and a variant tree:
+///
+/// | tree                                      | flat keys                                           |
+/// |-------------------------------------------|-----------------------------------------------------|
+/// | {"a": 1, "b": {"c": true}}                | a = 1, b/c = true                                   |
+/// | {"list": [10, 20]}                        | list/1 = 10, list/2 = 20, list/size = 2             |
+/// | {"list": []}                              | list/size = 0                                       |
+/// | {"none": null, "empty": {}}               | none = an invalid variant                           |
+///
+/// Neither way takes stack in proportion to the depth of the tree.
+
+/// What joins the components of a flat key.
+const QLatin1Char FlatKeySeparator('/');
+
+/// The name under which an array holds the number of its elements.
+const QLatin1String FlatKeySize("size");
+
+/// Adds the flat keys of `value` to `map`; what a key held before is replaced. `prefix` is the path of
+/// `value` with a "/" after it, empty for the root. On return its last component is cut off.
+void flattenVariant(QString &prefix, QSettings::SettingsMap &map, const QVariant &value);
+
+/// Sets `value` under the path `key` in the tree `root`. What is in the way of the path is replaced by an
+/// object. A last component "size" turns the object that it is set in into an array of so many elements,
+/// from the entries "1", "2", … that the object holds by then; its other entries are dropped. Keys must
+/// therefore come in ascending order, as a settings map has them.
+void unflattenVariant(QVariant &root, const QString &key, const QVariant &value);
+
+#endif // FLATKEYS_H
