@@ -22,9 +22,12 @@
 //   launcherextension  what the scripts of a page can call, as window.zarexExt; with more for some
 //                      applications: receiverextension, for the receiver
 //   broadcastaccess    which pages find it
+//   replyreport        prints what became of requests
 //
 // network/      its network access
-//   launchernetwork    a configuredaccess, which presents its clientcertificate
+//   launchernetwork    a configuredaccess, which decides about each request: it presents a
+//                      clientcertificate, keeps localfiles from pages with a refusedreply, and sets
+//                      a responselimit
 //   trustedauthorities whose certificates make a server trusted
 //   cookiejar          cookies that survive the program, in a cookiefile, within cookiebounds
 //

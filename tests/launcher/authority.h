@@ -13,7 +13,7 @@ class Authority
 public:
     Authority()
     {
-        m_dir.write(QLatin1String("names"), "subjectAltName=IP:127.0.0.1\n");
+        m_dir.write(QLatin1String("names"), "subjectAltName=IP:127.0.0.1,DNS:localhost\n");
         openssl("req -x509 -newkey rsa:2048 -nodes -keyout CA.key -out CA.pem -days 2 "
                 "-subj /CN=authority");
     }
@@ -30,6 +30,26 @@ public:
         openssl(QString(QLatin1String("x509 -req -in request -CA CA.pem -CAkey CA.key "
                                       "-CAcreateserial -days 2 -extfile names -out %1.pem"))
                     .arg(is));
+    }
+
+    /// Issues a certificate with this one, which becomes that of an authority in between.
+    void issueInBetween(const char *between, const char *name) const
+    {
+        m_dir.write(QLatin1String("authority"), "basicConstraints=critical,CA:TRUE\n");
+        const QString above = QLatin1String(between);
+        const QString is = QLatin1String(name);
+        openssl(QString(QLatin1String("req -newkey rsa:2048 -nodes -keyout %1.key -out request "
+                                      "-subj /CN=%1"))
+                    .arg(above));
+        openssl(QString(QLatin1String("x509 -req -in request -CA CA.pem -CAkey CA.key "
+                                      "-CAcreateserial -days 2 -extfile authority -out %1.pem"))
+                    .arg(above));
+        openssl(QString(QLatin1String("req -newkey rsa:2048 -nodes -keyout %1.key -out request "
+                                      "-subj /CN=%1"))
+                    .arg(is));
+        openssl(QString(QLatin1String("x509 -req -in request -CA %1.pem -CAkey %1.key "
+                                      "-CAcreateserial -days 2 -extfile names -out %2.pem"))
+                    .arg(above, is));
     }
 
     /// Runs the command in the folder, with arguments that are separated by spaces.

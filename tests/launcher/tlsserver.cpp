@@ -29,7 +29,8 @@ QString commonName(const QSslCertificate &certificate)
 TlsServer::TlsServer(const QString &authority, const QString &certificate, const QString &key)
     : m_authority(QSslCertificate::fromData(contents(authority))),
       m_certificate(contents(certificate)),
-      m_key(contents(key), QSsl::Rsa)
+      m_key(contents(key), QSsl::Rsa),
+      m_isContent(false)
 {
 }
 
@@ -50,7 +51,7 @@ void TlsServer::begin(QTcpSocket *socket)
     configuration.setCaCertificates(m_authority);
     configuration.setLocalCertificate(m_certificate);
     configuration.setPrivateKey(m_key);
-    configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
+    configuration.setPeerVerifyMode(m_isContent ? QSslSocket::QueryPeer : QSslSocket::VerifyPeer);
     secure->setSslConfiguration(configuration);
     secure->startServerEncryption();
 }

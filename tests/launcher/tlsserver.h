@@ -16,6 +16,9 @@ public:
     /// The three files are in PEM form; the key is RSA.
     TlsServer(const QString &authority, const QString &certificate, const QString &key);
 
+    /// From now on it asks for a certificate, and is content without one.
+    void demandNothing() { m_isContent = true; }
+
     QString address(const char *path = "/") const override;
 
 protected:
@@ -27,6 +30,7 @@ private:
     QList<QSslCertificate> m_authority;
     QSslCertificate m_certificate;
     QSslKey m_key;
+    bool m_isContent;
 };
 
 #endif // TLSSERVER_H

@@ -21,12 +21,18 @@ private Q_SLOTS:
     void whereItCannotBeUsedNothingIsAskedFor_data();
     void whereItCannotBeUsedNothingIsAskedFor();
     void theWordsOfAServerThatRefusesAreShown();
+    void theChainOfTheFileIsPresented();
+    void onlyTheConfiguredServersSeeTheCertificate_data();
+    void onlyTheConfiguredServersSeeTheCertificate();
+    void theErrorPageSaysWhyThereIsNoSecureConnection();
+    void theErrorPageSaysWhyTheCertificateCannotBeUsed();
 
     void aServerThatNobodyVouchesForIsNotShown();
     void authoritiesThatCannotBeAddedAreTold_data();
     void authoritiesThatCannotBeAddedAreTold();
     void theAuthoritiesOfTheSystemStayInForce();
 
+    void aDocumentWithoutTlsIsNotAnswered();
     void applicationsShareNothing();
 
 private:
@@ -246,10 +252,125 @@ void tst_LauncherCertificate::theWordsOfAServerThatRefusesAreShown()
     server.kill();
     server.waitForFinished();
     QCOMPARE(run.status, 1);
-    QVERIFY(run.err.startsWith(text("nuv-launcher: tv: the page ") + address));
+    QVERIFY2(run.err.startsWith(text("nuv-launcher: tv: the page ") + address),
+             qPrintable(run.err));
     QVERIFY2(run.err.contains(text("alert unknown ca; perhaps the server does not accept its "
                                    "certificate ")),
              qPrintable(run.err));
+}
+
+// The server knows the authority at the root alone.
+void tst_LauncherCertificate::theChainOfTheFileIsPresented()
+{
+    m_authority.issueInBetween("between", "below");
+    m_authority.join("below.pem", "between.pem", "chain.pem");
+    m_server->serve("/chain", "<p>");
+    Stage stage;
+    trustAuthority(&stage);
+    stage.configure(Stage::application("tv", m_server->address("/chain"),
+                                       ownCertificate("chain.pem", "below.key")));
+
+    const Run run = stage.launch("--once tv");
+
+    // Qt 4 presents the first certificate alone.
+    QCOMPARE(run.status, ToolkitDifferences::either(1, 0));
+    QCOMPARE(m_server->clients("/chain").join(text(" ")),
+             text(ToolkitDifferences::either("", "below")));
+}
+
+void tst_LauncherCertificate::onlyTheConfiguredServersSeeTheCertificate_data()
+{
+    QTest::addColumn<QByteArray>("domains");
+    QTest::addColumn<QString>("client");
+
+    QTest::newRow("host of Url") << QByteArray() << QString();
+    QTest::newRow("granted domain")
+        << QByteArray(", \"GrantBroadcastAccessRightDomains\": [ { \"Domain\": \"localhost\" } ]")
+        << text("device");
+    QTest::newRow("another domain")
+        << QByteArray(", \"GrantBroadcastAccessRightDomains\": [ { \"Domain\": \"host\" } ]")
+        << QString();
+}
+
+// Both ask; the other is known under another name.
+void tst_LauncherCertificate::onlyTheConfiguredServersSeeTheCertificate()
+{
+    QFETCH(QByteArray, domains);
+    QFETCH(QString, client);
+    TlsServer own(m_authority.path("CA.pem"), m_authority.path("server.pem"),
+                  m_authority.path("server.key"));
+    TlsServer other(m_authority.path("CA.pem"), m_authority.path("server.pem"),
+                    m_authority.path("server.key"));
+    own.demandNothing();
+    other.demandNothing();
+    const QByteArray foreign =
+        other.address().replace(text("127.0.0.1"), text("localhost")).toLatin1();
+    own.serve("/", "<img src='" + foreign + "asked'><iframe src='" + foreign + "asked'></iframe>");
+    other.serve("/asked", "<p>");
+    Stage stage;
+    trustAuthority(&stage);
+    stage.configure(Stage::application("tv", own.address(),
+                                       ownCertificate("device.pem", "device.key") + domains));
+
+    QCOMPARE(stage.launch("--once tv").err, QString());
+
+    QCOMPARE(own.clients("/").join(text(" ")), text("device"));
+    QCOMPARE(other.clients("/asked").join(text(" ")), client + text(" ") + client);
+}
+
+void tst_LauncherCertificate::theErrorPageSaysWhyThereIsNoSecureConnection()
+{
+    Stage stage;
+    stage.configure(
+        Stage::application("tv", m_server->address(), ", \"EnableShowErrorPage\": true"));
+
+    const Run run = stage.launch("--once --eval document.getElementById('reason').textContent tv");
+
+    const QStringList answers = linesAfter("tv  answers: ", run.out);
+    QVERIFY2(answers.join(text(" ")).contains(text("; the server's certificate is not trusted: ")),
+             qPrintable(run.out + run.err));
+    QCOMPARE(run.status, 1);
+}
+
+void tst_LauncherCertificate::theErrorPageSaysWhyTheCertificateCannotBeUsed()
+{
+    Stage stage;
+    stage.configure(Stage::application(
+        "tv", m_server->address(), ", \"EnableShowErrorPage\": true" + ownCertificate("none.pem")));
+    m_server->forget();
+
+    const Run run = stage.launch("--once --eval document.getElementById('reason').textContent tv");
+
+    const QString reason =
+        QString(text("its certificate %1 cannot be read: No such file or directory"))
+            .arg(m_authority.path("none.pem"));
+    QCOMPARE(linesAfter("tv  answers: ", run.out).join(text(" ")),
+             text("\"") + reason + text("\""));
+    QCOMPARE(run.err, text("nuv-launcher: tv: ") + reason + text("\n"));
+    QCOMPARE(m_server->requests().size(), 0);
+}
+
+// Whoever is between could have written it.
+void tst_LauncherCertificate::aDocumentWithoutTlsIsNotAnswered()
+{
+    HttpServer plain;
+    plain.serve("/", "<script>console.log('plain: ' + typeof zarexExt)</script>");
+    m_server->serve("/home",
+                    "<script>zarexExt.say('secure'); onload = function() { location = '"
+                        + plain.address().toLatin1() + "' }</script>");
+    Stage stage;
+    trustAuthority(&stage);
+    stage.configure(Stage::application("tv", m_server->address("/home"),
+                                       ownCertificate("device.pem", "device.key")));
+    QProcess launcher;
+    stage.start(&launcher, "tv");
+
+    QVERIFY(Stage::awaitOutput(&launcher, "plain: "));
+    launcher.terminate();
+    const Run run = Stage::finish(&launcher);
+
+    QCOMPARE(said(run), text("secure"));
+    QVERIFY(run.out.contains(text("plain: undefined")));
 }
 
 void tst_LauncherCertificate::aServerThatNobodyVouchesForIsNotShown()

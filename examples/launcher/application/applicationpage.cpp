@@ -1,18 +1,22 @@
 #include "application/applicationpage.h"
 
 #include "application/errorpage.h"
+#include "network/configuredaccess.h"
 
 #include <QUrl>
 #include <QWebFrame>
 
 namespace {
 
-// Where a server said that all is well and then broke off, the engine gives what it said.
-QString reasonOf(const QWebPage::ErrorPageExtensionOption &failure)
+// Where a server said that all is well and then broke off, the engine gives what it said. Where there
+// was no answer, the network access can know more than the engine.
+QString reasonOf(const QWebPage::ErrorPageExtensionOption &failure, QNetworkAccessManager *network)
 {
-    const bool brokeOff = failure.domain == QWebPage::Http && failure.error < 400;
-    return brokeOff ? QString(QLatin1String("the server broke off its answer"))
-                    : failure.errorString;
+    const ConfiguredAccess *access = qobject_cast<ConfiguredAccess *>(network);
+    if (failure.domain == QWebPage::Http)
+        return failure.error < 400 ? QString(QLatin1String("the server broke off its answer"))
+                                   : failure.errorString;
+    return access ? access->reason(failure.url, failure.errorString) : failure.errorString;
 }
 
 // The engine does not tell the errors of one script of the launcher's from those of another. Only the
@@ -137,6 +141,19 @@ void ApplicationPage::showError(const QUrl &address, const QString &reason)
     m_loadError = reason;
 }
 
+// The engine is about to say that it loads the error page, which is not to make it forget.
+void ApplicationPage::showError(const QUrl &address, const QString &reason)
+{
+    if (m_errorPageIsShown)
+        mainFrame()->setContent(ErrorPage::html(address, reason), QLatin1String("text/html"));
+    m_loadError = reason;
+}
+
+QUrl ApplicationPage::failedAddress() const
+{
+    return m_failedAddress;
+}
+
 QString ApplicationPage::loadError() const
 {
     return m_loadError;
@@ -167,8 +184,10 @@ bool ApplicationPage::extension(Extension extension, const ExtensionOption *opti
     if (extension != ErrorPageExtension)
         return QWebPage::extension(extension, option, output);
     const ErrorPageExtensionOption *failure = static_cast<const ErrorPageExtensionOption *>(option);
+    const QString reason = reasonOf(*failure, networkAccessManager());
     if (failure->frame == mainFrame()) {
-        m_loadError = reasonOf(*failure);
+        m_loadError = reason;
+        m_failedAddress = failure->url;
         m_mayLoadLater = isTransient(*failure);
     }
     if (!m_errorPageIsShown)
@@ -177,7 +196,7 @@ bool ApplicationPage::extension(Extension extension, const ExtensionOption *opti
     page->baseUrl = failure->url;
     page->contentType = QLatin1String("text/html");
     page->encoding = QLatin1String("utf-8");
-    page->content = ErrorPage::html(failure->url, reasonOf(*failure));
+    page->content = ErrorPage::html(failure->url, reason);
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QMap>
 #include <QString>
+#include <QUrl>
 #include <QWebPage>
 
 /// The page of an application, with a user agent, an error page and scripts of the launcher's.
@@ -50,6 +51,7 @@ public:
 
     /// Why the last document did not load; empty when the engine does not say.
     QString loadError() const;
+    QUrl failedAddress() const; ///< of that document
 
     /// Whether the last document failed so that it may load another time.
     bool mayLoadLater() const;
@@ -91,6 +93,7 @@ private:
     QMap<QByteArray, QString> m_documentScripts;
     QString m_loadError;
     QuestionFlood m_questions;
+    QUrl m_failedAddress;
     bool m_mayLoadLater;
     bool m_errorPageIsShown;
     bool m_consoleIsShown;

@@ -3,19 +3,22 @@
 #include <AppConfig>
 #include "application/applicationpage.h"
 #include "application/pagekeeper.h"
+#include "application/replyreport.h"
+#include "network/configuredaccess.h"
 #include "program/configurationfile.h"
 #include "program/console.h"
 #include "program/userfolders.h"
 #include "effects/debugborders.h"
 #include "effects/remoteinspector.h"
+#include "values/hostname.h"
 #include "values/valuekind.h"
 #include "effects/viewsettings.h"
 #include "application/websurface.h"
 #include "application/zarexextfactory.h"
 #include <NetworkAccessManager>
 
+#include <QFileInfo>
 #include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -47,11 +50,12 @@ ApplicationView::ApplicationView(const QString &tag, ApplicationPage::Maker make
       m_network(createNetworkAccessManager(this)),
       m_layout(new QVBoxLayout(this)),
       m_keeper(nullptr),
+      m_replies(nullptr),
       m_timeout(0),
-      m_isAttended(true),
-      m_loadedUrlsArePrinted(false)
+      m_isAttended(true)
 {
     setObjectName(tag);
+    m_replies = new ReplyReport(tag, networkAccess(), this);
     setWindowTitle(tag);
     setAttribute(Qt::WA_DeleteOnClose);
     m_layout->setContentsMargins(0, 0, 0, 0);
@@ -59,11 +63,10 @@ ApplicationView::ApplicationView(const QString &tag, ApplicationPage::Maker make
     m_layout->setSizeConstraint(QLayout::SetNoConstraint); // the configured size counts
     setSurface(WebSurface::createWidget(m_page, this));
     RemoteInspector::admit(m_page);
-    if (networkAccess()) {
+    if (networkAccess())
         m_page->setNetworkAccessManager(networkAccess());
-        connect(networkAccess(), SIGNAL(finished(QNetworkReply *)),
-                SLOT(printUrl(QNetworkReply *)));
-    }
+    // No file reads another. The network access decides which ones can be shown.
+    m_page->settings()->setAttribute(QWebSettings::LocalContentCanAccessFileUrls, false);
     connect(m_page, SIGNAL(note(QString)), SLOT(note(QString)));
     connect(m_page, SIGNAL(windowCloseRequested()), SLOT(close()));
     connect(m_page->mainFrame(), SIGNAL(javaScriptWindowObjectCleared()), SLOT(prepareScripts()));
@@ -94,18 +97,14 @@ void ApplicationView::expectNobody()
 
 void ApplicationView::start()
 {
-    if (!networkAccess()) {
-        const QString problem = networkProblem();
-        emit failed(problem.isEmpty() ? QString(QLatin1String("it has no network access"))
-                                      : problem);
-        return;
-    }
-    if (m_address.isEmpty()) {
-        m_page->showError(m_address, QLatin1String("it has no usable Url"));
+    const QString problem = whyNotStarted();
+    if (!problem.isEmpty()) {
+        m_page->showError(m_address, problem);
         setVisible(showsErrorPage());
-        emit failed(m_page->loadError());
+        emit failed(problem);
         return;
     }
+    boundNetwork();
     if (m_isAttended)
         keepPage(); // first, so that it is known whether the page is tried again
     connect(m_page, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
@@ -135,6 +134,16 @@ void ApplicationView::load(const QUrl &address)
 bool ApplicationView::isTriedAgain() const
 {
     return m_keeper && m_keeper->isWaiting();
+}
+
+QString ApplicationView::whyNotStarted() const
+{
+    if (!networkAccess())
+        return networkProblem().isEmpty() ? QString(QLatin1String("it has no network access"))
+                                          : networkProblem();
+    if (!m_refusal.isEmpty())
+        return m_refusal;
+    return m_address.isEmpty() ? QString(QLatin1String("it has no usable Url")) : QString();
 }
 
 void ApplicationView::bringToFront()
@@ -190,9 +199,15 @@ void ApplicationView::setReferrer(const QByteArray &address)
     m_referrer = address;
 }
 
-void ApplicationView::setLoadedUrlsArePrinted(bool printed)
+ReplyReport &ApplicationView::replyReport()
 {
-    m_loadedUrlsArePrinted = printed;
+    return *m_replies;
+}
+
+void ApplicationView::refuse(const QString &reason)
+{
+    if (m_refusal.isEmpty())
+        m_refusal = reason;
 }
 
 // The extension object finds out by the name of the widget which application it serves.
@@ -235,17 +250,47 @@ void ApplicationView::createExtension()
 void ApplicationView::firstLoadFinished(bool ok)
 {
     disconnect(m_page, SIGNAL(loadFinished(bool)), this, SLOT(firstLoadFinished(bool)));
+    connect(m_page, SIGNAL(loadFinished(bool)), SLOT(laterLoadFinished(bool)));
     m_timeout = 0;
     if (ok) {
+        reportRefusal();
         emit loaded();
         return;
     }
     QString text = QString(QLatin1String("the page %1 does not load")).arg(m_address.toString());
     if (!m_page->loadError().isEmpty())
         text += QLatin1String(": ") + m_page->loadError();
-    if (!networkProblem().isEmpty())
-        text += QLatin1String("; ") + networkProblem();
+    m_complaint = text;
     emit failed(text);
+}
+
+// What the user broke off has no error.
+void ApplicationView::laterLoadFinished(bool ok)
+{
+    if (ok)
+        reportRefusal();
+    else if (!m_page->loadError().isEmpty())
+        complain(QString(QLatin1String("the page %1 does not load: %2"))
+                     .arg(m_page->failedAddress().toString(), m_page->loadError()));
+}
+
+// The server's own words are shown, as far as it has any.
+void ApplicationView::reportRefusal()
+{
+    const QString refusal = m_replies->refusalOf(m_page->mainFrame()->url());
+    if (refusal.isEmpty())
+        m_complaint.clear();
+    else
+        complain(QString(QLatin1String("the server refuses the page %1: %2"))
+                     .arg(m_page->mainFrame()->url().toString(), refusal));
+}
+
+// A page that is tried again and again is told of once.
+void ApplicationView::complain(const QString &text)
+{
+    if (text != m_complaint)
+        Console::warning(tag() + QLatin1String(": ") + text);
+    m_complaint = text;
 }
 
 void ApplicationView::giveUp()
@@ -265,12 +310,6 @@ void ApplicationView::note(const QString &text)
     Console::note(tag(), text);
 }
 
-void ApplicationView::printUrl(QNetworkReply *reply)
-{
-    if (m_loadedUrlsArePrinted)
-        Console::note(tag(), QLatin1String("loaded: ") + reply->url().toString());
-}
-
 void ApplicationView::useCertificate(const AppConfig &config)
 {
     const QVariant certificate = config.getCertPath();
@@ -285,6 +324,23 @@ void ApplicationView::useCertificate(const AppConfig &config)
         m_network->setSslConfiguration(file, keyFile, passPhrase.toString());
     else
         m_network->setSslConfiguration(file, keyFile);
+    m_ownFiles << file << keyFile;
+}
+
+// The certificate says who the device is, so only those that the configuration names are told.
+void ApplicationView::boundNetwork()
+{
+    ConfiguredAccess *access = qobject_cast<ConfiguredAccess *>(networkAccess());
+    if (!access)
+        return;
+    access->setCertificateDomains(QStringList(HostName::normalized(m_address.host()))
+                                  + m_broadcastAccess.domains());
+    LocalFiles &files = access->localFiles();
+    files.setBounds(m_address, ConfigurationFile::resolve(QLatin1String(".")));
+    m_ownFiles << ConfigurationFile::resolve(QFileInfo(ConfigurationFile::path()).fileName())
+               << UserFolders::data() << UserFolders::cache();
+    for (int i = 0; i < m_ownFiles.size(); ++i)
+        files.keepBack(m_ownFiles.at(i));
 }
 
 // The property of a network module that has one.

@@ -7,6 +7,7 @@
 
 #include <QPointer>
 #include <QScopedPointer>
+#include <QStringList>
 #include <QUrl>
 #include <QWidget>
 
@@ -14,8 +15,8 @@ class AppConfig;
 class NetworkAccessManager;
 class PageKeeper;
 class QNetworkAccessManager;
-class QNetworkReply;
 class QVBoxLayout;
+class ReplyReport;
 class WebSurface;
 
 /// One web application: a window with a page, a network access and an extension object of its own.
@@ -62,7 +63,10 @@ public:
     void setAddress(const QUrl &address);
     BroadcastAccess &broadcastAccess();
     void setReferrer(const QByteArray &address); ///< of the first request
-    void setLoadedUrlsArePrinted(bool printed);
+    ReplyReport &replyReport();
+
+    /// The application does not start, for this reason. Only the first one counts.
+    void refuse(const QString &reason);
 
 Q_SIGNALS:
     void loaded();
@@ -73,16 +77,20 @@ Q_SIGNALS:
 private Q_SLOTS:
     void prepareScripts();
     void firstLoadFinished(bool ok);
+    void laterLoadFinished(bool ok);
     void giveUp();
     void load(const QUrl &address);
     void note(const QString &text);
-    void printUrl(QNetworkReply *reply);
 
 private:
     void createExtension();
     void keepPage();
     void useCertificate(const AppConfig &config);
     QString networkProblem() const;
+    QString whyNotStarted() const;
+    void boundNetwork();
+    void reportRefusal();
+    void complain(const QString &text);
     void setSurface(WebSurface *surface);
 
     ApplicationPage *m_page;
@@ -94,9 +102,12 @@ private:
     QUrl m_address;
     QByteArray m_referrer;
     PageKeeper *m_keeper; ///< null where nobody is there
+    QStringList m_ownFiles; ///< that no page is given
+    QString m_complaint; ///< the last one about a page; empty once one has loaded
+    QString m_refusal; ///< empty where nothing speaks against starting
+    ReplyReport *m_replies;
     int m_timeout; ///< milliseconds; 0 for none
     bool m_isAttended;
-    bool m_loadedUrlsArePrinted;
 };
 
 #endif // APPLICATIONVIEW_H

@@ -7,9 +7,12 @@
 
 namespace {
 
-bool isOfTheWeb(const QString &scheme)
+const char secure[] = "https";
+
+bool isAsSecureAs(const QString &scheme, const QUrl &home)
 {
-    return scheme == QLatin1String("http") || scheme == QLatin1String("https");
+    const bool isPlain = scheme == QLatin1String("http");
+    return scheme == QLatin1String(secure) || (isPlain && home.scheme() != QLatin1String(secure));
 }
 
 } // namespace
@@ -28,6 +31,11 @@ bool BroadcastAccess::setDomains(const QStringList &domains)
     return true;
 }
 
+QStringList BroadcastAccess::domains() const
+{
+    return m_domains;
+}
+
 void BroadcastAccess::setClearance(bool isGiven)
 {
     m_hasClearance = isGiven;
@@ -42,7 +50,7 @@ bool BroadcastAccess::answers(const QWebSecurityOrigin &origin, const QUrl &home
 {
     if (origin.scheme() == QLatin1String("file"))
         return home.scheme() == QLatin1String("file");
-    if (!isOfTheWeb(origin.scheme()))
+    if (!isAsSecureAs(origin.scheme(), home))
         return false;
     const QString host = HostName::normalized(origin.host());
     const QStringList domains =

@@ -23,10 +23,14 @@ public:
     /// Whether the object has the members that control the receiver. False at first.
     bool hasClearance() const;
 
+    /// The domains that were set, normalized; none at first.
+    QStringList domains() const;
+
     /// Whether the documents of `origin` are answered in the application that begins with `home`: files
-    /// where it begins with a file, and those of the web whose host is one of the domains or lies below
+    /// where it begins with a file, and those of the web whose host is one of the domains or is below
     /// one. Where no domains are set, the host of `home` is the only one. All others are refused: those
-    /// of other schemes, and those without an origin, as in a sandbox.
+    /// of other schemes, those without an origin, as in a sandbox, and those without TLS where `home`
+    /// has it, as whoever is between could have written them.
     bool answers(const QWebSecurityOrigin &origin, const QUrl &home) const;
 
 private:

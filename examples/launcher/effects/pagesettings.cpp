@@ -2,6 +2,7 @@
 
 #include "application/applicationpage.h"
 #include "application/applicationview.h"
+#include "application/replyreport.h"
 #include "program/configurationfile.h"
 #include "application/websurface.h"
 #include "values/pageaddress.h"
@@ -98,7 +99,7 @@ bool PageSettings::setConsoleSuppressed(ApplicationView &view, const QVariant &o
 
 bool PageSettings::setLoadedUrlsPrinted(ApplicationView &view, const QVariant &on)
 {
-    view.setLoadedUrlsArePrinted(on.toBool());
+    view.replyReport().setAddressesArePrinted(on.toBool());
     return true;
 }
 

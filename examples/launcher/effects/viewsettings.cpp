@@ -225,14 +225,36 @@ void print(const ViewSetting &row, const QString &value, int width,
                   name + QLatin1String(" = ") + value + whyWithoutEffect(row, application));
 }
 
-void warn(const ViewSetting &row, const QVariant &value, const ApplicationView &application)
+// Without one of these the launcher would ask others than it was told to, tell them something else, or
+// let others in.
+const char *const indispensable[] = { "HttpProxy", "HttpReferrer",
+                                      "GrantBroadcastAccessRightDomains" };
+
+bool isIndispensable(const ViewSetting &row)
+{
+    for (const char *property : indispensable) {
+        if (std::strcmp(row.property, property) == 0)
+            return true;
+    }
+    return false;
+}
+
+QString objectionTo(const ViewSetting &row, const QVariant &value)
 {
     QString shown = row.kind->shown(value);
     if (value.userType() == QMetaType::QString)
         shown = QLatin1Char('"') + shown + QLatin1Char('"');
-    const QString format = QLatin1String("%1: %2 = %3 cannot be used; it takes %4");
-    Console::warning(format.arg(application.tag(), QLatin1String(row.property), shown,
-                                QLatin1String(row.kind->name)));
+    const QString format = QLatin1String("%1 = %2 cannot be used; it takes %3");
+    return format.arg(QLatin1String(row.property), shown, QLatin1String(row.kind->name));
+}
+
+void complain(const ViewSetting &row, const QVariant &value, ApplicationView &application)
+{
+    const QString objection = objectionTo(row, value);
+    if (isIndispensable(row))
+        application.refuse(objection);
+    else
+        Console::warning(application.tag() + QLatin1String(": ") + objection);
 }
 
 bool use(const ViewSetting &row, const QVariant &value, ApplicationView &application)
@@ -251,7 +273,7 @@ void ViewSettings::apply(const AppConfig &config, ApplicationView &application)
             continue;
         print(row, row.kind->shown(value), width, application);
         if (!use(row, value, application))
-            warn(row, value, application);
+            complain(row, value, application);
     }
 }
 

@@ -30,7 +30,8 @@ struct ViewSetting {
 };
 
 /// What the configured properties do to an application. A property that is not configured, or whose
-/// value cannot be used, leaves the browser's default.
+/// value cannot be used, leaves the browser's default. A proxy, a referrer or a list of domains that
+/// cannot be used keeps the application from starting.
 namespace ViewSettings {
 
 /// The rows, in the order in which they are printed and applied.

@@ -28,7 +28,7 @@ QString ClientCertificate::explain(const QString &) const
 struct ClientCertificate::Pair {
     QString certificateFile;
     QString keyFile;
-    QSslCertificate certificate;
+    QList<QSslCertificate> chain;
     QSslKey key;
 };
 
@@ -66,14 +66,14 @@ QString whyNoKey(const QByteArray &pem, const QString &passPhrase)
                                               : "does not open with its pass phrase");
 }
 
-QString loadCertificate(const QString &fileName, QSslCertificate *certificate)
+QString loadCertificates(const QString &fileName, QList<QSslCertificate> *chain)
 {
     QByteArray pem;
     const QString problem = read(fileName, &pem);
     if (!problem.isEmpty())
         return QLatin1String("its certificate ") + problem;
-    *certificate = QSslCertificate(pem);
-    return certificate->isNull()
+    *chain = QSslCertificate::fromData(pem);
+    return chain->isEmpty()
         ? QLatin1String("its certificate ") + fileName + QLatin1String(" is none in PEM form")
         : QString();
 }
@@ -109,7 +109,7 @@ QString ClientCertificate::load(const QString &certificateFile, const QString &k
     QSharedPointer<Pair> pair(new Pair);
     pair->certificateFile = certificateFile;
     pair->keyFile = keyFile;
-    QString problem = loadCertificate(certificateFile, &pair->certificate);
+    QString problem = loadCertificates(certificateFile, &pair->chain);
     if (problem.isEmpty())
         problem = loadKey(keyFile, passPhrase, &pair->key);
     if (problem.isEmpty())
@@ -122,7 +122,7 @@ void ClientCertificate::applyTo(QNetworkRequest *request) const
     if (!m_pair)
         return;
     QSslConfiguration configuration = request->sslConfiguration();
-    configuration.setLocalCertificate(m_pair->certificate);
+    TlsCompat::setLocalCertificates(&configuration, m_pair->chain);
     configuration.setPrivateKey(m_pair->key);
     request->setSslConfiguration(configuration);
 }

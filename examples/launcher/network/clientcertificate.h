@@ -10,7 +10,8 @@ class QNetworkRequest;
 class ClientCertificate
 {
 public:
-    /// Reads a certificate and its private key, RSA or EC, both in PEM form. Returns an empty text,
+    /// Reads a certificate and its private key, RSA or EC, both in PEM form. The certificates of the
+    /// authorities in between can follow in the file of the certificate. Returns an empty text,
     /// or what is wrong with them, which never holds the pass phrase; the certificate is empty then.
     QString load(const QString &certificateFile, const QString &keyFile, const QString &passPhrase);
 

@@ -1,5 +1,10 @@
 #include "network/configuredaccess.h"
 
+#include "network/refusedreply.h"
+#include "network/responselimit.h"
+#include "values/hostname.h"
+
+#include <QFileInfo>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QSslError>
@@ -15,6 +20,17 @@ bool isHandshakeFailure(const QNetworkReply &reply)
         && (error == QNetworkReply::SslHandshakeFailedError
             || error == QNetworkReply::RemoteHostClosedError
             || error == QNetworkReply::UnknownNetworkError);
+}
+
+bool isOfTheWeb(const QUrl &url)
+{
+    return url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
+}
+
+// What the engine plays it does not keep, and a station never ends. Its player asks like this.
+bool isForPlayer(const QNetworkRequest &request)
+{
+    return request.hasRawHeader("icy-metadata");
 }
 
 } // namespace
@@ -34,36 +50,107 @@ QString ConfiguredAccess::setCertificate(const QString &certificateFile, const Q
     return m_certificate.load(certificateFile, keyFile, passPhrase);
 }
 
+void ConfiguredAccess::setCertificateDomains(const QStringList &domains)
+{
+    m_certificateDomains = domains;
+}
+
+LocalFiles &ConfiguredAccess::localFiles()
+{
+    return m_files;
+}
+
 QString ConfiguredAccess::connectionProblem() const
 {
     return m_problem;
 }
 
+QString ConfiguredAccess::reason(const QUrl &url, const QString &words) const
+{
+    return url == m_failedUrl ? m_reason : words;
+}
+
 QNetworkReply *ConfiguredAccess::createRequest(Operation operation, const QNetworkRequest &request,
                                                QIODevice *outgoing)
 {
+    const QString objection = objectionTo(operation, request.url());
+    if (!objection.isEmpty())
+        return new RefusedReply(operation, request, objection, this);
     QNetworkRequest configured(request);
-    m_certificate.applyTo(&configured);
-    return QNetworkAccessManager::createRequest(operation, configured, outgoing);
+    if (isForCertificate(request.url()))
+        m_certificate.applyTo(&configured);
+    QNetworkReply *reply = QNetworkAccessManager::createRequest(operation, configured, outgoing);
+    if (isOfTheWeb(request.url()) && !isForPlayer(request))
+        connect(new ResponseLimit(reply), SIGNAL(exceeded(QNetworkReply *)),
+                SLOT(noteExcess(QNetworkReply *)));
+    return reply;
 }
 
+bool ConfiguredAccess::isForCertificate(const QUrl &url) const
+{
+    const QString host = HostName::normalized(url.host());
+    for (int i = 0; i < m_certificateDomains.size(); ++i) {
+        if (HostName::isWithin(host, m_certificateDomains.at(i)))
+            return true;
+    }
+    return false;
+}
+
+// The toolkit writes files, too.
+QString ConfiguredAccess::objectionTo(Operation operation, const QUrl &url) const
+{
+    if (url.scheme() != QLatin1String("file"))
+        return QString();
+    if (operation != GetOperation && operation != HeadOperation)
+        return QLatin1String("files are only read");
+    if (QFileInfo(url.toLocalFile()).size() > ResponseLimit::most)
+        return ResponseLimit::reason();
+    return m_files.objectionTo(url);
+}
+
+// The engine asks for the reason once all have heard of the end.
 void ConfiguredAccess::watchEnd(QNetworkReply *reply)
 {
-    if (!isHandshakeFailure(*reply))
+    const QString note = m_notes.take(reply);
+    if (reply->error() == QNetworkReply::NoError)
         return;
-    m_problem = m_distrust.isEmpty() ? m_certificate.explain(reply->errorString()) : m_distrust;
-    m_distrust.clear();
+    m_failedUrl = reply->url();
+    m_reason = note;
+    if (reply->error() == QNetworkReply::OperationCanceledError && !note.isEmpty())
+        return;
+    const QString explanation = explain(*reply, note);
+    m_reason = reply->errorString();
+    if (!explanation.isEmpty())
+        m_reason += QLatin1String("; ") + explanation;
+    if (isHandshakeFailure(*reply))
+        m_problem = explanation;
+}
+
+QString ConfiguredAccess::explain(const QNetworkReply &reply, const QString &note) const
+{
+    if (!note.isEmpty() || !isHandshakeFailure(reply))
+        return note;
+    if (m_certificate.isEmpty() || isForCertificate(reply.url()))
+        return m_certificate.explain(reply.errorString());
+    return QLatin1String("perhaps the server demands a certificate, which is only for the host of "
+                         "Url and the granted domains");
+}
+
+void ConfiguredAccess::noteExcess(QNetworkReply *reply)
+{
+    m_notes.insert(reply, ResponseLimit::reason());
 }
 
 #ifndef NUV_WITHOUT_TLS
 
 // Nobody overrules them, so the request is about to fail; the error that it fails with does not say
 // why.
-void ConfiguredAccess::noteDistrust(QNetworkReply *, const QList<QSslError> &errors)
+void ConfiguredAccess::noteDistrust(QNetworkReply *reply, const QList<QSslError> &errors)
 {
-    m_distrust = QLatin1String("the server's certificate is not trusted");
+    QString note = QLatin1String("the server's certificate is not trusted");
     if (!errors.isEmpty())
-        m_distrust += QLatin1String(": ") + errors.first().errorString();
+        note += QLatin1String(": ") + errors.first().errorString();
+    m_notes.insert(reply, note);
 }
 
 #endif

@@ -2,12 +2,17 @@
 #define CONFIGUREDACCESS_H
 
 #include "network/clientcertificate.h"
+#include "network/localfiles.h"
 #include "network/tlscompat.h"
 
+#include <QHash>
 #include <QNetworkAccessManager>
+#include <QStringList>
+#include <QUrl>
 
-/// Presents a client certificate in every request. The toolkit keeps no such setting for one network
-/// access manager, only for one request or the whole process.
+/// The network access of one application, which decides about every request: which files can be loaded,
+/// who is shown the client certificate, how large a response may be. The toolkit keeps no certificate for
+/// one network access manager, only for one request or the whole process.
 class ConfiguredAccess : public QNetworkAccessManager
 {
     Q_OBJECT
@@ -19,9 +24,18 @@ public:
     QString setCertificate(const QString &certificateFile, const QString &keyFile,
                            const QString &passPhrase);
 
+    /// The domains whose servers, and those of what is below them, are shown the certificate. None at
+    /// first. They are normalized.
+    void setCertificateDomains(const QStringList &domains);
+
+    LocalFiles &localFiles();
+
     /// Why the last connection that failed did so, as far as certificates are concerned; empty when
     /// they are not.
     QString connectionProblem() const;
+
+    /// Why the request for `url` that has just failed did so. `words` is what the engine knows of it.
+    QString reason(const QUrl &url, const QString &words) const;
 
 protected:
     QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request,
@@ -29,14 +43,23 @@ protected:
 
 private Q_SLOTS:
     void watchEnd(QNetworkReply *reply);
+    void noteExcess(QNetworkReply *reply);
 #ifndef NUV_WITHOUT_TLS
     void noteDistrust(QNetworkReply *reply, const QList<QSslError> &errors);
 #endif
 
 private:
+    bool isForCertificate(const QUrl &url) const;
+    QString objectionTo(Operation operation, const QUrl &url) const;
+    QString explain(const QNetworkReply &reply, const QString &note) const;
+
     ClientCertificate m_certificate;
-    QString m_distrust;
+    QStringList m_certificateDomains;
+    LocalFiles m_files;
+    QHash<QNetworkReply *, QString> m_notes; ///< why a request is about to fail
     QString m_problem;
+    QUrl m_failedUrl; ///< of the last request that failed, for m_reason
+    QString m_reason;
 };
 
 #endif // CONFIGUREDACCESS_H

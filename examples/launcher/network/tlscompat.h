@@ -31,6 +31,18 @@ inline QList<QSsl::KeyAlgorithm> keyAlgorithms()
     return result;
 }
 
+/// Presents a certificate with the chain of those that vouch for it, itself first. Qt 4 presents the
+/// first one alone, so that servers have to know the authorities in between.
+inline void setLocalCertificates(QSslConfiguration *configuration,
+                                 const QList<QSslCertificate> &chain)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 1, 0)
+    configuration->setLocalCertificate(chain.value(0));
+#else
+    configuration->setLocalCertificateChain(chain);
+#endif
+}
+
 inline QList<QSslCertificate> systemAuthorities()
 {
 #if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)

@@ -1,0 +1,58 @@
+#include "network/responselimit.h"
+
+#include <QNetworkReply>
+#include <QString>
+
+// The engine reads in its own slot, between countReadable() and noteRest(): so the one connects before
+// it does, the other afterwards.
+ResponseLimit::ResponseLimit(QNetworkReply *reply)
+    : QObject(reply), m_reply(reply), m_readable(0), m_rest(0), m_isExceeded(false)
+{
+    connect(reply, SIGNAL(metaDataChanged()), SLOT(lookAtLength()));
+    connect(reply, SIGNAL(downloadProgress(qint64, qint64)), SLOT(countArrived(qint64)));
+    connect(reply, SIGNAL(readyRead()), SLOT(countReadable()));
+    QMetaObject::invokeMethod(this, "listenLast", Qt::QueuedConnection);
+}
+
+QString ResponseLimit::reason()
+{
+    return QString(QLatin1String("its body is larger than %1 bytes")).arg(most);
+}
+
+void ResponseLimit::lookAtLength()
+{
+    check(m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong());
+}
+
+void ResponseLimit::countArrived(qint64 received)
+{
+    check(received);
+}
+
+// What arrives compressed is larger here.
+void ResponseLimit::countReadable()
+{
+    m_readable += m_reply->bytesAvailable() - m_rest;
+    m_rest = m_reply->bytesAvailable();
+    check(m_readable);
+}
+
+void ResponseLimit::listenLast()
+{
+    connect(m_reply, SIGNAL(readyRead()), SLOT(noteRest()));
+}
+
+void ResponseLimit::noteRest()
+{
+    m_rest = m_reply->bytesAvailable();
+}
+
+// Not at once: the reply is in the middle of something.
+void ResponseLimit::check(qint64 size)
+{
+    if (m_isExceeded || size <= most)
+        return;
+    m_isExceeded = true;
+    emit exceeded(m_reply);
+    QMetaObject::invokeMethod(m_reply, "abort", Qt::QueuedConnection);
+}

@@ -1,0 +1,44 @@
+#ifndef RESPONSELIMIT_H
+#define RESPONSELIMIT_H
+
+#include <QObject>
+
+class QNetworkReply;
+
+/// Breaks off a response whose body is larger than the engine should have to hold, before or after it
+/// was decompressed.
+class ResponseLimit : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Far more than a page, a script or a picture has, and little enough for the memory of a device.
+    static const qint64 most = 64 * 1024 * 1024;
+
+    /// Watches a reply to whose data nobody listens so far; it belongs to the reply.
+    explicit ResponseLimit(QNetworkReply *reply);
+
+    /// "its body is larger than ... bytes".
+    static QString reason();
+
+Q_SIGNALS:
+    /// Emitted once, just before the reply is broken off.
+    void exceeded(QNetworkReply *reply);
+
+private Q_SLOTS:
+    void lookAtLength();
+    void countArrived(qint64 received);
+    void countReadable();
+    void listenLast();
+    void noteRest();
+
+private:
+    void check(qint64 size);
+
+    QNetworkReply *m_reply;
+    qint64 m_readable; ///< bytes that became readable so far
+    qint64 m_rest; ///< of them, those that nobody has read
+    bool m_isExceeded;
+};
+
+#endif // RESPONSELIMIT_H
