@@ -138,8 +138,9 @@ void tst_LauncherDoors::theLaunchersOwnFilesAreNotEvenShown()
     QVERIFY(!run.out.contains(text("SECRET")));
     QVERIFY2(run.out.contains(text("/text.txt: it is not in the directory of the application\n")),
              qPrintable(run.out));
-    QVERIFY2(run.out.contains(text("/house/AppsConfig.json: no page loads the launcher's own files\n")),
-             qPrintable(run.out));
+    QVERIFY2(
+        run.out.contains(text("/house/AppsConfig.json: no page loads the launcher's own files\n")),
+        qPrintable(run.out));
 }
 
 void tst_LauncherDoors::aPageFromTheWebShowsNoFile()

@@ -75,9 +75,8 @@ void ReplyReport::printAddress(const QNetworkReply &reply) const
     if (reply.error() == QNetworkReply::NoError)
         Console::note(m_tag, QLatin1String("loaded: ") + address);
     else
-        Console::note(m_tag,
-                      QLatin1String("not loaded: ") + address + QLatin1String(": ")
-                          + reasonOf(reply));
+        Console::note(
+            m_tag, QLatin1String("not loaded: ") + address + QLatin1String(": ") + reasonOf(reply));
 }
 
 // A page can ask again and again.
