@@ -8,15 +8,15 @@
 
 namespace {
 
-// Where a server said that all is well and then broke off, the engine gives what it said. Where there
-// was no answer, the network access can know more than the engine.
+// Where a server said that all is well and then broke off, the engine gives what it said. The network
+// access can know more.
 QString reasonOf(const QWebPage::ErrorPageExtensionOption &failure, QNetworkAccessManager *network)
 {
     const ConfiguredAccess *access = qobject_cast<ConfiguredAccess *>(network);
-    if (failure.domain == QWebPage::Http)
-        return failure.error < 400 ? QString(QLatin1String("the server broke off its answer"))
-                                   : failure.errorString;
-    return access ? access->reason(failure.url, failure.errorString) : failure.errorString;
+    const bool brokeOff = failure.domain == QWebPage::Http && failure.error < 400;
+    const QString words =
+        brokeOff ? QString(QLatin1String("the server broke off its answer")) : failure.errorString;
+    return access ? access->reason(failure.url, words) : words;
 }
 
 // The engine does not tell the errors of one script of the launcher's from those of another. Only the

@@ -35,7 +35,8 @@ bool isForPlayer(const QNetworkRequest &request)
 
 } // namespace
 
-ConfiguredAccess::ConfiguredAccess(QObject *parent) : QNetworkAccessManager(parent)
+ConfiguredAccess::ConfiguredAccess(QObject *parent)
+    : QNetworkAccessManager(parent), m_wasBrokenOff(false)
 {
     connect(this, SIGNAL(finished(QNetworkReply *)), SLOT(watchEnd(QNetworkReply *)));
 #ifndef NUV_WITHOUT_TLS
@@ -67,7 +68,9 @@ QString ConfiguredAccess::connectionProblem() const
 
 QString ConfiguredAccess::reason(const QUrl &url, const QString &words) const
 {
-    return url == m_failedUrl ? m_reason : words;
+    if (url != m_failedUrl || m_explanation.isEmpty())
+        return words;
+    return m_wasBrokenOff ? m_explanation : words + QLatin1String("; ") + m_explanation;
 }
 
 QNetworkReply *ConfiguredAccess::createRequest(Operation operation, const QNetworkRequest &request,
@@ -115,15 +118,10 @@ void ConfiguredAccess::watchEnd(QNetworkReply *reply)
     if (reply->error() == QNetworkReply::NoError)
         return;
     m_failedUrl = reply->url();
-    m_reason = note;
-    if (reply->error() == QNetworkReply::OperationCanceledError && !note.isEmpty())
-        return;
-    const QString explanation = explain(*reply, note);
-    m_reason = reply->errorString();
-    if (!explanation.isEmpty())
-        m_reason += QLatin1String("; ") + explanation;
+    m_wasBrokenOff = note == ResponseLimit::reason();
+    m_explanation = explain(*reply, note);
     if (isHandshakeFailure(*reply))
-        m_problem = explanation;
+        m_problem = m_explanation;
 }
 
 QString ConfiguredAccess::explain(const QNetworkReply &reply, const QString &note) const

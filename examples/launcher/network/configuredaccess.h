@@ -58,8 +58,9 @@ private:
     LocalFiles m_files;
     QHash<QNetworkReply *, QString> m_notes; ///< why a request is about to fail
     QString m_problem;
-    QUrl m_failedUrl; ///< of the last request that failed, for m_reason
-    QString m_reason;
+    QUrl m_failedUrl; ///< of the last request that failed
+    QString m_explanation; ///< why it did, beyond the words of the toolkit
+    bool m_wasBrokenOff; ///< by this object, so that these words mean nothing
 };
 
 #endif // CONFIGUREDACCESS_H

@@ -3,11 +3,19 @@
 #include <QNetworkReply>
 #include <QString>
 
+namespace {
+
+const qint64 readAhead = 1024 * 1024;
+
+} // namespace
+
 // The engine reads in its own slot, between countReadable() and noteRest(): so the one connects before
 // it does, the other afterwards.
 ResponseLimit::ResponseLimit(QNetworkReply *reply)
     : QObject(reply), m_reply(reply), m_readable(0), m_rest(0), m_isExceeded(false)
 {
+    // Without a limit the toolkit reads ahead, as fast as the server can send.
+    reply->setReadBufferSize(readAhead);
     connect(reply, SIGNAL(metaDataChanged()), SLOT(lookAtLength()));
     connect(reply, SIGNAL(downloadProgress(qint64, qint64)), SLOT(countArrived(qint64)));
     connect(reply, SIGNAL(readyRead()), SLOT(countReadable()));

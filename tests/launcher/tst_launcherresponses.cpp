@@ -1,0 +1,210 @@
+#include "examples/launcher/network/responselimit.h"
+#include "tests/launcher/httpserver.h"
+#include "tests/launcher/stage.h"
+#include "tests/support/testmain.h"
+
+namespace {
+
+const char tooLarge[] = "its body is larger than 33554432 bytes";
+
+/// An application "tv" with this first page and these further properties.
+QByteArray tv(const QString &url, const QByteArray &properties = QByteArray())
+{
+    return Stage::application("tv", url, properties);
+}
+
+QByteArray head(const QByteArray &lines)
+{
+    return "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n" + lines + "\r\n";
+}
+
+/// A page that goes to the next one once it is loaded.
+QByteArray pageThatGoesTo(const QString &address)
+{
+    return "<script>onload = function() { setTimeout(function() { location = '" + address.toLatin1()
+        + "' }, 0) }</script>";
+}
+
+} // namespace
+
+class tst_LauncherResponses : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aBodyHasALimit_data();
+    void aBodyHasALimit();
+    void aBodyBelowTheLimitIsTaken();
+    void aLargePartOfAPageDoesNotStopIt();
+
+    void aRefusalIsTold_data();
+    void aRefusalIsTold();
+    void aHostThatWantsToKnowItsUserIsToldOnce();
+    void aProxyThatWantsToKnowItsUserIsTold();
+    void aLaterPageThatDoesNotLoadIsTold();
+    void aFailedRequestIsNotLoaded();
+};
+
+void tst_LauncherResponses::aBodyHasALimit_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+
+    const QByteArray large(int(ResponseLimit::most) + 20000000, ' ');
+    QTest::newRow("with its length") << head("Content-Length: 2000000000\r\n") + "<p>";
+    QTest::newRow("without its length") << head("") + "<p>" + large;
+    QTest::newRow("compressed") << head("Content-Encoding: deflate\r\n")
+            + qCompress(large + large).mid(4);
+}
+
+void tst_LauncherResponses::aBodyHasALimit()
+{
+    QFETCH(QByteArray, answer);
+    HttpServer server;
+    server.serveBytes("/", answer);
+    Stage stage;
+    stage.configure(tv(server.address()));
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(run.err,
+             text("nuv-launcher: tv: the page ") + server.address() + text(" does not load: ")
+                 + text(tooLarge) + text("\n"));
+    QCOMPARE(run.status, 1);
+}
+
+void tst_LauncherResponses::aBodyBelowTheLimitIsTaken()
+{
+    HttpServer server;
+    server.serve("/", "<script src='/large.js'></script>");
+    server.serve("/large.js",
+                 QByteArray(int(ResponseLimit::most) / 2, ' ') + "zarexExt.say('read')");
+    Stage stage;
+    stage.configure(tv(server.address()));
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(said(run), text("read"));
+    QCOMPARE(run.err, QString());
+}
+
+void tst_LauncherResponses::aLargePartOfAPageDoesNotStopIt()
+{
+    HttpServer server;
+    server.serve("/", "<p>a page<script src='/large.js'></script>");
+    server.serveBytes("/large.js", head("Content-Length: 2000000000\r\n") + "1;");
+    Stage stage;
+    stage.configure(tv(server.address(), ", \"PrintLoadedUrls\": true"));
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(linesAfter("tv  not loaded: ", run.out).join(text(" ")),
+             server.address("/large.js") + text(": ") + text(tooLarge));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
+}
+
+void tst_LauncherResponses::aRefusalIsTold_data()
+{
+    QTest::addColumn<QByteArray>("status");
+
+    const char *const refusals[] = { "401 Unauthorized", "403 Forbidden", "404 Not Found",
+                                     "500 Internal Server Error" };
+    for (const char *refusal : refusals)
+        QTest::newRow(refusal) << QByteArray(refusal);
+}
+
+// The page that a server sends along is shown, as browsers do.
+void tst_LauncherResponses::aRefusalIsTold()
+{
+    QFETCH(QByteArray, status);
+    HttpServer server;
+    server.serveBytes("/",
+                      "HTTP/1.1 " + status
+                          + "\r\nContent-Type: text/html\r\nWWW-Authenticate: Basic realm=\"a\"\r\n"
+                            "Content-Length: 37\r\n\r\n<script>zarexExt.say('sorry')</script>");
+    server.serve("/first", pageThatGoesTo(server.address()));
+    Stage stage;
+    stage.configure(tv(server.address()) + ", "
+                    + Stage::application("later", server.address("/first")));
+
+    const Run run = stage.launch("--once --wait 1000 tv later");
+
+    QStringList lines = run.err.split(QLatin1Char('\n'));
+    lines.sort();
+    const QString refused = text(" the server refuses the page ") + server.address() + text(": ")
+        + text(status.constData());
+    QCOMPARE(lines.join(text("|")),
+             text("|nuv-launcher: later:") + refused + text("|nuv-launcher: tv:") + refused);
+}
+
+void tst_LauncherResponses::aHostThatWantsToKnowItsUserIsToldOnce()
+{
+    HttpServer server;
+    server.serve("/", "<script src='a.js'></script><script src='b.js'></script>");
+    const QByteArray refusal =
+        "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"a\"\r\n"
+        "Content-Length: 0\r\n\r\n";
+    server.serveBytes("/a.js", refusal);
+    server.serveBytes("/b.js", refusal);
+    Stage stage;
+    stage.configure(tv(server.address()));
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(run.err.count(text("401 Unauthorized")), 1);
+    QCOMPARE(run.err.count(QLatin1Char('\n')), 1);
+    QCOMPARE(run.status, 0);
+}
+
+void tst_LauncherResponses::aProxyThatWantsToKnowItsUserIsTold()
+{
+    HttpServer proxy;
+    proxy.demandProxyAuthorization("Basic " + QByteArray("me:secret").toBase64());
+    Stage stage;
+    const QByteArray address = proxy.address("").mid(7).toLatin1();
+    stage.configure(tv(text("http://tv.invalid/"), ", \"HttpProxy\": \"" + address + "\""));
+
+    const Run run = stage.launch("--once tv");
+
+    QVERIFY2(run.err.contains(text("roxy")), qPrintable(run.err));
+    QCOMPARE(run.err.count(QLatin1Char('\n')), 1);
+}
+
+void tst_LauncherResponses::aLaterPageThatDoesNotLoadIsTold()
+{
+    HttpServer server;
+    server.serve("/", pageThatGoesTo(server.address("/next")));
+    server.serveBytes("/next", QByteArray());
+    Stage stage;
+    stage.configure(tv(server.address()));
+
+    const Run run = stage.launch("--once --wait 1000 tv");
+
+    QCOMPARE(run.err,
+             text("nuv-launcher: tv: the page ") + server.address("/next")
+                 + text(" does not load: Connection closed\n"));
+}
+
+void tst_LauncherResponses::aFailedRequestIsNotLoaded()
+{
+    HttpServer server;
+    server.serve("/", "<script src='gone.js'></script><script src='closed.js'></script>");
+    server.serveBytes("/closed.js", QByteArray());
+    Stage stage;
+    stage.configure(tv(server.address(), ", \"PrintLoadedUrls\": true"));
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(linesAfter("tv  loaded: ", run.out).join(text(" ")), server.address());
+    QStringList failures = linesAfter("tv  not loaded: ", run.out);
+    failures.removeDuplicates(); // the engine tries again
+    failures.sort();
+    QCOMPARE(failures.join(text("|")),
+             server.address("/closed.js") + text(": Connection closed|")
+                 + server.address("/gone.js") + text(": Error transferring ")
+                 + server.address("/gone.js") + text(" - server replied: Not Found"));
+}
+
+NUV_TEST_MAIN(tst_LauncherResponses)
+
+#include "tst_launcherresponses.moc"
