@@ -50,7 +50,8 @@ void tst_LauncherResponses::aBodyHasALimit_data()
     QTest::addColumn<QByteArray>("answer");
 
     const QByteArray large(int(ResponseLimit::most) + 20000000, ' ');
-    QTest::newRow("with its length") << head("Content-Length: 2000000000\r\n") + "<p>";
+    QTest::newRow("with its length")
+        << head("Content-Length: 40000000\r\n") + QByteArray(40000000, ' ');
     QTest::newRow("without its length") << head("") + "<p>" + large;
     QTest::newRow("compressed") << head("Content-Encoding: deflate\r\n")
             + qCompress(large + large).mid(4);
@@ -91,14 +92,16 @@ void tst_LauncherResponses::aLargePartOfAPageDoesNotStopIt()
 {
     HttpServer server;
     server.serve("/", "<p>a page<script src='/large.js'></script>");
-    server.serveBytes("/large.js", head("Content-Length: 2000000000\r\n") + "1;");
+    server.serveBytes("/large.js",
+                      head("Content-Length: 40000000\r\n") + QByteArray(40000000, ' '));
     Stage stage;
     stage.configure(tv(server.address(), ", \"PrintLoadedUrls\": true"));
 
     const Run run = stage.launch("--once tv");
 
-    QCOMPARE(linesAfter("tv  not loaded: ", run.out).join(text(" ")),
-             server.address("/large.js") + text(": ") + text(tooLarge));
+    QVERIFY2(run.out.contains(text("tv  not loaded: ") + server.address("/large.js") + text(": ")
+                              + text(tooLarge)),
+             qPrintable(run.out));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 0);
 }

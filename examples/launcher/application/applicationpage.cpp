@@ -141,14 +141,6 @@ void ApplicationPage::showError(const QUrl &address, const QString &reason)
     m_loadError = reason;
 }
 
-// The engine is about to say that it loads the error page, which is not to make it forget.
-void ApplicationPage::showError(const QUrl &address, const QString &reason)
-{
-    if (m_errorPageIsShown)
-        mainFrame()->setContent(ErrorPage::html(address, reason), QLatin1String("text/html"));
-    m_loadError = reason;
-}
-
 QUrl ApplicationPage::failedAddress() const
 {
     return m_failedAddress;

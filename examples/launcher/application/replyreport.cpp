@@ -88,5 +88,5 @@ void ReplyReport::complainOnce(const QNetworkReply &reply)
     m_complaints.insert(host);
     const QString refusal = refusalIn(reply);
     Console::warning(m_tag + QLatin1String(": ") + reply.url().toString() + QLatin1String(": ")
-                   + (refusal.isEmpty() ? reply.errorString() : refusal));
+                     + (refusal.isEmpty() ? reply.errorString() : refusal));
 }

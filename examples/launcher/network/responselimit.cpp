@@ -27,14 +27,18 @@ QString ResponseLimit::reason()
     return QString(QLatin1String("its body is larger than %1 bytes")).arg(most);
 }
 
+// There is time: no data has arrived.
 void ResponseLimit::lookAtLength()
 {
-    check(m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong());
+    if (isTooLarge(m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong()))
+        QMetaObject::invokeMethod(m_reply, "abort", Qt::QueuedConnection);
 }
 
+// At once: the engine would be given the rest before an event is.
 void ResponseLimit::countArrived(qint64 received)
 {
-    check(received);
+    if (isTooLarge(received))
+        m_reply->abort();
 }
 
 // What arrives compressed is larger here.
@@ -42,7 +46,8 @@ void ResponseLimit::countReadable()
 {
     m_readable += m_reply->bytesAvailable() - m_rest;
     m_rest = m_reply->bytesAvailable();
-    check(m_readable);
+    if (isTooLarge(m_readable))
+        m_reply->abort();
 }
 
 void ResponseLimit::listenLast()
@@ -55,12 +60,12 @@ void ResponseLimit::noteRest()
     m_rest = m_reply->bytesAvailable();
 }
 
-// Not at once: the reply is in the middle of something.
-void ResponseLimit::check(qint64 size)
+// True once.
+bool ResponseLimit::isTooLarge(qint64 size)
 {
     if (m_isExceeded || size <= most)
-        return;
+        return false;
     m_isExceeded = true;
     emit exceeded(m_reply);
-    QMetaObject::invokeMethod(m_reply, "abort", Qt::QueuedConnection);
+    return true;
 }

@@ -33,7 +33,7 @@ private Q_SLOTS:
     void noteRest();
 
 private:
-    void check(qint64 size);
+    bool isTooLarge(qint64 size);
 
     QNetworkReply *m_reply;
     qint64 m_readable; ///< bytes that became readable so far
