@@ -10,7 +10,10 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <memory>
+
+#include <ctime>
 
 /// What a fuzzing engine, or replay.cpp, calls with every input.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
@@ -53,6 +56,40 @@ inline void requireEqual(const QByteArray &is, const QByteArray &shouldBe, const
         return;
     qCritical("is:        %s\nshould be: %s", is.constData(), shouldBe.constData());
     require(false, what);
+}
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(__clang__)
+const double SlowDown = 10;
+#else
+const double SlowDown = 1;
+#endif
+
+/// The processor time of this thread, in seconds.
+inline double processorTime()
+{
+    timespec now = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
+}
+
+/// Ends the process when `work` costs more than its share: `bytes` are what it reads and what it makes.
+/// 30 ms are left for the start and half a microsecond for a byte, several times of what a byte takes;
+/// ten times as much where a sanitizer looks on. What a busy machine makes slow is tried again.
+inline void requireProportion(const std::function<void()> &work,
+                              const std::function<qint64()> &bytes)
+{
+    double took = 0;
+    double allowed = 0;
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        const double before = processorTime();
+        work();
+        took = processorTime() - before;
+        allowed = SlowDown * (0.03 + 0.5e-6 * double(bytes()));
+        if (took <= allowed)
+            return;
+    }
+    qCritical("%.3f s, where %.3f s are allowed", took, allowed);
+    require(false, "the cost is in proportion to the size");
 }
 
 inline void passOver(QtMsgType type, const QByteArray &text)

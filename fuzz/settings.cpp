@@ -65,17 +65,30 @@ static void compareWithRecursion(const QByteArray &bytes, const QSettings::Setti
                        "the flat keys are those of a plain recursion");
 }
 
+// The flat keys count: each of them repeats the path to it, whatever the size of the document.
+static qint64 sizeOfKeys(const QSettings::SettingsMap &map)
+{
+    qint64 size = 0;
+    for (QSettings::SettingsMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it)
+        size += it.key().size() * qint64(sizeof(QChar));
+    return size;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     Fuzz::silenceWarnings();
     const FuzzInput input(data, size);
-    QSettings::SettingsMap map = readMap(input.bytes());
+    QSettings::SettingsMap map;
+    Fuzz::requireProportion([&]() { map = readMap(input.bytes()); },
+                            [&]() { return qint64(size) + sizeOfKeys(map); });
     compareWithRecursion(input.bytes(), map);
     if (map.isEmpty() || claimsTooMuch(map) || holdsInfinity(map))
         return 0;
     makeZerosPositive(map);
 
-    const QByteArray written = writtenMap(map);
+    QByteArray written;
+    Fuzz::requireProportion([&]() { written = writtenMap(map); },
+                            [&]() { return sizeOfKeys(map) + written.size(); });
     const QSettings::SettingsMap again = readMap(written);
     compareWithRecursion(written, again);
     Fuzz::require(!again.isEmpty(), "what was written can be read");

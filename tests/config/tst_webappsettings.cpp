@@ -236,6 +236,7 @@ void tst_WebAppSettings::versionsDecideAboutTheApplications()
 
     QVERIFY(loaded.settings);
     QCOMPARE(int(loaded.settings->status()), int(QSettings::NoError));
+    QVERIFY(!loaded.settings->parent()); // nothing frees it
     if (std::isnan(version))
         QVERIFY(std::isnan(loaded.version));
     else

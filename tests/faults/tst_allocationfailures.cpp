@@ -454,7 +454,7 @@ const struct {
     { "the toolkit's reading of digits", "the toolkit's reading of digits", 1 },
     { "parsing", "the toolkit's reading of digits", 1 },
     { "parsing with an error", "the toolkit's reading of digits", 1 },
-    { "read callback", "the toolkit's reading of digits", 2 },
+    { "read callback", "the toolkit's reading of digits", 1 },
     { "the toolkit's writing of digits", "the toolkit's writing of digits", 1 },
     { "writing", "the toolkit's writing of digits", 1 },
     { "writing compactly", "the toolkit's writing of digits", 1 },
