@@ -72,6 +72,7 @@ void tst_Passwords::aPasswordIsMaskedInEveryForm_data()
     row("http:////me:secret@host/", "http:////me:********@host/");
     row("http://secret@host/", "http://********@host/");
     row("http://secret@host/a@b", "http://********@b");
+    row("http//secret@host/", "********@host/");
     row("http@//me:secret@host/", "********@host/");
     row("http://me#secret@host/", "http://********@host/");
     row("http:/null/me:secret@host/", "http:/null/me:********@host/");

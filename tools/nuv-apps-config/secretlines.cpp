@@ -37,6 +37,13 @@ bool hasSign(const LineWord &word)
     return word.text.contains(QLatin1Char('@'));
 }
 
+// The beginning of a password of digits looks like a port where a quote cuts it off.
+bool hasPort(const LineWord &word)
+{
+    const int slashes = word.text.indexOf(QLatin1String("//"));
+    return slashes >= 0 && word.text.indexOf(QLatin1Char(':'), slashes) >= 0;
+}
+
 bool isMarkAt(const std::vector<LineWord> &words, size_t index, char mark)
 {
     return index < words.size() && words[index].isMark(mark);
@@ -205,7 +212,7 @@ void SecretLines::addWords(const std::vector<LineWord> &words)
             continue;
         const bool isSpared = i >= 2 && LineWord::isMember(words, i - 2)
             && !SecretNames::isSecret(words[i - 2].text) && !SecretNames::isSecret(word.text)
-            && !hasSign(word) && !words[i - 2].text.startsWith(QLatin1Char('_'));
+            && !hasSign(word) && !hasPort(word) && !words[i - 2].text.startsWith(QLatin1Char('_'));
         if (!isSpared)
             m_ranges.push_back({ word.begin, word.end });
     }

@@ -173,7 +173,8 @@ QString Secrets::path(const QString &path) const
     QStringList keys = path.split(QLatin1Char('/'));
     for (QString &key : keys)
         key = text(key);
-    return Passwords::maskedText(keys.join(QLatin1Char('/')));
+    const QString joined = keys.join(QLatin1Char('/')); // a secret may hold the slash
+    return Passwords::maskedText(replaced(joined, repeated(joined)));
 }
 
 QVariant Secrets::value(const QString &path, const QVariant &value) const

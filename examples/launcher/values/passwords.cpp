@@ -193,7 +193,8 @@ Passwords::Piece Passwords::find(const QString &address, Kind kind)
     const int colon = endOfColon(address, begin);
     if (sign >= 0) {
         const bool hasPort = colon > sign && isPort(address.mid(colon));
-        return findBeforeSign(address, begin, sign, isAddress || hasPort);
+        const bool hasSlashes = address.left(sign).contains(QLatin1String("//"));
+        return findBeforeSign(address, begin, sign, isAddress || hasPort || hasSlashes);
     }
     return isAddress && colon >= 0 ? findWithoutSign(address, begin, colon) : None;
 }
