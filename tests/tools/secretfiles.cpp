@@ -119,13 +119,20 @@ int countOfSigns(const QByteArray &bytes)
     return bytes.count('@') + bytes.count("\\u0040");
 }
 
+// Whether the colon of a password is there, in what is still an address.
+bool hasUser(const QByteArray &bytes)
+{
+    return (bytes.contains("usr:") || bytes.contains("me:"))
+        && (bytes.contains("://") || bytes.contains("HttpProxy"));
+}
+
 // Where three letters of its key are wrong, nobody can know a secret, nor without both marks around the
 // password of an address.
 bool isRecognizable(const SecretFile &file, const QByteArray &sound, const Place &place)
 {
     if (place.isInAddress)
         return countOfSigns(file.bytes) >= countOfSigns(sound)
-            || (file.bytes.count(':') >= sound.count(':') && countOfSigns(file.secret) == 0);
+            || (hasUser(file.bytes) && countOfSigns(file.secret) == 0);
     const QByteArray letters = lettersOf(file.bytes);
     return mistakesIn(letters, "passphrase") <= 2 || mistakesIn(letters, "password") <= 1
         || (place.belongsToCertificate && mistakesIn(letters, "certificate") <= 2);
