@@ -1,6 +1,7 @@
 #include "tools/nuv-apps-config/literals.h"
 
 #include "tools/nuv-apps-config/edits.h"
+#include "tools/nuv-apps-config/numbers.h"
 #include "tools/nuv-apps-config/utf8.h"
 
 #include <cstring>
@@ -215,13 +216,19 @@ void Literals::checkNumber(const SourceText &source, int begin, int end, const Q
 {
     const char *const first = source.bytes().constData() + begin;
     const char *const last = source.bytes().constData() + end;
+    const QByteArray written = QByteArray::fromRawData(first, end - begin);
     if (!isNumber(first, last)) {
+        const QByteArray meant = Numbers::meant(written);
         findings.add("odd-number", begin, end - begin,
-                     text("this is no number; the library reads ") + numberText(value),
-                     text("put it in quotes if it is meant as a text"));
+                     (meant.isEmpty() ? text("this is no number; the library reads ")
+                                      : text("JSON does not write a number so; the library reads "))
+                         + numberText(value),
+                     meant.isEmpty() ? text("put it in quotes if it is meant as a string")
+                                     : text("write ") + QString::fromLatin1(meant));
     } else if (hasLeadingZero(first, last)) {
         findings.add("leading-zero", begin, end - begin,
-                     text("a number that begins with 0; the library reads ") + numberText(value));
+                     text("a number that begins with 0; the library reads ") + numberText(value),
+                     text("write ") + QString::fromLatin1(Numbers::meant(written)));
     } else if (value.userType() == QMetaType::Double
                && !std::memchr(first, '.', size_t(last - first))
                && !std::memchr(first, 'e', size_t(last - first))
