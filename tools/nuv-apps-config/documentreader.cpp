@@ -532,11 +532,11 @@ bool readAll(const SourceText &source, Document &document, Findings &findings,
 void moveBack(const Repairs &repairs, Document &document)
 {
     for (Node &node : document.nodes) {
+        node.end = repairs.originalEnd(node.begin, node.end);
         node.begin = repairs.original(node.begin);
-        node.end = repairs.original(node.end);
         for (Node::Child &child : node.children) {
+            child.keyEnd = repairs.originalEnd(child.keyBegin, child.keyEnd);
             child.keyBegin = repairs.original(child.keyBegin);
-            child.keyEnd = repairs.original(child.keyEnd);
         }
     }
 }
@@ -572,21 +572,20 @@ void noteOddities(const Repairs *repairs, const Findings &found, Document &docum
 void noteMistakes(const SourceText &source, const Repairs &repairs, const Findings &found,
                   Document &document)
 {
-    document.mended = document.doubtful = repairs.doubtful();
+    document.doubtful = repairs.doubtful();
+    document.mended = repairs.mended();
     document.moved = repairs.moved();
-    for (const Finding &finding : repairs.findings().all())
-        document.mended.add(finding.offset, finding.offset);
     for (const Finding &finding : found.all()) {
         if (!isMistake(finding))
             continue;
         const int place = repairs.original(finding.offset);
-        document.mended.add(place, place);
-        if (isWithinToken(finding.rule))
+        if (isWithinToken(finding.rule)) {
             document.doubtful.add(place, place + finding.length);
-        else
-            document.doubtful.add(source.lineBegin(place), source.lineEnd(place));
-        if (!isWithinToken(finding.rule))
-            document.moved.add(place, place);
+            continue;
+        }
+        document.mended.add(place, place);
+        document.moved.add(place, place);
+        document.doubtful.add(source.lineBegin(place), source.lineEnd(place));
     }
     document.mended.settle();
     document.doubtful.settle();

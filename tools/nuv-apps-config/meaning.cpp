@@ -252,7 +252,9 @@ void Meaning::checkCertificate(const Node &certificate)
     if (hasPath && passPhrase && !key && !mayLackMembers)
         m_findings.add("no-effect", passPhrase->keyBegin, passPhrase->keyEnd - passPhrase->keyBegin,
                        text("\"PassPhrase\" has no effect without \"PrivateKey\""));
-    if (hasPath && !mayLackMembers && m_document.at(*path).type == Node::Text)
+    const bool isDoubtful = m_document.doubtful.touch(certificate.begin, certificate.end)
+        || m_document.isMoved(certificate);
+    if (hasPath && !isDoubtful && m_document.at(*path).type == Node::Text)
         CertificateRules::check(m_document, certificate, m_folder, m_findings);
 }
 

@@ -486,6 +486,7 @@ bool Repairs::takeConflict(int begin)
     finding.remarks.push_back(
         Remark { original(theirs + 1), QLatin1String("the other version begins here") });
     finding.remarks.push_back(Remark { original(last + 1), QLatin1String("and ends here") });
+    m_mended.add(original(begin), original(end));
     change(Edit { from, end - from, QByteArray() });
     change(Edit { begin, ours - begin, QByteArray() });
     return true;
@@ -543,6 +544,7 @@ bool Repairs::takeCutOff(const Reading &reading)
                                            QLatin1String("the innermost one is opened here") });
         const int begin = step.token.begin;
         m_doubtful.add(original(begin), m_source.size());
+        m_mended.add(original(begin), m_source.size());
         change(Edit { begin, m_text.size() - begin, structure.closing() });
         return true;
     }
@@ -568,6 +570,8 @@ void Repairs::take(const Slip &slip, int opened)
         finding.edit = numberWritten(place, given);
     else if (slip.kind != Slip::MissingValue)
         finding.edit = original(slip.edit);
+    if (slip.kind > Slip::ExtraColon)
+        m_mended.add(place, place + slip.length);
     if (slip.kind >= Slip::MissingOpeningQuote)
         m_doubtful.add(place, place + slip.length);
     if (slip.kind == Slip::MissingValue || slip.kind == Slip::MissingOpening

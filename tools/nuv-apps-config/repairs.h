@@ -26,6 +26,12 @@ public:
     /// Where in the file that is what the changed text has at `offset`.
     int original(int offset) const;
 
+    /// The same for the end of what begins at `begin`: what was taken away after it is not part of it.
+    int originalEnd(int begin, int end) const
+    {
+        return end > begin ? original(end - 1) + 1 : original(end);
+    }
+
     /// The change that does the same to the file.
     Edit original(const Edit &edit) const;
 
@@ -33,6 +39,9 @@ public:
 
     /// Where in the file a key or a value was changed: what it says is not to be relied on.
     const Places &doubtful() const { return m_doubtful; }
+
+    /// Where something may be missing for a mistake: not for a comma or a colon.
+    const Places &mended() const { return m_mended; }
 
     /// Where brackets were put in, taken away or replaced.
     const Places &moved() const { return m_moved; }
@@ -55,6 +64,7 @@ private:
     Findings m_findings;
     Places m_doubtful;
     Places m_moved;
+    Places m_mended;
     qint64 m_budget;
 };
 
