@@ -29,7 +29,7 @@ public:
     /// The same for the end of what begins at `begin`: what was taken away after it is not part of it.
     int originalEnd(int begin, int end) const
     {
-        return end > begin ? original(end - 1) + 1 : original(end);
+        return end > begin ? qMin(original(end - 1) + 1, m_source.size()) : original(end);
     }
 
     /// The change that does the same to the file.
