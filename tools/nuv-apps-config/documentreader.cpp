@@ -1,6 +1,7 @@
 #include "tools/nuv-apps-config/documentreader.h"
 
 #include "tools/nuv-apps-config/brackets.h"
+#include "tools/nuv-apps-config/edits.h"
 #include "tools/nuv-apps-config/foreign.h"
 #include "tools/nuv-apps-config/repairs.h"
 #include "tools/nuv-apps-config/rules.h"
@@ -86,8 +87,8 @@ private:
     bool isOpen(Node::Type type) const;
     void missing(Node::Type type, int fallback);
     void reportEnd();
-    void error(const char *rule, int begin, int length, const QString &what,
-               const QString &hint = QString());
+    Finding &error(const char *rule, int begin, int length, const QString &what,
+                   const QString &hint = QString());
     void giveUp();
 
     /// Whether the token stands in the file, and was not put in for a missing one.
@@ -114,11 +115,12 @@ private:
     bool m_hasGivenUp = false;
 };
 
-void Pass::error(const char *rule, int begin, int length, const QString &what, const QString &hint)
+Finding &Pass::error(const char *rule, int begin, int length, const QString &what,
+                     const QString &hint)
 {
-    m_findings.add(rule, begin, length, what, hint);
     if (++m_syntaxErrors >= MostSyntaxErrors)
         giveUp();
+    return m_findings.add(rule, begin, length, what, hint);
 }
 
 // The levels stay as they are: the step that gives up may go on with its own.
@@ -231,9 +233,11 @@ void Pass::takeUnexpected()
 void Pass::takeComma(Level &level)
 {
     if (level.comma < 0)
-        m_findings.add("leading-comma", m_token.begin, 1,
-                       text("a comma before the first entry, which only the library accepts"),
-                       text("remove it"));
+        m_findings
+            .add("leading-comma", m_token.begin, 1,
+                 text("a comma before the first entry, which only the library accepts"),
+                 text("remove it"))
+            .edit = Edit { m_token.begin, 1, QByteArray() };
     else
         error("extra-comma", m_token.begin, 1, text("one comma too many"), text("remove it"));
     level.comma = m_token.begin;
@@ -276,7 +280,8 @@ void Pass::takeKey(Level &level)
         const QByteArray bytes = m_source.bytes().mid(key.begin, key.end - key.begin);
         level.member.key = QString::fromLatin1(bytes);
         error("unquoted-key", key.begin, key.end - key.begin, text("a key without quotes"),
-              text("write it in double quotes"));
+              text("write it in double quotes"))
+            .edit = Edit { key.begin, key.end - key.begin, Edits::quoted(level.member.key) };
         if (m_hasGivenUp)
             return;
     }
@@ -392,7 +397,8 @@ int Pass::readValue()
         node.value = token.value;
         if (token.code == Token::Word)
             error("unquoted-text", token.begin, length, text("a text without quotes"),
-                  text("write it in double quotes"));
+                  text("write it in double quotes"))
+                .edit = Edit { token.begin, length, Edits::quoted(token.value.toString()) };
     }
     attach(index);
     if (!m_levels.empty())
@@ -407,14 +413,17 @@ void Pass::reportKeyword(const Token &token)
     const QString word = token.value.toString();
     const int length = token.end - token.begin;
     if (word.compare(QLatin1String("NaN"), Qt::CaseInsensitive) == 0
-        || word.compare(QLatin1String("Infinity"), Qt::CaseInsensitive) == 0)
-        return error("bad-number", token.begin, length, text("JSON has no ") + word,
-                     text("write a number, or remove the key"));
+        || word.compare(QLatin1String("Infinity"), Qt::CaseInsensitive) == 0) {
+        error("bad-number", token.begin, length, text("JSON has no ") + word,
+              text("write a number, or remove the key"));
+        return;
+    }
     const char *const keyword = token.code == T_NULL ? "null"
         : token.code == T_TRUE                       ? "true"
                                                      : "false";
     error("wrong-keyword", token.begin, length, text("this word is not known"),
-          text("write ") + text(keyword));
+          text("write ") + text(keyword))
+        .edit = Edit { token.begin, length, keyword };
 }
 
 void Pass::attach(int node)

@@ -130,8 +130,13 @@ void Tokenizer::check(Token *token, int firstStrayB)
 
 void Tokenizer::reportStrayB(int offset)
 {
-    m_findings.add("stray-b", offset, 1, text("the letter b between the entries is skipped"),
-                   text("remove it"));
+    int length = 1;
+    while (at(offset + length) == 'b')
+        ++length;
+    m_findings
+        .add("stray-b", offset, 1, text("the letter b between the entries is skipped"),
+             text("remove it"))
+        .edit = Edit { offset, length, QByteArray() };
 }
 
 // Finds out what was meant. False when it was nothing and the next token is to be read.
@@ -200,7 +205,7 @@ bool Tokenizer::skipComment(int begin)
     if (end < 0)
         end = m_source.size();
     m_findings.add("comment", begin, end - begin, text("comments cannot stand in this file"),
-                   text("write a key that begins with _comment, as in \"_comment\": \"...\""));
+                   text("a remark may stand in a key that begins with _comment"));
     restart(end);
     return true;
 }
@@ -288,10 +293,11 @@ bool Tokenizer::mendCharacter(Token *token)
         int end = begin + 1;
         while ((at(end) >= '0' && at(end) <= '9') || at(end) == '.')
             ++end;
-        m_findings.add(
-            "bad-number", begin, end - begin, text("a number cannot begin with a point"),
-            text("write ")
-                + QString::fromLatin1(Numbers::meant(m_source.bytes().mid(begin, end - begin))));
+        const QByteArray meant = Numbers::meant(m_source.bytes().mid(begin, end - begin));
+        m_findings
+            .add("bad-number", begin, end - begin, text("a number cannot begin with a point"),
+                 text("write ") + QString::fromLatin1(meant))
+            .edit = Edit { begin, end - begin, meant };
         token->value = m_source.bytes().mid(begin, end - begin).toDouble();
         token->code = T_NUMBER;
         token->end = end;
