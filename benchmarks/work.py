@@ -8,6 +8,7 @@ import shutil
 import statistics
 import subprocess
 import tempfile
+import textwrap
 import time
 
 APPLICATIONS = (5, 20, 100, 1000)
@@ -191,6 +192,23 @@ def heap_rows(work, number):
                cell(launch(started, "answer", number)) if started else "",
                cell(use("open", who, number)), cell(use("change", who, number)) if changes else ""]
     yield ["a hash from a QJsonObject", cell(launch("plain", "answer", number)), "", ""]
+
+
+def headline(work):
+    """The outcome for 100 applications, in words."""
+    def ratios(ours, other):
+        by_round = [one / another for one, another in zip(work.times[ours], work.times[other])]
+        return (work.instructions[ours] / work.instructions[other], statistics.median(by_round))
+    lines = []
+    for action, what in (("open", "Opening a file through QSettings and asking for every value"),
+                         ("change", "Changing one value and writing the file")):
+        counted, timed = ratios(use(action, "ours", 100), use(action, "qt", 100))
+        lines.append("- %s: %.2f of the instructions and %.2f of the time of the same format around"
+                     " QJsonDocument." % (what, counted, timed))
+    counted, timed = ratios(launch("parts", "answer", 100), launch("plain", "answer", 100))
+    lines.append("- From the start of a process to the first answer: %.2f of the instructions and"
+                 " %.2f of the time of a hash that is filled from a QJsonObject." % (counted, timed))
+    return "\n".join(textwrap.fill(line, 100, subsequent_indent="  ") for line in lines)
 
 
 def tables(work, table):
