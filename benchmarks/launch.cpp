@@ -22,6 +22,7 @@
 #include "config/webappsettings.h"
 #ifndef NUV_WHOLE_LIBRARY
 #include "json/jsonparser.h"
+#include "settings/flatkeys.h"
 #include "settings/jsonsettingsformat.h"
 
 #include <QFile>
