@@ -8,7 +8,8 @@
 
 namespace {
 
-QSettings::SettingsMap flatten(const QVariant &tree)
+// Of a copy, which is used up.
+QSettings::SettingsMap flatten(QVariant tree)
 {
     QString prefix;
     QSettings::SettingsMap map;

@@ -93,14 +93,16 @@ inline QVariant &insertMulti(QVariantMap &map, const QString &key)
 #endif
 }
 
-/// Inserts or replaces, for a key that is expected to sort after every other: cheap where it does, the
-/// same result where it does not. Qt 4 has no hinted insertion.
-inline void insertLast(QVariantMap &map, const QString &key, const QVariant &value)
+/// Inserts an invalid value or replaces by it, for a key that is expected to sort directly before `next`:
+/// cheap where it does, the same result where it does not. Qt 4 has no hinted insertion.
+inline QVariantMap::iterator insertBefore(QVariantMap &map, QVariantMap::const_iterator next,
+                                          const QString &key)
 {
 #if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
-    map.insert(key, value);
+    Q_UNUSED(next);
+    return map.insert(key, QVariant());
 #else
-    map.insert(map.constEnd(), key, value);
+    return map.insert(next, key, QVariant());
 #endif
 }
 

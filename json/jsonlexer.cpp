@@ -2,6 +2,7 @@
 
 #include "global/qtcompat.h"
 
+#include <cfloat>
 #include <cstring>
 
 namespace {
@@ -29,7 +30,9 @@ inline bool isNumberPart(char byte)
 // The letter b counts as a blank on purpose, because files rely on it.
 inline bool isBlank(char byte)
 {
-    return byte == ' ' || byte == '\t' || byte == '\r' || byte == 'b';
+    if (byte > ' ')
+        return byte == 'b';
+    return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
 }
 
 // The token of a lower-case word, T_ERROR for one without a meaning.
@@ -88,7 +91,44 @@ bool readShortInteger(const char *p, const char *end, int *value)
     return true;
 }
 
+// Reads up to 15 digits with a point between them, after at most one minus sign. They and the power of ten
+// are exact in a double, so that their quotient is the double that is nearest. Returns false for any other
+// text, and where the processor computes with more digits than a double has.
+bool readShortDecimal(const char *p, const char *end, double *value)
+{
+    const bool isNegative = *p == '-';
+    if (isNegative)
+        ++p;
+    if (FLT_EVAL_METHOD != 0 || end - p < 3 || end - p > 16 || !isDigit(*p) || !isDigit(end[-1]))
+        return false;
+    qint64 digits = 0;
+    qint64 divisor = 0; // none before the point
+    for (; p != end; ++p) {
+        if (*p == '.' && divisor == 0) {
+            divisor = 1;
+            continue;
+        }
+        if (!isDigit(*p))
+            return false;
+        digits = digits * 10 + (*p - '0');
+        divisor *= 10;
+    }
+    if (divisor == 0)
+        return false;
+    const double magnitude = double(digits) / double(divisor);
+    *value = isNegative ? -magnitude : magnitude;
+    return true;
+}
+
 // The text is copied: the toolkit's conversions want it to end with a NUL.
+QVariant floatingValue(const char *begin, const char *end)
+{
+    double shortDecimal;
+    if (readShortDecimal(begin, end, &shortDecimal))
+        return shortDecimal;
+    return QByteArray(begin, int(end - begin)).toDouble();
+}
+
 QVariant integerValue(const char *begin, const char *end)
 {
     int shortInteger;
@@ -153,10 +193,10 @@ inline void JsonLexer::skipBlanks()
     for (; p != m_end; ++p) {
         while (m_end - p > 4 && std::memcmp(p, "    ", 4) == 0)
             p += 4;
+        if (!isBlank(*p))
+            break;
         if (*p == '\n')
             ++m_line;
-        else if (!isBlank(*p))
-            break;
     }
     m_current = p;
 }
@@ -292,10 +332,7 @@ int JsonLexer::scanNumber()
     bool isFloating = false;
     for (; m_current != m_end && isNumberPart(*m_current); ++m_current)
         isFloating = isFloating || isFloatingPart(*m_current);
-    if (isFloating)
-        m_number = QByteArray(first, int(m_current - first)).toDouble();
-    else
-        m_number = integerValue(first, m_current);
+    m_number = isFloating ? floatingValue(first, m_current) : integerValue(first, m_current);
     return T_NUMBER;
 }
 

@@ -60,7 +60,7 @@ private:
         const char *bytes;
         QString text;
     };
-    enum { KnownKeys = 128 };
+    enum { KnownKeys = 512 };
 
     void skipBlanks();
     int scanToken();

@@ -50,18 +50,18 @@ bool JsonParser::parse(JsonLexer *lexer)
         if (token == noToken && !JsonGrammar::isDefaultOnly(top->state))
             token = lexer->nextToken();
         const int action = JsonGrammar::tAction(top->state, token);
+        if (action < 0) {
+            top = reduce(top, -action - 1);
+            continue;
+        }
         if (action == JsonGrammar::ACCEPT_STATE)
             return true;
         if (action == 0) {
             setError(*lexer, top->state);
             return false;
         }
-        if (action > 0) {
-            top = shift(top, action, token, lexer);
-            token = noToken;
-        } else {
-            top = reduce(top, -action - 1);
-        }
+        top = shift(top, action, token, lexer);
+        token = noToken;
     }
 }
 

@@ -27,7 +27,9 @@ const QLatin1String FlatKeySize("size");
 
 /// Adds the flat keys of `value` to `map`; what a key held before is replaced. `prefix` is the path of
 /// `value` with a "/" after it, empty for the root. On return its last component is cut off.
-void flattenVariant(QString &prefix, QSettings::SettingsMap &map, const QVariant &value);
+///
+/// The tree is used up: its values are moved to the map, and a container in `value` is gone on return.
+void flattenVariant(QString &prefix, QSettings::SettingsMap &map, QVariant &value);
 
 /// Sets `value` under the path `key` in the tree `root`. What is in the way of the path is replaced by an
 /// object. A last component "size" turns the object that it is set in into an array of so many elements,

@@ -4,11 +4,11 @@
 #include "json/varianttree.h"
 
 #include <QStringBuilder>
-#include <QVector>
+
+#include <algorithm>
+#include <vector>
 
 namespace {
-
-typedef VariantTree::Level Level;
 
 // The component is found by searching for the separator before it, not by its length: of a key that
 // contains a separator only the last piece is taken away, and the pieces before it stay. That is on
@@ -18,143 +18,135 @@ void leaveComponent(QString &prefix)
     prefix.truncate(prefix.lastIndexOf(FlatKeySeparator, -2) + 1);
 }
 
-void appendContainer(const QVariant &value, QVector<const QVariant *> &containers)
+bool hasSeparator(const QString &name)
 {
-    if (VariantTree::isContainer(value))
-        containers.append(&value);
+    const QChar *const end = name.constData() + name.size();
+    return std::find(name.constData(), end, QChar(FlatKeySeparator)) != end;
 }
 
-// Whether a key of the tree contains a separator, and thus changes the prefix of what comes after it.
-bool hasSeparators(const QVariant &root)
+// Most arrays are short.
+QString elementName(int position)
 {
-    QVector<const QVariant *> pending(1, &root);
-    while (!pending.isEmpty()) {
-        const QVariant &node = *pending.last();
-        pending.pop_back();
-        if (VariantTree::isList(node)) {
-            const QVariantList &list = VariantTree::list(node);
-            for (int i = 0; i < list.size(); ++i)
-                appendContainer(list.at(i), pending);
-            continue;
-        }
-        const QVariantMap &map = VariantTree::map(node);
-        for (QVariantMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it) {
-            if (it.key().contains(FlatKeySeparator))
-                return true;
-            appendContainer(it.value(), pending);
-        }
-    }
-    return false;
+    if (position < 10)
+        return QString(QChar('0' + position));
+    return QString::number(position);
 }
 
-// The position in an array that follows in the order of the texts: 1, 10, 11, 12, 2, … 9 for an array of
-// twelve. To be asked once for each element, at first with 0.
-int nextPosition(int position, int count)
-{
-    if (position > 0 && position <= count / 10)
-        return position * 10;
-    if (position == count)
-        position /= 10;
-    ++position;
-    while (position % 10 == 0)
-        position /= 10;
-    return position;
-}
-
-// Walks a tree with a list of the open containers instead of recursion.
-//
-// Where no key contains a separator, nothing depends on the order of storing. The flat keys are then made
-// in their own order, in which each goes to the end of the map without a search: that halves the cost.
+// Walks a tree with a list of the open containers instead of recursion. Values are moved out of it, and a
+// container is freed as soon as it is left, so that the map can have its memory.
 class Flattener
 {
 public:
     Flattener(QString &prefix, QSettings::SettingsMap &map)
-        : m_prefix(prefix), m_map(map), m_isInKeyOrder(false)
+        : m_prefix(prefix),
+          m_isPath(prefix.isEmpty() || prefix.endsWith(FlatKeySeparator)),
+          m_map(map),
+          m_next(map.end())
     {
     }
 
-    void flatten(const QVariant &root);
+    ~Flattener();
+
+    void flatten(QVariant &root);
 
 private:
+    Q_DISABLE_COPY(Flattener)
+
     struct OpenContainer {
-        Level level;
-        int position; ///< of the element that was visited last
+        OpenContainer() : index(0) {}
+        QVariant container; ///< taken out of its parent
+        QVariantMap::iterator member; ///< the next one of an object
+        int index; ///< of the next element of an array
     };
 
-    void open(const QVariant &container);
+    void open(QVariant &container);
     void visitEntries();
-    void visit(const QString &name, const QVariant &value);
-    void store(const QString &name, const QVariant &value);
-    void close();
+    void visitMembers(OpenContainer &object, size_t depth);
+    void visitElements(OpenContainer &array, size_t depth);
+    void visit(const QString &name, QVariant &value);
+    void store(const QString &name, QVariant &value);
 
     QString &m_prefix;
+    const bool m_isPath; ///< whether the prefix is as it should be
     QSettings::SettingsMap &m_map;
-    bool m_isInKeyOrder;
-    QVector<OpenContainer> m_containers;
+    QSettings::SettingsMap::iterator m_next; ///< after the entry that was stored last
+    std::vector<OpenContainer> m_containers;
 };
 
-void Flattener::flatten(const QVariant &root)
+// What an exception left here may be as deep as the document.
+Flattener::~Flattener()
+{
+    for (OpenContainer &opened : m_containers)
+        VariantTree::dispose(opened.container);
+}
+
+void Flattener::flatten(QVariant &root)
 {
     if (!VariantTree::isContainer(root)) {
         m_map.insert(m_prefix.left(m_prefix.size() - 1), root);
         leaveComponent(m_prefix);
         return;
     }
-    m_isInKeyOrder =
-        (m_prefix.isEmpty() || m_prefix.endsWith(FlatKeySeparator)) && !hasSeparators(root);
     m_prefix.reserve(256); // for most paths
     open(root);
-    while (!m_containers.isEmpty())
+    while (!m_containers.empty())
         visitEntries();
 }
 
-// The size of an array comes before its elements, but sorts after them.
-void Flattener::open(const QVariant &container)
+void Flattener::open(QVariant &container)
 {
-    const OpenContainer opened = { Level(container), 0 };
-    m_containers.append(opened);
-    if (!opened.level.isObject && !m_isInKeyOrder)
-        store(FlatKeySize, opened.level.list.size());
-}
-
-void Flattener::close()
-{
-    const Level &level = m_containers.last().level;
-    if (!level.isObject && m_isInKeyOrder)
-        store(FlatKeySize, level.list.size());
-    m_containers.pop_back();
-    leaveComponent(m_prefix);
+    m_containers.push_back(OpenContainer());
+    OpenContainer &opened = m_containers.back();
+    opened.container.swap(container);
+    if (VariantTree::isMap(opened.container)) {
+        opened.member = VariantTree::map(opened.container).begin();
+    } else {
+        QVariant size = VariantTree::list(opened.container).size();
+        store(FlatKeySize, size);
+    }
 }
 
 // Visits the entries of the innermost container, up to one that opens another, or to the end. The walk
 // steps on before it visits: opening a container may move the others.
 void Flattener::visitEntries()
 {
-    const int depth = m_containers.size();
-    Level &level = m_containers.last().level;
-    int &position = m_containers.last().position;
-    while (level.hasNext()) {
-        ++level.index;
-        if (level.isObject) {
-            const QVariantMap::const_iterator member = level.member++;
-            visit(member.key(), member.value());
-        } else {
-            position = m_isInKeyOrder ? nextPosition(position, level.list.size()) : level.index;
-            visit(QString::number(position), level.list.at(position - 1));
-        }
-        if (m_containers.size() != depth)
-            return;
-    }
-    close();
+    const size_t depth = m_containers.size();
+    OpenContainer &innermost = m_containers.back();
+    if (VariantTree::isMap(innermost.container))
+        visitMembers(innermost, depth);
+    else
+        visitElements(innermost, depth);
+    if (m_containers.size() != depth)
+        return;
+    m_containers.pop_back();
+    leaveComponent(m_prefix);
 }
 
-void Flattener::visit(const QString &name, const QVariant &value)
+void Flattener::visitMembers(OpenContainer &object, size_t depth)
+{
+    const QVariantMap::iterator end = VariantTree::map(object.container).end();
+    while (m_containers.size() == depth && object.member != end) {
+        const QVariantMap::iterator member = object.member++;
+        visit(member.key(), member.value());
+    }
+}
+
+void Flattener::visitElements(OpenContainer &array, size_t depth)
+{
+    QVariantList &list = VariantTree::list(array.container);
+    while (m_containers.size() == depth && array.index < list.size()) {
+        QVariant &element = list[array.index++];
+        visit(elementName(array.index), element);
+    }
+}
+
+void Flattener::visit(const QString &name, QVariant &value)
 {
     const bool isContainer = VariantTree::isContainer(value);
     if (!isContainer)
         store(name, value);
-    if (!isContainer && m_isInKeyOrder)
-        return;
+    if (!isContainer && m_isPath && !hasSeparator(name))
+        return; // entering and leaving the component would change nothing
     m_prefix += name;
     m_prefix += FlatKeySeparator;
     if (isContainer)
@@ -163,14 +155,17 @@ void Flattener::visit(const QString &name, const QVariant &value)
         leaveComponent(m_prefix);
 }
 
-void Flattener::store(const QString &name, const QVariant &value)
+// A key most often sorts directly after the one before it.
+void Flattener::store(const QString &name, QVariant &value)
 {
-    QtCompat::insertLast(m_map, m_prefix % name, value);
+    m_next = QtCompat::insertBefore(m_map, m_next, QStringRef(&m_prefix) % name);
+    m_next.value().swap(value);
+    ++m_next;
 }
 
 } // namespace
 
-void flattenVariant(QString &prefix, QSettings::SettingsMap &map, const QVariant &value)
+void flattenVariant(QString &prefix, QSettings::SettingsMap &map, QVariant &value)
 {
     Flattener(prefix, map).flatten(value);
 }

@@ -73,7 +73,8 @@ QSettings::SettingsMap documentMap()
 {
     QSettings::SettingsMap map;
     QString prefix;
-    flattenVariant(prefix, map, documentTree());
+    QVariant tree = documentTree();
+    flattenVariant(prefix, map, tree);
     return map;
 }
 
@@ -128,7 +129,7 @@ public:
     }
 
 private:
-    const QVariant m_tree;
+    QVariant m_tree;
     QSettings::SettingsMap m_map;
     QString m_prefix;
 };

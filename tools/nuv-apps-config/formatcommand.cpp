@@ -21,8 +21,9 @@ QString text(const char *latin1)
     return QLatin1String(latin1);
 }
 
-QSettings::SettingsMap flatKeys(const QVariant &tree)
+QSettings::SettingsMap flatKeys(QVariant tree)
 {
+    const VariantTree::Disposer disposer(tree);
     QSettings::SettingsMap map;
     QString prefix;
     flattenVariant(prefix, map, tree);

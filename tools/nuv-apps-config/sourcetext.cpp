@@ -18,10 +18,6 @@ bool isBlank(char byte)
 
 SourceText::SourceText(const QString &name, const QByteArray &bytes) : m_name(name), m_bytes(bytes)
 {
-}
-
-void SourceText::findLines() const
-{
     const char *const begin = m_bytes.constData();
     for (int at = 0; at <= m_bytes.size();) {
         const void *const found = std::memchr(begin + at, '\n', size_t(m_bytes.size() - at));
@@ -32,7 +28,7 @@ void SourceText::findLines() const
     countCharacters();
 }
 
-void SourceText::addLine(int begin, int end) const
+void SourceText::addLine(int begin, int end)
 {
     const char *const line = m_bytes.constData() + begin;
     int indentation = 0;
@@ -41,7 +37,7 @@ void SourceText::addLine(int begin, int end) const
     m_lines.push_back({ begin, indentation, Utf8::isValid(line, end - begin) });
 }
 
-void SourceText::countCharacters() const
+void SourceText::countCharacters()
 {
     m_characters.push_back(0);
     for (int at = BlockSize; at <= m_bytes.size(); at += BlockSize) {
@@ -59,8 +55,6 @@ int SourceText::charactersBefore(int offset) const
 
 size_t SourceText::lineIndex(int offset) const
 {
-    if (m_lines.empty())
-        findLines();
     const auto next = std::upper_bound(m_lines.begin(), m_lines.end(), offset,
                                        [](int at, const Line &line) { return at < line.begin; });
     return size_t(next - m_lines.begin()) - 1;

@@ -42,17 +42,15 @@ private:
         bool isUtf8;
     };
 
-    void findLines() const;
-    void addLine(int begin, int end) const;
-    void countCharacters() const;
+    void addLine(int begin, int end);
+    void countCharacters();
     int charactersBefore(int offset) const;
     size_t lineIndex(int offset) const;
 
     QString m_name;
     QByteArray m_bytes;
-    // Found when the first is asked for: many a text is read and never spoken of.
-    mutable std::vector<Line> m_lines;
-    mutable std::vector<int> m_characters; ///< in front of each block of bytes
+    std::vector<Line> m_lines;
+    std::vector<int> m_characters; ///< in front of each block of bytes
 };
 
 #endif // SOURCETEXT_H
