@@ -152,8 +152,9 @@ const ViewSetting ViewSettings::table[] = {
       nullptr, ExtensionSettings::setBroadcastDomains },
 
     { "HttpProxy", &AppConfig::getHttpProxy, &ValueKinds::proxy, proxy, eachRequest,
-      "the HTTP proxy that all requests go through, with its user and password where it asks for "
-      "them",
+      "the HTTP proxy that all requests but WebSockets go through, with its user and password "
+      "where "
+      "it asks for them",
       nullptr, NetworkSettings::setProxy },
     { "HttpReferrer", &AppConfig::getHttpReferrer, &ValueKinds::webAddress, page, atStart,
       "where the first page is told to be linked from; the following ones are told the truth",
@@ -163,8 +164,8 @@ const ViewSetting ViewSettings::table[] = {
       "none: no toolkit on Linux closes a network session, so that each stays open",
       &NetworkSettings::closingSessions, nullptr },
     { "CertPath", &AppConfig::getCertPath, &ValueKinds::text, network, eachRequest,
-      "the certificate for servers that demand one; without it, the global one is used; no page is "
-      "shown where it cannot be used",
+      "the certificate for servers of the host of Url and of the granted domains; without "
+      "it, the global one is used; no page is shown where it cannot be used",
       nullptr, nullptr },
     { "CertPrivateKey", &AppConfig::getCertPrivateKey, &ValueKinds::text, network, eachRequest,
       "the RSA or EC key of the certificate; without it, the file of the certificate holds both",
@@ -178,7 +179,8 @@ const ViewSetting ViewSettings::table[] = {
       "tried again",
       nullptr, PageSettings::setErrorPage },
     { "PrintLoadedUrls", &AppConfig::getPrintLoadedUrls, &ValueKinds::onOff, network, eachRequest,
-      "every address that was loaded is printed", nullptr, PageSettings::setLoadedUrlsPrinted },
+      "every address that was loaded is printed, and every other one with the reason", nullptr,
+      PageSettings::setLoadedUrlsPrinted },
     { "SuppressWebCoreWarningMessages", &AppConfig::getSuppressWebCoreWarningMessages,
       &ValueKinds::onOff, page, always,
       "messages to the console of the page, and errors of its scripts, are not printed", nullptr,
