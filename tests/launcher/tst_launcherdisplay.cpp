@@ -269,8 +269,7 @@ void tst_LauncherDisplay::aWindowComesToTheFront()
 {
     ApplicationView first(text("tv"), ApplicationPage::make);
     ApplicationView second(text("news"), ApplicationPage::make);
-    ApplicationView *const views[] = { &first, &second };
-    for (ApplicationView *view : views) {
+    for (ApplicationView *view : { &first, &second }) {
         view->setGeometry(0, 0, 300, 200);
         view->show();
         QTest::qWait(50);

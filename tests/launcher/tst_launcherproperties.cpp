@@ -245,7 +245,7 @@ namespace {
 class Play
 {
 public:
-    Play(const QByteArray &application, const char *options = "--size 300x200 tv")
+    explicit Play(const QByteArray &application, const char *options = "--size 300x200 tv")
     {
         m_stage.set("DISPLAY", QString::fromLatin1(qgetenv("DISPLAY").constData()));
         m_stage.configure(application);
