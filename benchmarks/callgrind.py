@@ -58,11 +58,9 @@ class Benchmarks:
             raise SystemExit(done.stdout + done.stderr)
         return done.stdout
 
-    def make_document(self, name, with_ini=False):
+    def make_document(self, name):
         with open(self.documents / name, "wb") as file:
             subprocess.run([self.programs / "count", "print", name], check=True, stdout=file)
-        if with_ini:
-            self.run("count", "ini", self.documents / name)
 
     def size(self, document):
         return (self.documents / document).stat().st_size

@@ -7,7 +7,6 @@
 // the kind is done before. Prints how many units the figure is to be divided by.
 //
 //   count print DOCUMENT    writes the document with that name
-//   count ini FILE          writes the settings of that file into FILE.ini
 //   count verify            compares the trees that the readers make
 
 #include "benchmarks/documents.h"
@@ -62,8 +61,6 @@ int run(const QByteArray &action, const QByteArray &what, const QByteArray &who)
         return verify();
     if (action == "print")
         return printDocument(Documents::make(what));
-    if (action == "ini")
-        return Subjects::writeIni(Subjects::contentOf(what), what + ".ini") ? 0 : 1;
     return count(Subjects::prepare(action, what, who));
 }
 
@@ -77,6 +74,6 @@ int main(int argc, char **argv)
     const int status =
         run(argc > 1 ? argv[1] : "", argc > 2 ? argv[2] : "", argc > 3 ? argv[3] : "");
     if (status == 2)
-        std::fprintf(stderr, "usage: count ACTION FILE WHO | print DOCUMENT | ini FILE | verify\n");
+        std::fprintf(stderr, "usage: count ACTION FILE WHO | print DOCUMENT | verify\n");
     return status;
 }

@@ -8,7 +8,6 @@
 #include "settings/jsonsettingsformat.h"
 
 #include <QHash>
-#include <QStringList>
 
 #include <memory>
 #include <vector>
@@ -61,15 +60,6 @@ void readApplications(QSettings &settings, const std::vector<const char *> &keys
     settings.endArray();
 }
 
-QVariant readAll(const QString &path, QSettings::Format format, const QStringList &keys)
-{
-    const QSettings settings(path, format);
-    int found = 0;
-    for (const QString &key : keys)
-        found += settings.value(key).isValid();
-    return found == keys.size() ? QVariant() : QVariant(QLatin1String("values are missing"));
-}
-
 const WebAppSettings *loaded(const QByteArray &file)
 {
     qputenv("NUV_APPS_CONFIG_FILE", file);
@@ -87,13 +77,6 @@ std::function<QVariant()> loading(const QByteArray &file, const QByteArray &who)
         };
     }
     readyMap = flattened(Subjects::contentOf(file));
-    const QStringList all = readyMap.keys();
-    if (who == "json-all")
-        return [path, all]() { return readAll(path, JsonSettingsFormat, all); };
-    if (who == "ini-all")
-        return [path, all]() {
-            return readAll(path + QLatin1String(".ini"), QSettings::IniFormat, all);
-        };
     if (who != "handed-over")
         return nullptr;
     const QSettings::Format format =
@@ -137,14 +120,4 @@ Subject Subjects::prepareLookUp(const QByteArray &file, const QByteArray &who)
     if (who == "hash-and-key")
         return { [hash]() { return hash.value(QLatin1String("UseWebGL")); }, 1 };
     return { nullptr, 0 };
-}
-
-bool Subjects::writeIni(const QByteArray &document, const QByteArray &file)
-{
-    QSettings ini(QString::fromLocal8Bit(file), QSettings::IniFormat);
-    const QSettings::SettingsMap map = flattened(document);
-    for (QSettings::SettingsMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it)
-        ini.setValue(it.key(), it.value());
-    ini.sync();
-    return ini.status() == QSettings::NoError;
 }

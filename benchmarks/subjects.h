@@ -21,11 +21,11 @@ struct Subject {
 /// | write                 | Writers::names()                             | byte written      |
 /// | flatten               | ours, plain, floor                           | flat key          |
 /// | unflatten             | ours, plain, floor                           | flat key          |
-/// | load                  | ours, handed-over, json-all, ini-all         | application       |
+/// | load                  | ours, handed-over                            | application       |
 /// | look-up               | getAppConfig, getter, hash, hash-and-key     | call              |
 namespace Subjects {
 
-/// `file` holds the document. Beside it, FILE.ini holds the same settings for ini-all.
+/// `file` holds the document.
 Subject prepare(const QByteArray &action, const QByteArray &file, const QByteArray &who);
 
 Subject prepareFlattening(const QByteArray &document, const QByteArray &who);
@@ -38,9 +38,6 @@ int units(const Subject &subject, const QVariant &result);
 
 /// The content of a file, empty when it cannot be read.
 QByteArray contentOf(const QByteArray &file);
-
-/// Writes the settings of a document as an INI file.
-bool writeIni(const QByteArray &document, const QByteArray &file);
 
 } // namespace Subjects
 

@@ -16,11 +16,8 @@
 
 #include <chrono>
 #include <cstdio>
-#include <ctime>
-#include <fcntl.h>
 #include <spawn.h>
 #include <string>
-#include <sys/stat.h>
 #include <sys/wait.h>
 
 extern char **environ;
@@ -36,27 +33,15 @@ void timeManually(benchmark::State &state, Call call)
     state.SetIterationTime(taken.count());
 }
 
-// QSettings reads a file again only when that has changed.
-void touch(const QByteArray &file)
-{
-    static time_t newest = std::time(nullptr);
-    const timespec times[] = { { ++newest, 0 }, { newest, 0 } };
-    utimensat(AT_FDCWD, file.constData(), times, 0);
-}
-
 void add(const QByteArray &action, const QByteArray &folder, const QByteArray &document,
          const QByteArrayList &all)
 {
     for (const QByteArray &who : all) {
         const QByteArray file = folder + "/" + document;
         const Subject subject = Subjects::prepare(action, file, who);
-        const auto run = [subject, file, isLoading = action == "load"](benchmark::State &state) {
+        const auto run = [subject](benchmark::State &state) {
             for (auto _ : state) {
                 QVariant result;
-                if (isLoading) {
-                    touch(file);
-                    touch(file + ".ini");
-                }
                 timeManually(state, [&]() { result = subject.run(); });
                 VariantTree::dispose(result);
             }
@@ -115,8 +100,6 @@ void addAll(const QByteArray &folder, const std::string &programs)
         add("flatten", folder, document, { "ours", "plain", "floor" });
         add("unflatten", folder, document, { "ours", "floor" });
     }
-    for (const char *document : { "typical", "applications-100", "applications-1000" })
-        add("load", folder, document, { "json-all", "ini-all" });
     addLookUps(folder + "/typical");
     addStarts(programs);
 }

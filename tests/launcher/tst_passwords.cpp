@@ -76,6 +76,8 @@ void tst_Passwords::aPasswordIsMaskedInEveryForm_data()
     row("http@//me:secret@host/", "********@host/");
     row("http://me#secret@host/", "http://********@host/");
     row("http:/null/me:secret@host/", "http:/null/me:********@host/");
+    row("http:/./me:secret@host/", "http:/./me:********@host/");
+    row("http:/[/me:secret@host/", "http:/[/me:********@host/");
     row("http:/#me:secret@host/", "http:/#me:********@host/");
     row("http://host/a:secret@c", "http://host/a:********@c");
     row("http://secret@host:8080/", "http://********@host:8080/");
@@ -163,6 +165,12 @@ void tst_Passwords::sentencesKeepTheirWords_data()
     row("tv: console: a.js:12: mail me@tv.example or you@tv.example");
     row("loaded: http://tv.example:80/a, from me@tv.example");
     row("there is nothing: a, b and c");
+    row("the page https://127.0.0.1:45515 does not load: error:0A:SSL; see /tmp/a/b.pem");
+    row("HttpProxy socks5://h:80: it cannot be used");
+    row("HttpProxy: it takes host:port, not \"socks5://h:80\"\n");
+    row("the page file:///tv/no@ne.html does not load: Error opening /tv/no@ne.html: No such file");
+    row("the page file:///tv/a.html does not use me:secret@proxy:80",
+        "the page file:///tv/a.html does not use me:********@proxy:80");
 }
 
 void tst_Passwords::sentencesKeepTheirWords()

@@ -148,7 +148,7 @@ void tst_Program::saysWhatIsWrongWhereAndWhy()
                         "    2 |   \"Applications\": [ { \"Tag\": \"tv\", \"url\": \"x\" }, ] }\n"
                         "      |                                    ^~~~~\n"
                         "        hint: did you mean \"Url\"? Keys are compared with their case\n"
-                        "test.json:2:48: error: a comma behind the last element [trailing-comma]\n"
+                        "test.json:2:48: error: a comma after the last entry [trailing-comma]\n"
                         "    2 |   \"Applications\": [ { \"Tag\": \"tv\", \"url\": \"x\" }, ] }\n"
                         "      |                                                ^\n"
                         "        hint: remove it\n"
@@ -308,7 +308,7 @@ void tst_Program::reportsForGithub()
     const Result result = run(words("check --format github test.json"));
     QVERIFY2(
         result.output.contains("::error file=test.json,line=1,col=3,title=trailing-comma::a comma "
-                               "behind the last element%0Ahint: remove it\n"),
+                               "after the last entry%0Ahint: remove it\n"),
         result.output.constData());
 }
 

@@ -2,11 +2,14 @@
 #include "tests/support/testmain.h"
 
 #include "tests/tools/mistakes.h"
+#include "tests/tools/wrongbytes.h"
 #include "tools/nuv-apps-config/analysis.h"
 #include "tools/nuv-apps-config/properties.h"
 #include "tools/nuv-apps-config/rules.h"
 
 #include <QDir>
+
+#include <algorithm>
 
 /// What is said about wrong values, and that whoever does what a finding proposes is rid of it.
 class tst_Remedies : public QObject
@@ -26,6 +29,7 @@ private slots:
     void proposalsTakeTheirFindingAway_data();
     void proposalsTakeTheirFindingAway();
     void proposalsInPlantedMistakesTakeThemAway();
+    void proposalsForOneWrongByteTakeItsFindingAway();
     void proposalsForAnyValueTakeTheirFindingAway_data();
     void proposalsForAnyValueTakeTheirFindingAway();
 
@@ -191,14 +195,12 @@ bool isProposal(const Finding &finding)
 {
     const char *const beginnings[] = { "write ", "did you mean", "remove it", "put it in",
                                        "add \"" };
-    const RuleGroup group = Rules::find(finding.rule).group;
-    const bool isSyntax = group == RuleGroup::Syntax || group == RuleGroup::Dialect;
-    for (const char *beginning : beginnings) {
-        if (!isSyntax && finding.hint.startsWith(QLatin1String(beginning))
-            && finding.hint != QLatin1String("write true or false"))
-            return true;
-    }
-    return false;
+    const char *const choices[] = { "write true or false", "write a number, or remove the key" };
+    const auto begins = [&](const char *text) {
+        return finding.hint.startsWith(QLatin1String(text));
+    };
+    return std::any_of(std::begin(beginnings), std::end(beginnings), begins)
+        && std::none_of(std::begin(choices), std::end(choices), begins);
 }
 
 void addValueColumns()
@@ -527,7 +529,8 @@ void tst_Remedies::tryProposals(const QByteArray &bytes, int *tried) const
         const QByteArray what =
             bytes + "\n" + describe(finding) + "\nbecomes\n" + changed + '\n' + describe(*after);
         QVERIFY2(countOf(*after, finding) < countOf(*before, finding), what);
-        QVERIFY2(after->findings.all().size() <= before->findings.all().size(), what);
+        const bool mayUncover = Rules::find(finding.rule).group == RuleGroup::Syntax;
+        QVERIFY2(mayUncover || after->findings.all().size() <= before->findings.all().size(), what);
     }
 }
 
@@ -557,6 +560,16 @@ void tst_Remedies::proposalsInPlantedMistakesTakeThemAway()
         }
     }
     QVERIFY2(tried > 40, QByteArray::number(tried));
+}
+
+void tst_Remedies::proposalsForOneWrongByteTakeItsFindingAway()
+{
+    int tried = 0;
+    for (const WrongBytes::Layout &layout : WrongBytes::layouts()) {
+        for (const WrongBytes::Slip &slip : WrongBytes::some(layout.bytes, 15, 60))
+            tryProposals(slip.bytes, &tried);
+    }
+    QVERIFY2(tried > 100, QByteArray::number(tried));
 }
 
 void tst_Remedies::proposalsForAnyValueTakeTheirFindingAway_data()

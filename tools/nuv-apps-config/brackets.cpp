@@ -8,6 +8,7 @@ void Brackets::beginPass()
 {
     m_open.clear();
     m_suspect = Opened { -1, 0 };
+    m_oddClosing = -1;
     for (Inserted &inserted : m_inserted)
         inserted.isTaken = false;
 }
@@ -21,14 +22,18 @@ void Brackets::close(int offset, bool isInFile)
 {
     const Opened opened = m_open.back();
     m_open.pop_back();
-    if (!isInFile || m_suspect.offset >= 0 || !m_source.isFirstOnLine(offset))
+    if (!isInFile || m_suspect.offset >= 0)
         return;
     const bool isOnOneLine = m_source.lineBegin(offset) == m_source.lineBegin(opened.offset);
+    if (!m_source.isFirstOnLine(offset)) {
+        if (!isOnOneLine && m_oddClosing < 0)
+            m_oddClosing = offset;
+        return;
+    }
     if (!isOnOneLine && m_source.indentation(offset) != m_source.indentation(opened.offset))
         m_suspect = opened;
 }
 
-// The first line behind the bracket that is not indented further than the bracket's own.
 int Brackets::placeByIndentation(int opened, int fallback) const
 {
     const int limit = m_source.indentation(opened);
@@ -88,18 +93,23 @@ int Brackets::take(int offset)
 
 void Brackets::report(Findings &findings) const
 {
-    for (const Inserted &inserted : m_inserted) {
-        const bool isBrace = inserted.code == T_RBRACE;
-        const Place place = m_source.place(inserted.opened);
-        Finding &finding = findings.add(
-            isBrace ? "missing-closing-brace" : "missing-closing-bracket", inserted.offset, 1,
-            QString(
-                QLatin1String("a %1 is missing here: the %2 of line %3, column %4 is never closed"))
-                .arg(isBrace ? QLatin1Char('}') : QLatin1Char(']'))
-                .arg(isBrace ? QLatin1Char('{') : QLatin1Char('['))
-                .arg(place.line)
-                .arg(place.column));
-        const Remark remark = { inserted.opened, QString(QLatin1String("opened here")) };
-        finding.remarks.push_back(remark);
-    }
+    for (const Inserted &inserted : m_inserted)
+        report(m_source, inserted.code, inserted.offset, inserted.opened, findings);
+}
+
+Finding &Brackets::report(const SourceText &source, int code, int place, int opened,
+                          Findings &findings)
+{
+    const bool isBrace = code == T_RBRACE;
+    const Place opening = source.place(opened);
+    Finding &finding = findings.add(
+        isBrace ? "missing-closing-brace" : "missing-closing-bracket", place, 1,
+        QString(QLatin1String("a %1 is missing here: the %2 of line %3, column %4 is never closed"))
+            .arg(isBrace ? QLatin1Char('}') : QLatin1Char(']'))
+            .arg(isBrace ? QLatin1Char('{') : QLatin1Char('['))
+            .arg(opening.line)
+            .arg(opening.column));
+    const Remark remark = { opened, QString(QLatin1String("opened here")) };
+    finding.remarks.push_back(remark);
+    return finding;
 }

@@ -22,6 +22,20 @@ public:
     /// The innermost bracket is closed; by one that stands in the file, or by one that was put in.
     void close(int offset, bool isInFile);
 
+    /// The bracket that was closed from a line of another indentation before any other, -1 for none;
+    /// its closing one may be missing.
+    int suspect() const { return m_suspect.offset; }
+    int suspectCode() const { return m_suspect.code; }
+
+    /// The first closing bracket, neither first on its line nor on that of its opening one, that may be
+    /// one too many; -1 for none.
+    int oddClosing() const { return m_oddClosing; }
+
+    int innermost() const { return m_open.empty() ? -1 : m_open.back().offset; }
+
+    /// The first line after the bracket that is not indented further than the bracket's own.
+    int placeByIndentation(int opened, int fallback) const;
+
     /// Notes that a closing bracket is missing, at `fallback` at the latest. `code` is its token.
     /// Returns false when that would lead nowhere.
     bool insertMissing(int fallback, int code);
@@ -30,6 +44,10 @@ public:
     int take(int offset);
 
     void report(Findings &findings) const;
+
+    /// The finding for a missing bracket: its token, where it belongs, and what it would close.
+    static Finding &report(const SourceText &source, int code, int place, int opened,
+                           Findings &findings);
 
 private:
     struct Opened {
@@ -43,11 +61,10 @@ private:
         bool isTaken;
     };
 
-    int placeByIndentation(int opened, int fallback) const;
-
     const SourceText &m_source;
     std::vector<Opened> m_open;
     std::vector<Inserted> m_inserted;
+    int m_oddClosing = -1;
     Opened m_suspect = Opened { -1, 0 }; ///< closed by a bracket of another indentation
 };
 

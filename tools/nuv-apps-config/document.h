@@ -1,6 +1,8 @@
 #ifndef DOCUMENT_H
 #define DOCUMENT_H
 
+#include "tools/nuv-apps-config/places.h"
+
 #include <QString>
 #include <QVariant>
 
@@ -32,6 +34,26 @@ struct Document {
     std::vector<Node> nodes;
     int root = -1; ///< none
     int depth = 0;
+    Places mended; ///< where a mistake in the syntax was
+    Places doubtful; ///< where it concerned what a key or a value says
+    Places moved; ///< where it concerned a bracket, so that entries may belong elsewhere
+    Places odd; ///< what the library accepts, and JSON does not
+
+    /// Whether something may be missing in the node only because of a mistake in the syntax.
+    bool isMended(const Node &node) const { return mended.touch(node.begin, node.end); }
+
+    /// Whether the value may be another one than was meant.
+    bool isDoubtful(const Node &node) const
+    {
+        return doubtful.touch(node.begin, node.isContainer() ? node.begin : node.end);
+    }
+    /// Whether some of its entries may belong elsewhere, and others into it.
+    bool isMoved(const Node &node) const { return moved.touch(node.begin, node.end); }
+
+    bool isDoubtful(const Node::Child &member) const
+    {
+        return doubtful.touch(member.keyBegin, member.keyEnd);
+    }
 
     bool isEmpty() const { return root < 0; }
     const Node &at(const Node::Child &child) const { return nodes[size_t(child.node)]; }

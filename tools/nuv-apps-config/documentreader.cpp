@@ -1,8 +1,15 @@
 #include "tools/nuv-apps-config/documentreader.h"
 
 #include "tools/nuv-apps-config/brackets.h"
+#include "tools/nuv-apps-config/edits.h"
+#include "tools/nuv-apps-config/foreign.h"
+#include "tools/nuv-apps-config/repairs.h"
+#include "tools/nuv-apps-config/rules.h"
 #include "tools/nuv-apps-config/tokenizer.h"
 
+#include <QSet>
+
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -72,6 +79,7 @@ private:
 
     int addNode();
     int readValue();
+    void reportKeyword(const Token &token);
     void openContainer(int node);
     void attach(int node);
     void close(int code);
@@ -79,8 +87,8 @@ private:
     bool isOpen(Node::Type type) const;
     void missing(Node::Type type, int fallback);
     void reportEnd();
-    void error(const char *rule, int begin, int length, const QString &what,
-               const QString &hint = QString());
+    Finding &error(const char *rule, int begin, int length, const QString &what,
+                   const QString &hint = QString());
     void giveUp();
 
     /// Whether the token stands in the file, and was not put in for a missing one.
@@ -107,11 +115,12 @@ private:
     bool m_hasGivenUp = false;
 };
 
-void Pass::error(const char *rule, int begin, int length, const QString &what, const QString &hint)
+Finding &Pass::error(const char *rule, int begin, int length, const QString &what,
+                     const QString &hint)
 {
-    m_findings.add(rule, begin, length, what, hint);
     if (++m_syntaxErrors >= MostSyntaxErrors)
         giveUp();
+    return m_findings.add(rule, begin, length, what, hint);
 }
 
 // The levels stay as they are: the step that gives up may go on with its own.
@@ -224,9 +233,11 @@ void Pass::takeUnexpected()
 void Pass::takeComma(Level &level)
 {
     if (level.comma < 0)
-        m_findings.add("leading-comma", m_token.begin, 1,
-                       text("a comma before the first entry, which only the library accepts"),
-                       text("remove it"));
+        m_findings
+            .add("leading-comma", m_token.begin, 1,
+                 text("a comma before the first entry, which only the library accepts"),
+                 text("remove it"))
+            .edit = Edit { m_token.begin, 1, QByteArray() };
     else
         error("extra-comma", m_token.begin, 1, text("one comma too many"), text("remove it"));
     level.comma = m_token.begin;
@@ -240,7 +251,7 @@ void Pass::stepKey(Level &level)
     const bool isAfterComma = level.state == Next;
     if (code == T_RBRACE || code == T_RBRACKET) {
         if (isAfterComma && isInFile())
-            error("trailing-comma", level.comma, 1, text("a comma behind the last entry"),
+            error("trailing-comma", level.comma, 1, text("a comma after the last entry"),
                   text("remove it"));
         if (!m_hasGivenUp)
             close(code);
@@ -269,7 +280,8 @@ void Pass::takeKey(Level &level)
         const QByteArray bytes = m_source.bytes().mid(key.begin, key.end - key.begin);
         level.member.key = QString::fromLatin1(bytes);
         error("unquoted-key", key.begin, key.end - key.begin, text("a key without quotes"),
-              text("write it in double quotes"));
+              text("write it in double quotes"))
+            .edit = Edit { key.begin, key.end - key.begin, Edits::quoted(level.member.key) };
         if (m_hasGivenUp)
             return;
     }
@@ -286,7 +298,7 @@ void Pass::stepColon(Level &level)
     }
     if (beginsValue(m_token.code)) {
         level.state = Value;
-        error("missing-colon", m_lastEnd, 1, text("a colon is missing behind the key"));
+        error("missing-colon", m_lastEnd, 1, text("a colon is missing after the key"));
         return;
     }
     level.state = Value;
@@ -319,7 +331,7 @@ void Pass::stepElement(Level &level)
         takeComma(level);
     } else if (code == T_RBRACKET || code == T_RBRACE) {
         if (level.state == Next && code == T_RBRACKET && isInFile())
-            error("trailing-comma", level.comma, 1, text("a comma behind the last element"),
+            error("trailing-comma", level.comma, 1, text("a comma after the last entry"),
                   text("remove it"));
         if (!m_hasGivenUp)
             close(code);
@@ -379,17 +391,14 @@ int Pass::readValue()
         if (token.code != T_NULL)
             node.value = token.code == T_TRUE;
         if (token.value.isValid())
-            error("wrong-keyword", token.begin, length, text("this word is not known"),
-                  QString(QLatin1String("write %1"))
-                      .arg(token.code == T_NULL       ? text("null")
-                               : token.code == T_TRUE ? text("true")
-                                                      : text("false")));
+            reportKeyword(token);
     } else {
         node.type = token.code == T_NUMBER ? Node::Number : Node::Text;
         node.value = token.value;
         if (token.code == Token::Word)
             error("unquoted-text", token.begin, length, text("a text without quotes"),
-                  text("write it in double quotes"));
+                  text("write it in double quotes"))
+                .edit = Edit { token.begin, length, Edits::quoted(token.value.toString()) };
     }
     attach(index);
     if (!m_levels.empty())
@@ -397,6 +406,24 @@ int Pass::readValue()
     if (!m_hasGivenUp)
         advance();
     return index;
+}
+
+void Pass::reportKeyword(const Token &token)
+{
+    const QString word = token.value.toString();
+    const int length = token.end - token.begin;
+    if (word.compare(QLatin1String("NaN"), Qt::CaseInsensitive) == 0
+        || word.compare(QLatin1String("Infinity"), Qt::CaseInsensitive) == 0) {
+        error("bad-number", token.begin, length, text("JSON has no ") + word,
+              text("write a number, or remove the key"));
+        return;
+    }
+    const char *const keyword = token.code == T_NULL ? "null"
+        : token.code == T_TRUE                       ? "true"
+                                                     : "false";
+    error("wrong-keyword", token.begin, length, text("this word is not known"),
+          text("write ") + text(keyword))
+        .edit = Edit { token.begin, length, keyword };
 }
 
 void Pass::attach(int node)
@@ -466,11 +493,13 @@ void Pass::reportEnd()
 {
     const bool endsLine = m_lastEnd < m_source.size() && m_source.bytes().at(m_lastEnd) == '\n';
     const int place = endsLine ? m_lastEnd + 1 : m_lastEnd;
+    for (const Level &level : m_levels)
+        m_document.nodes[size_t(level.node)].end = m_source.size();
     if (m_brackets.insertMissing(place, isObject(m_levels.back()) ? T_RBRACE : T_RBRACKET))
         m_mustRepeat = true;
     else
-        error("missing-closing-brace", place, 1,
-              text("the file ends within an object or an array"));
+        error(isObject(m_levels.back()) ? "missing-closing-brace" : "missing-closing-bracket",
+              place, 1, text("the file ends within an object or an array"));
 }
 
 bool isEmpty(const SourceText &source)
@@ -478,11 +507,124 @@ bool isEmpty(const SourceText &source)
     return source.bytes().trimmed().isEmpty();
 }
 
-// Files that are something else altogether. Their first error would say nothing.
-bool isText(const SourceText &source)
+Finding &copy(const Finding &finding, int offset, Findings &to)
 {
-    const QByteArray head = source.bytes().left(65536);
-    return !head.contains('\0') && !head.startsWith("\xff\xfe") && !head.startsWith("\xfe\xff");
+    Finding &result = to.add(finding.rule, offset, finding.length, finding.text, finding.hint);
+    result.remarks = finding.remarks;
+    result.edit = finding.edit;
+    return result;
+}
+
+void append(const Findings &from, Findings &to)
+{
+    for (const Finding &finding : from.all())
+        copy(finding, finding.offset, to);
+}
+
+bool readAll(const SourceText &source, Document &document, Findings &findings,
+             const ProgressSink &progress)
+{
+    Brackets brackets(source);
+    for (;;) {
+        Findings found;
+        Pass pass(source, document, found, brackets, progress);
+        pass.run();
+        if (pass.mustRepeat())
+            continue;
+        brackets.report(found);
+        append(found, findings);
+        return !pass.hasGivenUp();
+    }
+}
+
+// From the places of the mended text to those of the file.
+void moveBack(const Repairs &repairs, Document &document)
+{
+    for (Node &node : document.nodes) {
+        node.end = repairs.originalEnd(node.begin, node.end);
+        node.begin = repairs.original(node.begin);
+        for (Node::Child &child : node.children) {
+            child.keyEnd = repairs.originalEnd(child.keyBegin, child.keyEnd);
+            child.keyBegin = repairs.original(child.keyBegin);
+        }
+    }
+}
+
+bool isMistake(const Finding &finding)
+{
+    const Rule &rule = Rules::find(finding.rule);
+    return rule.group == RuleGroup::Syntax && rule.severity == Severity::Error;
+}
+
+// Mistakes that are told from their own bytes, and leave what is around them as it is.
+bool isWithinToken(const char *rule)
+{
+    const char *const rules[] = { "byte-order-mark", "comment",      "single-quotes",
+                                  "smart-quotes",    "unquoted-key", "unquoted-text",
+                                  "wrong-keyword",   "bad-number",   "invisible-character" };
+    return std::any_of(std::begin(rules), std::end(rules),
+                       [rule](const char *each) { return std::strcmp(each, rule) == 0; });
+}
+
+void noteOddities(const Repairs *repairs, const Findings &found, Document &document)
+{
+    for (const Finding &finding : found.all()) {
+        const int begin = repairs ? repairs->original(finding.offset) : finding.offset;
+        if (Rules::find(finding.rule).group == RuleGroup::Dialect)
+            document.odd.add(begin, begin + finding.length);
+    }
+    document.odd.settle();
+}
+
+// Where the reader itself had to make something out, it is less sure than a repair: the whole line is
+// doubtful.
+void noteMistakes(const SourceText &source, const Repairs &repairs, const Findings &found,
+                  Document &document)
+{
+    document.doubtful = repairs.doubtful();
+    document.mended = repairs.mended();
+    document.moved = repairs.moved();
+    for (const Finding &finding : found.all()) {
+        if (!isMistake(finding))
+            continue;
+        const int place = repairs.original(finding.offset);
+        if (isWithinToken(finding.rule)) {
+            document.doubtful.add(place, place + finding.length);
+            continue;
+        }
+        document.mended.add(place, place);
+        document.moved.add(place, place);
+        document.doubtful.add(source.lineBegin(place), source.lineEnd(place));
+    }
+    document.mended.settle();
+    document.doubtful.settle();
+    document.moved.settle();
+}
+
+// The first mistake of a line is the cause of the others there. What was mended comes first.
+Findings oneALine(const SourceText &source, const Repairs &repairs, const Findings &found)
+{
+    Findings result;
+    QSet<int> lines;
+    const auto take = [&](const Finding &finding, int offset) {
+        const int line = source.place(offset).line;
+        if (!repairs.isEmpty() && std::strcmp(finding.rule, "empty-file") == 0)
+            return; // all that was there was a mistake
+        if (isMistake(finding) && lines.contains(line))
+            return;
+        if (isMistake(finding))
+            lines.insert(line);
+        copy(finding, offset, result);
+    };
+    for (const Finding &finding : repairs.findings().all())
+        take(finding, finding.offset);
+    for (Finding finding : found.all()) {
+        finding.edit = repairs.original(finding.edit);
+        for (Remark &remark : finding.remarks)
+            remark.offset = repairs.original(remark.offset);
+        take(finding, repairs.original(finding.offset));
+    }
+    return result;
 }
 
 } // namespace
@@ -497,25 +639,23 @@ bool readDocument(const SourceText &source, Document &document, Findings &findin
                      text("`nuv-apps-config template` prints a configuration to start from"));
         return false;
     }
-    Brackets brackets(source);
-    for (;;) {
-        Findings found;
-        Pass pass(source, document, found, brackets, progress);
-        pass.run();
-        if (pass.mustRepeat())
-            continue;
-        if (found.hasSyntaxError() && !isText(source)) {
-            findings.add("not-text", 0, 0, text("this is a binary file, or one in UTF-16"),
-                         text("the library reads plain text in one byte per character"));
-            return false;
-        }
-        brackets.report(found);
-        for (const Finding &finding : found.all()) {
-            Finding &copy = findings.add(finding.rule, finding.offset, finding.length, finding.text,
-                                         finding.hint);
-            copy.remarks = finding.remarks;
-            copy.edit = finding.edit;
-        }
-        return !pass.hasGivenUp();
+    Findings found;
+    bool isReliable = readAll(source, document, found, progress);
+    if (!found.hasSyntaxError()) {
+        noteOddities(nullptr, found, document);
+        append(found, findings);
+        return isReliable;
     }
+    if (Foreign::report(source.bytes(), findings))
+        return false;
+    const Repairs repairs(source);
+    if (!repairs.isEmpty()) {
+        found = Findings();
+        isReliable = readAll(repairs.text(), document, found, progress);
+        moveBack(repairs, document);
+    }
+    noteOddities(&repairs, found, document);
+    noteMistakes(source, repairs, found, document);
+    append(oneALine(source, repairs, found), findings);
+    return isReliable;
 }

@@ -4,11 +4,12 @@
 #include "tools/nuv-apps-config/spelling.h"
 
 #include <QHash>
+#include <QSet>
 
 namespace {
 
 // The loader makes about a million elements in a second, on a fast machine.
-const double LargestSize = 100000;
+const int LargestSize = 100000;
 
 const int DeepestNesting = 1000;
 
@@ -36,16 +37,55 @@ void checkSlash(const Node::Child &member, Findings &findings)
                  text("choose a key without /; a remark may stand in \"_comment\""));
 }
 
+// The objects that the loader would read as arrays. A key with a slash, or one that comes twice, may
+// bring any other to one of those places.
+class WalkedObjects
+{
+public:
+    explicit WalkedObjects(const Document &document);
+    bool contains(const Node &object) const { return m_isAny || m_all.contains(&object); }
+
+private:
+    void add(const Document &document, const Node &object, const char *key, bool isDeep);
+
+    bool m_isAny = false;
+    QSet<const Node *> m_all;
+};
+
+WalkedObjects::WalkedObjects(const Document &document)
+{
+    for (const Node &node : document.nodes) {
+        for (const Node::Child &child : node.children)
+            m_isAny = m_isAny || child.key.contains(QLatin1Char('/'));
+    }
+    if (!document.isEmpty())
+        add(document, document.rootNode(), "Applications", true);
+}
+
+void WalkedObjects::add(const Document &document, const Node &object, const char *key, bool isDeep)
+{
+    for (const Node::Child &child : object.children) {
+        if (child.key != QLatin1String(key))
+            continue;
+        const Node &walked = document.at(child);
+        m_all.insert(&walked);
+        for (const Node::Child &element : walked.children) {
+            if (isDeep)
+                add(document, document.at(element), "GrantBroadcastAccessRightDomains", false);
+        }
+    }
+}
+
 void checkSize(const Document &document, const Node &object, const Node::Child &member,
-               Findings &findings)
+               bool isWalked, Findings &findings)
 {
     const Node &value = document.at(member);
     const bool isSize = member.key == QLatin1String("size");
     if (!isSize && !member.key.endsWith(QLatin1String("/size")))
         return;
-    const double size =
-        value.type == Node::Number || value.type == Node::Text ? value.value.toDouble() : 0;
-    if (size > LargestSize)
+    const int size =
+        value.value.toInt(); // as the settings convert it: what does not fit counts as 0
+    if (isWalked && size > LargestSize)
         findings
             .add("huge-size", value.begin, value.length(),
                  text("the loader would ask for that many elements, and be busy for minutes"),
@@ -79,7 +119,7 @@ void checkDuplicates(const Document &document, const Node &object, Findings &fin
     QHash<QString, const Node::Child *> known;
     known.reserve(int(object.children.size()));
     for (const Node::Child &member : object.children) {
-        if (!KeyRules::isKey(member))
+        if (!KeyRules::isKey(member) || document.isDoubtful(member))
             continue;
         const Node::Child *&first = known[member.key];
         if (!first) {
@@ -123,6 +163,8 @@ void reportUnknown(const Document &document, const Node &object, const Node::Chi
                    Section section, Findings &findings)
 {
     const QString nearest = Spelling::nearest(member.key, keysOf(section));
+    if (!nearest.isEmpty() && document.odd.touch(member.keyBegin, member.keyEnd))
+        return; // what is odd about the key is said already
     const bool isCaseOnly = nearest.compare(member.key, Qt::CaseInsensitive) == 0;
     const bool isTaken =
         !nearest.isEmpty() && !findings.isFull() && document.member(object, nearest);
@@ -150,14 +192,18 @@ void KeyRules::checkEverywhere(const Document &document, Findings &findings)
         findings.add(
             "too-deep", 0, 0,
             QString(QLatin1String("the document is nested %1 levels deep")).arg(document.depth));
+    const WalkedObjects walked(document);
     for (const Node &node : document.nodes) {
         if (node.type != Node::Object)
             continue;
         for (const Node::Child &member : node.children) {
+            if (document.isDoubtful(member))
+                continue;
             checkSlash(member, findings);
-            checkSize(document, node, member, findings);
+            checkSize(document, node, member, walked.contains(node), findings);
         }
-        checkDuplicates(document, node, findings);
+        if (!document.isMoved(node))
+            checkDuplicates(document, node, findings);
     }
 }
 
@@ -171,11 +217,15 @@ bool KeyRules::checkName(const Document &document, const Node &object, const Nod
 {
     if (Properties::find(section, member.key))
         return false;
+    if (document.isDoubtful(member))
+        return true;
     const bool isReported =
         member.key == QLatin1String("size") || member.key.contains(QLatin1Char('/'));
     if (Properties::isPassed(member.key) || isReported)
         return true;
     const Property *other = elsewhere(member.key);
+    if (other && document.isMoved(object))
+        return true;
     if (section == Section::Document && member.key == QLatin1String("Certificate"))
         addAtKey(findings, "top-level-certificate", member,
                  text("a certificate is read inside \"Global\" and inside an application only"));

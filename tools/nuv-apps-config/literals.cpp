@@ -1,6 +1,7 @@
 #include "tools/nuv-apps-config/literals.h"
 
 #include "tools/nuv-apps-config/edits.h"
+#include "tools/nuv-apps-config/numbers.h"
 #include "tools/nuv-apps-config/utf8.h"
 
 #include <cstring>
@@ -215,13 +216,24 @@ void Literals::checkNumber(const SourceText &source, int begin, int end, const Q
 {
     const char *const first = source.bytes().constData() + begin;
     const char *const last = source.bytes().constData() + end;
+    const QByteArray written = QByteArray::fromRawData(first, end - begin);
     if (!isNumber(first, last)) {
-        findings.add("odd-number", begin, end - begin,
-                     text("this is no number; the library reads ") + numberText(value),
-                     text("put it in quotes if it is meant as a text"));
+        const QByteArray meant = Numbers::meant(written);
+        findings
+            .add("odd-number", begin, end - begin,
+                 (meant.isEmpty() ? text("this is no number; the library reads ")
+                                  : text("JSON does not write a number so; the library reads "))
+                     + numberText(value),
+                 meant.isEmpty() ? text("put it in quotes if it is meant as a string")
+                                 : text("write ") + QString::fromLatin1(meant))
+            .edit = Edit { begin, end - begin, meant.isEmpty() ? '"' + written + '"' : meant };
     } else if (hasLeadingZero(first, last)) {
-        findings.add("leading-zero", begin, end - begin,
-                     text("a number that begins with 0; the library reads ") + numberText(value));
+        const QByteArray plain = Numbers::meant(written);
+        findings
+            .add("leading-zero", begin, end - begin,
+                 text("a number that begins with 0; the library reads ") + numberText(value),
+                 text("write ") + QString::fromLatin1(plain))
+            .edit = Edit { begin, end - begin, plain };
     } else if (value.userType() == QMetaType::Double
                && !std::memchr(first, '.', size_t(last - first))
                && !std::memchr(first, 'e', size_t(last - first))

@@ -29,9 +29,7 @@ public:
           m_folder(folder),
           m_findings(findings),
           m_tags(document, findings),
-          m_values(source, document, m_folder, findings),
-          m_mayLackEntries(findings.has("missing-closing-brace")
-                           || findings.has("missing-closing-bracket"))
+          m_values(source, document, m_folder, findings)
     {
     }
 
@@ -60,12 +58,13 @@ private:
     Findings &m_findings;
     TagRules m_tags;
     ValueRules m_values;
-    bool m_mayLackEntries; ///< the file ends too early: what is missing is no finding of its own
 };
 
 void Meaning::checkDocument()
 {
     const Node &root = m_document.rootNode();
+    if (root.type != Node::Object && m_document.isMended(root))
+        return;
     if (root.type != Node::Object) {
         m_findings.add(
             "not-an-object", root.begin, 1, text("the document is not an object"),
@@ -75,8 +74,7 @@ void Meaning::checkDocument()
     KeyRules::checkEverywhere(m_document, m_findings);
     checkMembers(root, Section::Document);
     checkVersion();
-    if (!m_mayLackEntries)
-        checkApplications();
+    checkApplications();
 }
 
 void Meaning::checkMembers(const Node &object, Section section)
@@ -92,6 +90,8 @@ void Meaning::checkMember(const Node &object, const Node::Child &member, Section
         return;
     const Property *property = Properties::find(section, member.key);
     const Node &value = m_document.at(member);
+    if (m_document.isDoubtful(value))
+        return;
     m_values.check(KnownValue { *property, object, member, value });
     if (value.type == Node::Object && member.key == QLatin1String("Global"))
         checkGlobal(value);
@@ -112,7 +112,7 @@ void Meaning::checkVersion()
 {
     const Node &root = m_document.rootNode();
     const Node::Child *global = m_document.member(root, text("Global"));
-    if (!global && m_mayLackEntries)
+    if (!global && m_document.isMended(root))
         return;
     if (!global) {
         m_findings
@@ -123,9 +123,11 @@ void Meaning::checkVersion()
         return;
     }
     const Node &object = m_document.at(*global);
-    if (object.type != Node::Object)
+    if (object.type != Node::Object || m_document.isDoubtful(object))
         return;
     const Node::Child *member = m_document.member(object, text("Version"));
+    if (member ? m_document.isDoubtful(m_document.at(*member)) : m_document.isMended(object))
+        return;
     if (member && m_document.at(*member).type == Node::Null)
         m_findings
             .add("no-version", m_document.at(*member).begin, m_document.at(*member).length(),
@@ -133,7 +135,7 @@ void Meaning::checkVersion()
             .edit = Edits::replace(m_document.at(*member), "1");
     else if (member)
         ValueRules::checkVersion(m_document.at(*member), m_findings);
-    else if (!m_mayLackEntries)
+    else
         m_findings
             .add("no-version", object.begin, 1,
                  text("\"Version\" is missing in \"Global\", so no application is loaded"),
@@ -145,6 +147,8 @@ void Meaning::checkApplications()
 {
     const Node &root = m_document.rootNode();
     const Node::Child *member = m_document.member(root, text("Applications"));
+    if (m_document.isMended(member ? m_document.at(*member) : root))
+        return;
     const QString what = text("there are no applications");
     const QByteArray element = "{ \"Tag\": \"tv\", \"Url\": \"http://tv.example/\" }";
     if (!member)
@@ -163,6 +167,8 @@ void Meaning::checkElements(const Node &applications)
 {
     for (const Node::Child &child : applications.children) {
         const Node &element = m_document.at(child);
+        if (m_document.isDoubtful(element))
+            continue;
         if (element.type == Node::Object)
             checkApplication(element);
         else if (element.type != Node::Missing)
@@ -175,8 +181,8 @@ void Meaning::checkElements(const Node &applications)
 void Meaning::checkApplication(const Node &application)
 {
     checkMembers(application, Section::Application);
-    const bool mayLackTag =
-        m_mayLackEntries || KeyRules::hasMisspelt(application, Section::Application, text("Tag"));
+    const bool mayLackTag = m_document.isMended(application)
+        || KeyRules::hasMisspelt(application, Section::Application, text("Tag"));
     if (m_tags.check(application, mayLackTag))
         checkAddress(application);
     checkNeeds(application);
@@ -188,11 +194,12 @@ void Meaning::checkAddress(const Node &application)
 {
     const Node::Child *member = m_document.member(application, text("Url"));
     const bool isNull = member && m_document.at(*member).type == Node::Null;
+    if (member ? m_document.isDoubtful(m_document.at(*member)) : m_document.isMended(application))
+        return;
     if (isNull)
         m_findings.add("no-address", m_document.at(*member).begin, m_document.at(*member).length(),
                        text("an application shows nothing while its \"Url\" is null"));
-    else if (!member && !m_mayLackEntries
-             && !KeyRules::hasMisspelt(application, Section::Application, text("Url")))
+    else if (!member && !KeyRules::hasMisspelt(application, Section::Application, text("Url")))
         m_findings.add("no-address", application.begin, 1,
                        text("an application without \"Url\" shows nothing"));
 }
@@ -201,9 +208,11 @@ void Meaning::checkDomains(const Node &domains)
 {
     for (const Node::Child &child : domains.children) {
         const Node &element = m_document.at(child);
+        if (m_document.isDoubtful(element))
+            continue;
         if (element.type == Node::Object) {
             checkMembers(element, Section::Domain);
-            if (!m_document.member(element, text("Domain")))
+            if (!m_document.member(element, text("Domain")) && !m_document.isMended(element))
                 m_findings.add("no-domain", element.begin, 1,
                                text("an element without \"Domain\""));
         } else if (element.type != Node::Missing) {
@@ -233,16 +242,19 @@ void Meaning::checkCertificate(const Node &certificate)
     const bool hasPath = path && m_document.at(*path).type != Node::Null;
     const Node::Child *key = m_document.member(certificate, text("PrivateKey"));
     const Node::Child *passPhrase = m_document.member(certificate, text("PassPhrase"));
+    const bool mayLackMembers = m_document.isMended(certificate);
     for (const Node::Child *member : { key, passPhrase }) {
-        if (member && !hasPath)
+        if (member && !hasPath && !mayLackMembers)
             m_findings.add("needs-certificate", member->keyBegin, member->keyEnd - member->keyBegin,
                            quoted(member->key) + text(" is not read without \"Path\""),
                            text("\"Path\" names the file of the certificate"));
     }
-    if (hasPath && passPhrase && !key)
+    if (hasPath && passPhrase && !key && !mayLackMembers)
         m_findings.add("no-effect", passPhrase->keyBegin, passPhrase->keyEnd - passPhrase->keyBegin,
                        text("\"PassPhrase\" has no effect without \"PrivateKey\""));
-    if (hasPath && m_document.at(*path).type == Node::Text)
+    const bool isDoubtful = m_document.doubtful.touch(certificate.begin, certificate.end)
+        || m_document.isMoved(certificate);
+    if (hasPath && !isDoubtful && m_document.at(*path).type == Node::Text)
         CertificateRules::check(m_document, certificate, m_folder, m_findings);
 }
 
@@ -267,7 +279,7 @@ void Meaning::checkNeeds(const Node &application)
         bool isMet = needs.isEmpty();
         for (const QString &need : needs)
             isMet = isMet || mayBeOn(application, need);
-        if (!isMet)
+        if (!isMet && !m_document.isMended(application))
             reportWithoutEffect(application, member, needs.first());
     }
 }

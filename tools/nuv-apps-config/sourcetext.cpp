@@ -18,6 +18,10 @@ bool isBlank(char byte)
 
 SourceText::SourceText(const QString &name, const QByteArray &bytes) : m_name(name), m_bytes(bytes)
 {
+}
+
+void SourceText::findLines() const
+{
     const char *const begin = m_bytes.constData();
     for (int at = 0; at <= m_bytes.size();) {
         const void *const found = std::memchr(begin + at, '\n', size_t(m_bytes.size() - at));
@@ -28,7 +32,7 @@ SourceText::SourceText(const QString &name, const QByteArray &bytes) : m_name(na
     countCharacters();
 }
 
-void SourceText::addLine(int begin, int end)
+void SourceText::addLine(int begin, int end) const
 {
     const char *const line = m_bytes.constData() + begin;
     int indentation = 0;
@@ -37,7 +41,7 @@ void SourceText::addLine(int begin, int end)
     m_lines.push_back({ begin, indentation, Utf8::isValid(line, end - begin) });
 }
 
-void SourceText::countCharacters()
+void SourceText::countCharacters() const
 {
     m_characters.push_back(0);
     for (int at = BlockSize; at <= m_bytes.size(); at += BlockSize) {
@@ -55,6 +59,8 @@ int SourceText::charactersBefore(int offset) const
 
 size_t SourceText::lineIndex(int offset) const
 {
+    if (m_lines.empty())
+        findLines();
     const auto next = std::upper_bound(m_lines.begin(), m_lines.end(), offset,
                                        [](int at, const Line &line) { return at < line.begin; });
     return size_t(next - m_lines.begin()) - 1;

@@ -42,15 +42,17 @@ private:
         bool isUtf8;
     };
 
-    void addLine(int begin, int end);
-    void countCharacters();
+    void findLines() const;
+    void addLine(int begin, int end) const;
+    void countCharacters() const;
     int charactersBefore(int offset) const;
     size_t lineIndex(int offset) const;
 
     QString m_name;
     QByteArray m_bytes;
-    std::vector<Line> m_lines;
-    std::vector<int> m_characters; ///< in front of each block of bytes
+    // Found when the first is asked for: many a text is read and never spoken of.
+    mutable std::vector<Line> m_lines;
+    mutable std::vector<int> m_characters; ///< in front of each block of bytes
 };
 
 #endif // SOURCETEXT_H

@@ -21,7 +21,7 @@ bool TagRules::check(const Node &application, bool mayBeMissing)
     ++m_count;
     const Node::Child *member = m_document.member(application, text("Tag"));
     const Node *tag = member ? &m_document.at(*member) : nullptr;
-    if (tag ? tag->type == Node::Missing : mayBeMissing)
+    if (tag ? tag->type == Node::Missing || m_document.isDoubtful(*tag) : mayBeMissing)
         return true;
     if (!tag || tag->type == Node::Null || tag->isContainer()) {
         reportMissing(application, tag);

@@ -1,6 +1,8 @@
 #include "tools/nuv-apps-config/tokenizer.h"
 
 #include "tools/nuv-apps-config/literals.h"
+#include "tools/nuv-apps-config/numbers.h"
+#include "tools/nuv-apps-config/spelling.h"
 #include "tools/nuv-apps-config/utf8.h"
 
 #include <cstring>
@@ -17,6 +19,19 @@ const Keyword keywords[] = {
     { "no", T_FALSE },  { "off", T_FALSE }, { "null", T_NULL },      { "none", T_NULL },
     { "nil", T_NULL },  { "nan", T_NULL },  { "undefined", T_NULL }, { "infinity", T_NULL },
 };
+
+// The keyword with one letter too many, too few or wrong: "tru" is true. Short ones are near to too
+// much.
+int nearlyKeyword(const QByteArray &word)
+{
+    const char *const words[] = { "true", "false", "null" };
+    const int codes[] = { T_TRUE, T_FALSE, T_NULL };
+    for (int i = 0; i < 3 && word.size() > 2; ++i) {
+        if (Spelling::distance(QString::fromLatin1(word), QLatin1String(words[i]), 1) <= 1)
+            return codes[i];
+    }
+    return Token::Word;
+}
 
 // Quotes that are none for the library, in UTF-8 and in the code page of Windows.
 const char *const smartQuotes[] = { "\xe2\x80\x9c", "\xe2\x80\x9d", "\xe2\x80\x9e", "\xe2\x80\x9f",
@@ -45,8 +60,8 @@ QString text(const char *latin1)
 
 } // namespace
 
-Tokenizer::Tokenizer(const SourceText &source, Findings &findings)
-    : m_source(source), m_findings(findings)
+Tokenizer::Tokenizer(const SourceText &source, Findings &findings, Manner manner)
+    : m_source(source), m_findings(findings), m_manner(manner)
 {
     restart(0);
 }
@@ -97,20 +112,31 @@ Token Tokenizer::next()
             token.code = T_END_OF_FILE; // nobody reads on behind so many mistakes
             return token;
         }
-        if (firstStrayB >= 0)
-            reportStrayB(firstStrayB);
-        if (token.code == T_STRING && !mendUnterminated(&token))
-            Literals::checkText(m_source, token.begin, token.end, m_findings);
-        else if (token.code == T_NUMBER)
-            Literals::checkNumber(m_source, token.begin, token.end, token.value, m_findings);
+        if (m_manner == Mending)
+            check(&token, firstStrayB);
         return token;
     }
 }
 
+void Tokenizer::check(Token *token, int firstStrayB)
+{
+    if (firstStrayB >= 0)
+        reportStrayB(firstStrayB);
+    if (token->code == T_STRING && !mendUnterminated(token))
+        Literals::checkText(m_source, token->begin, token->end, m_findings);
+    else if (token->code == T_NUMBER)
+        Literals::checkNumber(m_source, token->begin, token->end, token->value, m_findings);
+}
+
 void Tokenizer::reportStrayB(int offset)
 {
-    m_findings.add("stray-b", offset, 1, text("the letter b between the entries is skipped"),
-                   text("remove it"));
+    int length = 1;
+    while (at(offset + length) == 'b')
+        ++length;
+    m_findings
+        .add("stray-b", offset, 1, text("the letter b between the entries is skipped"),
+             text("remove it"))
+        .edit = Edit { offset, length, QByteArray() };
 }
 
 // Finds out what was meant. False when it was nothing and the next token is to be read.
@@ -118,13 +144,14 @@ bool Tokenizer::mend(Token *token, int firstStrayB)
 {
     const int begin = token->begin;
     if (at(begin) == '"') {
-        endTextAtLine(token);
+        if (m_manner == Mending)
+            endTextAtLine(token);
         return true;
     }
     int wordBegin = begin; // the lexer took the first letters of "banana" for blanks
     while (wordBegin > 0 && firstStrayB >= 0 && at(wordBegin - 1) == 'b')
         --wordBegin;
-    if (firstStrayB >= 0 && firstStrayB < wordBegin)
+    if (m_manner == Mending && firstStrayB >= 0 && firstStrayB < wordBegin)
         reportStrayB(firstStrayB);
     token->begin = wordBegin;
     if (isLetter(at(wordBegin))) {
@@ -134,10 +161,7 @@ bool Tokenizer::mend(Token *token, int firstStrayB)
     token->begin = begin;
     if (skipComment(begin) || skipInvisible(begin))
         return false;
-    if (mendQuoted(token) || mendCharacter(token))
-        return true;
-    skipUnexpected(begin);
-    return false;
+    return mendQuoted(token) || mendCharacter(token) || takeUnexpected(token);
 }
 
 void Tokenizer::mendWord(Token *token)
@@ -146,7 +170,7 @@ void Tokenizer::mendWord(Token *token)
     while (isWordByte(at(end)))
         ++end;
     const QByteArray word = m_source.bytes().mid(token->begin, end - token->begin);
-    token->code = Token::Word;
+    token->code = nearlyKeyword(word.toLower());
     token->end = end;
     token->value = QString::fromLatin1(word);
     for (const Keyword &keyword : keywords) {
@@ -181,7 +205,7 @@ bool Tokenizer::skipComment(int begin)
     if (end < 0)
         end = m_source.size();
     m_findings.add("comment", begin, end - begin, text("comments cannot stand in this file"),
-                   text("write a key that begins with _comment, as in \"_comment\": \"...\""));
+                   text("a remark may stand in a key that begins with _comment"));
     restart(end);
     return true;
 }
@@ -206,12 +230,18 @@ bool Tokenizer::skipInvisible(int begin)
     return false;
 }
 
-void Tokenizer::skipUnexpected(int begin)
+// True where the character is left to the caller.
+bool Tokenizer::takeUnexpected(Token *token)
 {
+    const int begin = token->begin;
     const int size =
         qMax(1, Utf8::length(m_source.bytes().constData() + begin, m_source.size() - begin));
+    token->end = begin + size;
+    restart(token->end);
+    if (m_manner == Strict)
+        return true;
     m_findings.add("unexpected-token", begin, size, text("this character cannot stand here"));
-    restart(begin + size);
+    return false;
 }
 
 // Texts in other quotes. They end at the like, at the end of the line, or at a straight quote.
@@ -263,15 +293,18 @@ bool Tokenizer::mendCharacter(Token *token)
         int end = begin + 1;
         while ((at(end) >= '0' && at(end) <= '9') || at(end) == '.')
             ++end;
-        m_findings.add("bad-number", begin, end - begin, text("a number cannot begin with a point"),
-                       text("write a 0 in front of it"));
+        const QByteArray meant = Numbers::meant(m_source.bytes().mid(begin, end - begin));
+        m_findings
+            .add("bad-number", begin, end - begin, text("a number cannot begin with a point"),
+                 text("write ") + QString::fromLatin1(meant))
+            .edit = Edit { begin, end - begin, meant };
         token->value = m_source.bytes().mid(begin, end - begin).toDouble();
         token->code = T_NUMBER;
         token->end = end;
         restart(end);
         return true;
     }
-    if (byte != '=' && byte != ';')
+    if (m_manner == Strict || (byte != '=' && byte != ';'))
         return false;
     token->code = byte == '=' ? T_COLON : T_COMMA;
     token->end = begin + 1;

@@ -21,27 +21,35 @@ struct Token {
 };
 
 /// The tokens of a file, from the library's own lexer. Where that finds an error, the cause is
-/// reported and the reading goes on behind it.
+/// reported and the reading goes on after it.
 class Tokenizer
 {
 public:
-    Tokenizer(const SourceText &source, Findings &findings);
+    enum Manner {
+        Mending, ///< makes the best of everything
+        Strict ///< gives T_ERROR for what cannot be told from its own bytes, and reports no dialect
+    };
+
+    Tokenizer(const SourceText &source, Findings &findings, Manner manner = Mending);
 
     Token next();
+
+    /// Goes on at `offset`.
+    void restart(int offset);
 
     /// Makes a word of everything up to a blank, a comma or a closing bracket.
     void extendWord(Token *word);
 
 private:
-    void restart(int offset);
     int skipBlanks(int offset, int *firstStrayB) const;
+    void check(Token *token, int firstStrayB);
     bool mend(Token *token, int firstStrayB);
     bool mendQuoted(Token *token);
     bool mendCharacter(Token *token);
     void mendWord(Token *token);
     bool skipComment(int begin);
     bool skipInvisible(int begin);
-    void skipUnexpected(int begin);
+    bool takeUnexpected(Token *token);
     bool mendUnterminated(Token *token);
     void endTextAtLine(Token *token);
     void reportStrayB(int offset);
@@ -54,6 +62,7 @@ private:
 
     const SourceText &m_source;
     Findings &m_findings;
+    Manner m_manner;
     std::unique_ptr<JsonLexer> m_lexer;
     int m_base = 0; ///< where the lexer's input begins
 };

@@ -4,8 +4,6 @@
 #include <QFileInfo>
 #include <QUrl>
 
-#include <cstdlib>
-
 #include <sys/stat.h>
 
 namespace {
@@ -26,12 +24,9 @@ QString pathOf(QUrl url)
 /// leads to. What is not there is where it would be made.
 QString target(const QString &path)
 {
-    char *const found = ::realpath(QFile::encodeName(path).constData(), nullptr);
-    if (found) {
-        const QString result = QFile::decodeName(found);
-        std::free(found);
-        return result;
-    }
+    const QString found = QFileInfo(path).canonicalFilePath();
+    if (!found.isEmpty())
+        return found;
     const int slash = path.lastIndexOf(QLatin1Char('/'));
     return slash <= 0 ? path : target(path.left(slash)) + path.mid(slash);
 }

@@ -80,11 +80,12 @@ bool isPort(const QString &text)
     return digits <= 5;
 }
 
-// "tv.example" rather than the name of a user.
+// "tv.example" rather than the name of a user, or a mark that is left of one.
 bool looksLikeHost(const QString &text)
 {
-    return text.contains(QLatin1Char('.')) || text == QLatin1String("localhost")
-        || text.startsWith(QLatin1Char('['));
+    return text == QLatin1String("localhost")
+        || (text.size() > 1
+            && (text.contains(QLatin1Char('.')) || text.startsWith(QLatin1Char('['))));
 }
 
 bool isHost(const QString &text)
@@ -169,16 +170,26 @@ QString maskedWords(QString text)
     return text;
 }
 
-// An address with a scheme, and the rest of the sentence.
+// The first character that ends an address in a sentence.
+int endOfAddress(const QString &text)
+{
+    int end = 0;
+    while (end < text.size() && !QString(QLatin1String(" \t\n\"'<>;")).contains(text.at(end)))
+        ++end;
+    while (end > 0 && QString(QLatin1String(":,.")).contains(text.at(end - 1)))
+        --end; // of the sentence
+    return end;
+}
+
+// An address with a scheme, and the rest of the sentence. A password can hold anything up to its @; without
+// one, the sentence goes on after the address. A local file has no password.
 QString maskedSegment(const QString &segment)
 {
-    const Passwords::Piece piece = Passwords::find(segment);
-    const int blank = segment.indexOf(QLatin1Char(' '), piece.begin);
+    const bool isFile = segment.startsWith(QLatin1String("file:///"), Qt::CaseInsensitive);
     const bool hasSign = segment.contains(QLatin1Char('@'));
-    const int end = hasSign || blank < 0 ? piece.begin + piece.length : blank;
-    if (piece.length == 0 || end <= piece.begin)
-        return segment;
-    return segment.left(piece.begin) + Passwords::mask() + segment.mid(end);
+    const int end = isFile || !hasSign ? endOfAddress(segment) : segment.size();
+    const QString address = segment.left(end);
+    return (isFile ? address : Passwords::maskedAddress(address)) + maskedWords(segment.mid(end));
 }
 
 } // namespace

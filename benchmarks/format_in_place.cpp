@@ -1,0 +1,6 @@
+// The format around QJsonDocument in place of ours, for the loader of the library.
+
+#include "benchmarks/formats.h"
+#include "settings/jsonsettingsformat.h"
+
+QSettings::Format JsonSettingsFormat = Formats::prepare("qt");

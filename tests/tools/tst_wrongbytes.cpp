@@ -1,0 +1,257 @@
+#include "tests/support/temporarydir.h"
+#include "tests/support/testmain.h"
+
+#include "json/jsonparser.h"
+#include "tests/tools/mistakes.h"
+#include "tests/tools/wrongbytes.h"
+#include "tools/nuv-apps-config/analysis.h"
+#include "tools/nuv-apps-config/rules.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+/// One wrong byte is one mistake, and gives about one finding, on its line.
+class tst_WrongBytes : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void oneWrongByteGivesAboutOneFinding_data();
+    void oneWrongByteGivesAboutOneFinding();
+    void severalWrongBytesAreFoundEachOnItsLine();
+    void saysWhatTheFileIs_data();
+    void saysWhatTheFileIs();
+    void saysTheCauseAndTheRemedy_data();
+    void saysTheCauseAndTheRemedy();
+
+private:
+    TemporaryDir m_folder;
+};
+
+namespace {
+
+// What the findings of many files with one wrong byte each come to.
+struct Tally {
+    int files = 0; ///< with findings
+    int findings = 0;
+    int atMostThree = 0;
+    int rejected = 0; ///< by the library
+    int onLine = 0; ///< of these, with an error of the syntax on the line of the wrong byte
+
+    void add(const Analysis &analysis, const WrongBytes::Slip &slip);
+};
+
+bool isSyntaxError(const Finding &finding)
+{
+    const Rule &rule = Rules::find(finding.rule);
+    return rule.severity == Severity::Error && rule.group == RuleGroup::Syntax;
+}
+
+void Tally::add(const Analysis &analysis, const WrongBytes::Slip &slip)
+{
+    const std::vector<Finding> &all = analysis.findings.all();
+    const int line = analysis.source.place(slip.offset).line;
+    const bool isOnLine = std::any_of(all.begin(), all.end(), [&](const Finding &finding) {
+        return isSyntaxError(finding) && analysis.source.place(finding.offset).line == line;
+    });
+    const bool isRejected = analysis.findings.hasSyntaxError();
+    files += !all.empty();
+    findings += int(all.size());
+    atMostThree += !all.empty() && all.size() <= 3;
+    rejected += isRejected;
+    onLine += isRejected && isOnLine;
+}
+
+// With the remedy instead of the place.
+QByteArray describe(const Analysis &analysis, bool isRemedyShown)
+{
+    QByteArray text;
+    for (const Finding &finding : analysis.findings.all()) {
+        const Place place = analysis.source.place(finding.offset);
+        if (isRemedyShown)
+            text += finding.rule + QByteArray(": ") + finding.text.toLatin1()
+                + (finding.hint.isEmpty() ? QByteArray() : "; " + finding.hint.toLatin1());
+        else
+            text += QByteArray::number(place.line) + ':' + QByteArray::number(place.column) + ' '
+                + finding.rule + ": " + finding.text.toLatin1() + '\n';
+    }
+    return text;
+}
+
+bool isRejected(const QByteArray &bytes)
+{
+    QString error;
+    parseJson(bytes, &error);
+    return !error.isEmpty();
+}
+
+// No two errors of the syntax share a line.
+bool hasOneErrorALine(const Analysis &analysis)
+{
+    QSet<int> lines;
+    for (const Finding &finding : analysis.findings.all()) {
+        const int line = analysis.source.place(finding.offset).line;
+        if (isSyntaxError(finding) && lines.contains(line))
+            return false;
+        if (isSyntaxError(finding))
+            lines.insert(line);
+    }
+    return true;
+}
+
+} // namespace
+
+void tst_WrongBytes::initTestCase()
+{
+    const QString samples =
+        QLatin1String(SOURCE_FOLDER "/tools/nuv-apps-config/samples/certificates/");
+    for (const char *name : { "device.pem", "device.key" }) {
+        const QString target = m_folder.filePath(QLatin1String(name));
+        QVERIFY(QFile::copy(samples + QLatin1String(name), target));
+        QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner));
+    }
+}
+
+void tst_WrongBytes::oneWrongByteGivesAboutOneFinding_data()
+{
+    QTest::addColumn<int>("layout");
+    for (int i = 0; i < WrongBytes::layouts().size(); ++i)
+        QTest::newRow(WrongBytes::layouts().at(i).name) << i;
+}
+
+// More of them with NUV_SLIPS: the number for each layout.
+void tst_WrongBytes::oneWrongByteGivesAboutOneFinding()
+{
+    QFETCH(int, layout);
+    const QByteArray clean = WrongBytes::layouts().at(layout).bytes;
+    const int count = qMax(250, qgetenv("NUV_SLIPS").toInt());
+    Tally tally;
+    for (const WrongBytes::Slip &slip : WrongBytes::some(clean, 20241105u, count)) {
+        const auto analysis = analyse(QLatin1String("test"), slip.bytes, m_folder.path());
+        QVERIFY2(analysis->findings.hasSyntaxError() == isRejected(slip.bytes), slip.bytes);
+        QVERIFY2(hasOneErrorALine(*analysis), slip.bytes);
+        tally.add(*analysis, slip);
+    }
+    qInfo("%d findings in %d files, at most three in %d; on the line of the byte in %d of %d",
+          tally.findings, tally.files, tally.atMostThree, tally.onLine, tally.rejected);
+    QVERIFY(tally.files > count / 2);
+    QVERIFY(tally.findings <= 1.3 * tally.files);
+    QVERIFY(tally.atMostThree >= 0.98 * tally.files);
+    QVERIFY(tally.onLine >= 0.96 * tally.rejected);
+}
+
+void tst_WrongBytes::severalWrongBytesAreFoundEachOnItsLine()
+{
+    const int mistakes = 5;
+    const QByteArray clean = WrongBytes::layouts().at(2).bytes;
+    const QList<QByteArray> lines = clean.split('\n');
+    std::mt19937 engine(4);
+    int found = 0;
+    const int files = 60;
+    for (int file = 0; file < files; ++file) {
+        QSet<int> expected;
+        QList<QByteArray> broken = lines;
+        while (expected.size() < mistakes) {
+            const int line = int(engine() % unsigned(lines.size() / 8)) * 8 + 4;
+            if (line < lines.size() && !expected.contains(line)
+                && WrongBytes::breakLine(&broken[line], engine))
+                expected.insert(line);
+        }
+        const auto analysis = analyse(QLatin1String("test"), broken.join('\n'), m_folder.path());
+        for (const Finding &finding : analysis->findings.all()) {
+            if (isSyntaxError(finding))
+                expected.remove(analysis->source.place(finding.offset).line - 1);
+        }
+        found += mistakes - expected.size();
+    }
+    qInfo("%d of %d", found, files * mistakes);
+    QVERIFY(found >= 0.98 * files * mistakes);
+}
+
+void tst_WrongBytes::saysWhatTheFileIs_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("expected");
+    const QByteArray clean = WrongBytes::layouts().at(1).bytes;
+    const auto row = [](const char *name, const QByteArray &bytes, const char *expected) {
+        QTest::newRow(name) << bytes << QByteArray(expected);
+    };
+    row("gzip", QByteArray("\x1f\x8b\x08\x00\x00\x00", 6),
+        "1:1 other-format: this is a compressed file: gzip\n");
+    row("a page", "<!DOCTYPE html>\n<html><body>404</body></html>\n",
+        "1:1 other-format: this is an HTML page\n");
+    row("XML", "<?xml version=\"1.0\"?>\n<Global/>\n", "1:1 other-format: this is XML\n");
+    row("YAML", "# of the device\nGlobal:\n  Version: 1\n", "1:1 other-format: this is YAML\n");
+    row("an INI file", "[Global]\nVersion=1\n", "1:1 other-format: this is an INI file\n");
+    row("UTF-16", QByteArray("\xff\xfe{\0}\0", 6),
+        "1:1 not-text: this is a binary file, or one in UTF-16\n");
+    row("zeros at the end", clean + QByteArray(300, '\0'),
+        "67:1 nul-bytes: 300 NUL bytes end the file\n");
+    row("cut off in a string", clean.left(clean.indexOf("home.example", 1200) + 4),
+        "49:15 cut-off: the file ends in the middle: 3 brackets are open\n");
+    row("cut off after a comma", clean.left(clean.indexOf(",\n", 1200) + 1),
+        "42:39 cut-off: the file ends in the middle: 4 brackets are open\n");
+    row("a conflict",
+        "{ \"Global\": { \"Version\": 1 },\n<<<<<<< ours\n"
+        "\"Applications\": [ { \"Tag\": \"a\", \"Url\": \"http://a.example/\" } ]\n=======\n"
+        "\"Applications\": [ { \"Tag\": \"b\" } ]\n>>>>>>> theirs\n}\n",
+        "2:1 merge-conflict: a merge left two versions of these lines\n");
+}
+
+void tst_WrongBytes::saysWhatTheFileIs()
+{
+    QFETCH(QByteArray, bytes);
+    QTEST(describe(*analyse(QLatin1String("test"), bytes, m_folder.path()), false), "expected");
+}
+
+void tst_WrongBytes::saysTheCauseAndTheRemedy_data()
+{
+    QTest::addColumn<QByteArray>("member");
+    QTest::addColumn<QByteArray>("expected");
+    const auto row = [](const char *member, const char *expected) {
+        QTest::newRow(member) << QByteArray(member) << QByteArray(expected);
+    };
+    row("\"Scale\": +1.5",
+        "odd-number: JSON does not write a number so; the library reads 1.5; write 1.5");
+    row("\"Scale\": 5.",
+        "odd-number: JSON does not write a number so; the library reads 5; write 5");
+    row("\"Scale\": .5", "bad-number: a number cannot begin with a point; write 0.5");
+    row("\"Scale\": 1-2",
+        "odd-number: this is no number; the library reads 0; put it in quotes if it is meant as a "
+        "string");
+    row("\"Scale\": 1,5", "bad-number: a number has a point, not a comma; write 1.5");
+    row("\"Scale\": 01.5",
+        "leading-zero: a number that begins with 0; the library reads 1.5; write 1.5");
+    row("\"Scale\": NaN", "bad-number: JSON has no NaN; write a number, or remove the key");
+    row("\"RemoteInspectorPort\": 0x2406", "bad-number: 0x2406 is not a number; write 9222");
+    row("\"OfflineStorageDefaultQuotaSize\": 5MB",
+        "bad-number: 5MB is not a number; write 5242880");
+    row("\"OfflineStorageDefaultQuotaSize\": 1_048_576",
+        "bad-number: 1_048_576 is not a number; write 1048576");
+    row("\"UseWebGL\": tru", "wrong-keyword: this word is not known; write true");
+    row("\"UseWebGL\": flase", "wrong-keyword: this word is not known; write false");
+    row("\"UserAgent\", \"Box\"", "missing-colon: a colon belongs here, not ,");
+    row("\"UserAgent\"; \"Box\"", "missing-colon: a colon belongs here, not ;");
+    row("\"UserAgent\": \"a \"b\" c\"",
+        "unescaped-quote: this quote ends the string; write \\\" for a quote inside a string");
+    row("\"UserAgent\": \"Box\\\"",
+        "unterminated-string: the backslash makes the closing quote a part of the string; write "
+        "\\\\ "
+        "for a backslash");
+    row("\"UserAgent\":",
+        "missing-value: a key without a value; remove the key, or give it a value");
+}
+
+void tst_WrongBytes::saysTheCauseAndTheRemedy()
+{
+    QFETCH(QByteArray, member);
+    const QByteArray bytes = "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ { \"Tag\": "
+                             "\"tv\", \"Url\": \"http://tv.example/\",\n"
+        + member + "\n} ] }\n";
+    QTEST(describe(*analyse(QLatin1String("test"), bytes, m_folder.path()), true), "expected");
+}
+
+NUV_TEST_MAIN(tst_WrongBytes)
+#include "tst_wrongbytes.moc"
