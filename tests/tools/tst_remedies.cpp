@@ -24,6 +24,8 @@ private slots:
     void rightValuesGiveNothing();
     void missingKeysHaveTheirRemedy_data();
     void missingKeysHaveTheirRemedy();
+    void passPhrasesThatAreNoStringsAreToldAsThat_data();
+    void passPhrasesThatAreNoStringsAreToldAsThat();
     void tagsAreCompared_data();
     void tagsAreCompared();
     void proposalsTakeTheirFindingAway_data();
@@ -193,8 +195,8 @@ int countOf(const Analysis &analysis, const Finding &finding)
 // A hint that says what to write, and no more than that, must be one that can be done.
 bool isProposal(const Finding &finding)
 {
-    const char *const beginnings[] = { "write ", "did you mean", "remove it", "put it in",
-                                       "add \"" };
+    const char *const beginnings[] = { "write ", "did you mean", "remove it",  "put it in",
+                                       "add \"", "use the",      "replace it", "save it as UTF-8" };
     const char *const choices[] = { "write true or false", "write a number, or remove the key" };
     const auto begins = [&](const char *text) {
         return finding.hint.startsWith(QLatin1String(text));
@@ -330,6 +332,10 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     range("WindowOpacity", "150", "from 0 to 1");
     range("WindowOpacity", "255", "from 0 to 1");
     range("WindowOpacity", "-1", "from 0 to 1");
+    range("WindowOpacity", "05", "from 0 to 1 (the point is missing: write 0.5)");
+    range("WindowOpacity", "0100", "from 0 to 1 (the point is missing: write 0.100)");
+    range("Scale", "015", "from 0.1 to 10 (the point is missing: write 0.15)");
+    row("Scale", "05", "leading-zero: a number that begins with 0; the library reads 5 (write 5)");
     range("Scale", "11", "from 0.1 to 10");
     range("Scale", "125", "from 0.1 to 10 (it is no percentage: write 1.25)");
     range("Scale", "1000", "from 0.1 to 10 (it is no percentage: write 10)");
@@ -359,8 +365,26 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     kind("GrantBroadcastAccessRightDomains", "{ \"Domain\": \"tv.example\" }",
          "an array of objects, not an object (put it in [ ])");
     row("GrantBroadcastAccessRightDomains", "[ \"tv.example\" ]",
-        "plain-domain: each domain is an object; of this element nothing is used (write { "
-        "\"Domain\": \"tv.example\" })");
+        "plain-domain: each domain is an object, not a text; of this element nothing is used "
+        "(write "
+        "{ \"Domain\": \"tv.example\" })");
+    row("GrantBroadcastAccessRightDomains", "[ [ \"a\" ] ]",
+        "plain-domain: each domain is an object, not an array; of this element nothing is used "
+        "(write it as in { \"Domain\": \"tv.example\" })");
+    row("GrantBroadcastAccessRightDomains", "[ [ { \"Domain\": \"tv.example\" } ] ]",
+        "plain-domain: each domain is an object, not an array; of this element nothing is used "
+        "(remove it and its closing bracket)");
+    kind("Url", "[ \"about:blank\" ]", "a text with an address, not an array");
+    kind("UserAgent", "[ \"Box\" ]", "a text, not an array");
+    row("Tag", "[ \"tv\" ]",
+        "no-tag: an application is skipped without a tag that is a text (write a name of its own, "
+        "as in \"application-1\")");
+    kind("Global", "[ \"Version\" ]", "an object, not an array");
+    const QByteArray application = "wrong-kind: an application is an object, not ";
+    row("Applications", "[ [ \"a\" ] ]", application + "an array (it begins with { \"Tag\": )");
+    row("Applications", "[ \"a\" ]", application + "a text (it begins with { \"Tag\": )");
+    row("Applications", "[ [ { \"Tag\": \"a\", \"Url\": \"about:blank\" } ] ]",
+        application + "an array (remove it and its closing bracket)");
     row("Version", "2",
         "unusable-version: this version does not load any application (versions from 1 up to, but "
         "not including, 2 pass: write 1)");
@@ -489,6 +513,48 @@ void tst_Remedies::missingKeysHaveTheirRemedy()
     QCOMPARE(tried, analysis->findings.all().front().edit.isNothing() ? 0 : 1);
 }
 
+void tst_Remedies::passPhrasesThatAreNoStringsAreToldAsThat_data()
+{
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<QByteArray>("passPhrase");
+    QTest::addColumn<QByteArray>("expected");
+    const struct {
+        const char *value;
+        const char *what;
+    } values[] = { { "1234", "a whole number; the launcher ignores it (put it in quotes)" },
+                   { "1.5", "a number; the launcher ignores it (put it in quotes)" },
+                   { "true", "true; the launcher ignores it (put it in quotes)" },
+                   { "[ \"a\" ]", "an array; the launcher ignores it" },
+                   { "{ \"a\": 1 }", "an object; the launcher ignores it" } };
+    for (const auto &each : values) {
+        for (const char *key : { "device.key", "encrypted.key" })
+            QTest::newRow(QByteArray(each.value) + " and " + key)
+                << QByteArray(key) << QByteArray(each.value)
+                << QByteArray("wrong-kind: \"PassPhrase\" must be a text, not ") + each.what + '\n';
+    }
+    const auto row = [](const char *key, const char *value, const char *expected) {
+        QTest::newRow(QByteArray(value) + " and " + key)
+            << QByteArray(key) << QByteArray(value) << QByteArray(expected);
+    };
+    row("device.key", "null",
+        "null-value: \"PassPhrase\" is null, which counts as not configured\n");
+    row("encrypted.key", "null",
+        "wrong-pass-phrase: the private key is encrypted, and \"PassPhrase\" is null\n");
+    row("encrypted.key", "\"wrong\"",
+        "wrong-pass-phrase: the private key cannot be opened with this pass phrase\n");
+    row("encrypted.key", "\"correct horse\"", "");
+}
+
+void tst_Remedies::passPhrasesThatAreNoStringsAreToldAsThat()
+{
+    QFETCH(QByteArray, key);
+    QFETCH(QByteArray, passPhrase);
+    const QByteArray bytes = fileWith("\"Tag\": \"tv\", \"Url\": \"about:blank\", \"Certificate\": "
+                                      "{ \"Path\": \"device.pem\", \"PrivateKey\": \""
+                                      + key + "\", \"PassPhrase\": " + passPhrase + " }");
+    QTEST(describe(*analyseHere(bytes)), "expected");
+}
+
 void tst_Remedies::tagsAreCompared_data()
 {
     QTest::addColumn<QByteArray>("first");
@@ -566,7 +632,7 @@ void tst_Remedies::proposalsForOneWrongByteTakeItsFindingAway()
 {
     int tried = 0;
     for (const WrongBytes::Layout &layout : WrongBytes::layouts()) {
-        for (const WrongBytes::Slip &slip : WrongBytes::some(layout.bytes, 15, 60))
+        for (const WrongBytes::Slip &slip : WrongBytes::some(layout.bytes, 15, 150))
             tryProposals(slip.bytes, &tried);
     }
     QVERIFY2(tried > 100, QByteArray::number(tried));

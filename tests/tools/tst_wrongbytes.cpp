@@ -180,6 +180,15 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
     };
     row("gzip", QByteArray("\x1f\x8b\x08\x00\x00\x00", 6),
         "1:1 other-format: this is a compressed file: gzip\n");
+    row("zip", QByteArray("PK\x03\x04\x14\x00\x00\x00\x08\x00", 10),
+        "1:1 other-format: this is a compressed file: zip\n");
+    row("bzip2", "BZh91AY&SY\xbd\x8c", "1:1 other-format: this is a compressed file: bzip2\n");
+    row("xz",
+        QByteArray("\xfd"
+                   "7zXZ\x00\x00\x04",
+                   8),
+        "1:1 other-format: this is a compressed file: xz\n");
+    row("zstd", "\x28\xb5\x2f\xfd\x04\x58", "1:1 other-format: this is a compressed file: zstd\n");
     row("a page", "<!DOCTYPE html>\n<html><body>404</body></html>\n",
         "1:1 other-format: this is an HTML page\n");
     row("XML", "<?xml version=\"1.0\"?>\n<Global/>\n", "1:1 other-format: this is XML\n");
@@ -193,6 +202,10 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
         "49:15 cut-off: the file ends in the middle: 3 brackets are open\n");
     row("cut off after a comma", clean.left(clean.indexOf(",\n", 1200) + 1),
         "42:39 cut-off: the file ends in the middle: 4 brackets are open\n");
+    row("a semicolon after the end",
+        "{ \"Global\": { \"Version\": 1 }, \"Applications\": [\n"
+        "{ \"Tag\": \"a\", \"Url\": \"http://a.example/\" } ]\n};\n",
+        "3:2 unexpected-token: this cannot stand here\n");
     row("a conflict",
         "{ \"Global\": { \"Version\": 1 },\n<<<<<<< ours\n"
         "\"Applications\": [ { \"Tag\": \"a\", \"Url\": \"http://a.example/\" } ]\n=======\n"
@@ -240,6 +253,15 @@ void tst_WrongBytes::saysTheCauseAndTheRemedy_data()
         "unterminated-string: the backslash makes the closing quote a part of the string; write "
         "\\\\ "
         "for a backslash");
+    row("\"Certificate\": { \"Path\": \"device.pem\" };",
+        "unexpected-token: this cannot stand here; remove it");
+    row("\"UserAgent\": \"Box\" // x",
+        "comment: this file cannot hold comments; remove it, or write it as the value of a key "
+        "that "
+        "begins with _comment");
+    row("\"UserAgent\": 'Box'",
+        "single-quotes: a text in single quotes; use the straight double quote, \"");
+    row("\"UserAgent\": Box", "unquoted-text: a text without quotes; write it in double quotes");
     row("\"UserAgent\":",
         "missing-value: a key without a value; remove the key, or give it a value");
 }

@@ -19,11 +19,18 @@ void add(Findings &findings, const char *rule, const Node &place, const QString 
     findings.add(rule, place.begin, place.length(), what, hint);
 }
 
+// Null for a member that is not there.
+const Node *valueOf(const Document &document, const Node &object, const char *key)
+{
+    const Node::Child *member = document.member(object, text(key));
+    return member ? &document.at(*member) : nullptr;
+}
+
 // The node of a member that is a text; null for any other.
 const Node *textMember(const Document &document, const Node &object, const char *key)
 {
-    const Node::Child *member = document.member(object, text(key));
-    return member && document.at(*member).type == Node::Text ? &document.at(*member) : nullptr;
+    const Node *value = valueOf(document, object, key);
+    return value && value->type == Node::Text ? value : nullptr;
 }
 
 // Returns false, and says why, when the file cannot be had.
@@ -78,18 +85,34 @@ bool checkCertificate(const Node &path, const QByteArray &bytes, Findings &findi
     return true;
 }
 
+// A pass phrase that is not a string is found as that: the launcher opens the key without it.
+void reportLocked(const Node &path, const Node *passPhrase, Findings &findings)
+{
+    const char *const rule = "wrong-pass-phrase";
+    if (!passPhrase) {
+        add(findings, rule, path,
+            text("the private key is encrypted, and there is no \"PassPhrase\""));
+    } else if (passPhrase->type == Node::Text) {
+        add(findings, rule, *passPhrase,
+            text("the private key cannot be opened with this pass phrase"));
+    } else if (passPhrase->type == Node::Null) {
+        findings.remove("null-value", passPhrase->begin);
+        add(findings, rule, *passPhrase,
+            text("the private key is encrypted, and \"PassPhrase\" is null"));
+    }
+}
+
 void checkKey(const Node &path, const QByteArray &key, const Node *passPhrase,
               const QByteArray &certificate, bool canCompare, Findings &findings)
 {
-    const QByteArray phrase = passPhrase ? passPhrase->value.toString().toUtf8() : QByteArray();
+    const bool isText = passPhrase && passPhrase->type == Node::Text;
+    const QByteArray phrase = isText ? passPhrase->value.toString().toUtf8() : QByteArray();
     const Certificates::KeyState state = Certificates::readKey(key, phrase);
     if (state == Certificates::NoKey)
         add(findings, "certificate-invalid", path,
             text("the file holds no private key in PEM form"));
     else if (state == Certificates::WrongPassPhrase)
-        add(findings, "wrong-pass-phrase", passPhrase ? *passPhrase : path,
-            passPhrase ? text("the private key cannot be opened with this pass phrase")
-                       : text("the private key is encrypted, and there is no \"PassPhrase\""));
+        reportLocked(path, passPhrase, findings);
     else if (canCompare && !Certificates::belongTogether(certificate, key, phrase))
         add(findings, "certificate-mismatch", path,
             text("this private key does not belong to the certificate"));
@@ -119,6 +142,6 @@ void CertificateRules::check(const Document &document, const Node &certificate,
     }
     const bool canCompare = hasCertificate && checkCertificate(*path, certificateBytes, findings);
     if (hasKey)
-        checkKey(*keyPath, keyBytes, textMember(document, certificate, "PassPhrase"),
-                 certificateBytes, canCompare, findings);
+        checkKey(*keyPath, keyBytes, valueOf(document, certificate, "PassPhrase"), certificateBytes,
+                 canCompare, findings);
 }

@@ -114,6 +114,18 @@ QByteArray Conversions::toKind(const Property &property, const Node &value,
     }
 }
 
+QByteArray Conversions::withLostPoint(const Property &property, const QByteArray &written)
+{
+    const bool isPlain = written.size() > 1 && written.startsWith('0')
+        && std::all_of(written.begin(), written.end(),
+                       [](char byte) { return byte >= '0' && byte <= '9'; });
+    if (property.kind != Kind::Number || !isPlain)
+        return QByteArray();
+    const QByteArray pointed = "0." + written.mid(1);
+    const double number = pointed.toDouble();
+    return number >= property.minimum && number <= property.maximum ? pointed : QByteArray();
+}
+
 // A small number out of the range is as likely a slip of another kind.
 QByteArray Conversions::fromPercentage(const Property &property, double number)
 {

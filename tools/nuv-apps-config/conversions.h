@@ -14,6 +14,9 @@ namespace Conversions {
 QByteArray toKind(const Property &property, const Node &value, const Document &document,
                   const QByteArray &source, const QString &folder);
 
+/// 05 written as 0.5, where the range allows it. Empty for anything else.
+QByteArray withLostPoint(const Property &property, const QByteArray &written);
+
 /// The fraction that was meant by a percentage, as JSON; empty when it is none.
 QByteArray fromPercentage(const Property &property, double number);
 

@@ -21,6 +21,14 @@ Finding &Findings::add(const char *rule, int offset, int length, const QString &
     return m_all.back();
 }
 
+void Findings::remove(const char *rule, int offset)
+{
+    const auto isMeant = [rule, offset](const Finding &finding) {
+        return finding.offset == offset && std::strcmp(finding.rule, rule) == 0;
+    };
+    m_all.erase(std::remove_if(m_all.begin(), m_all.end(), isMeant), m_all.end());
+}
+
 bool Findings::has(const char *rule) const
 {
     return std::any_of(m_all.begin(), m_all.end(), [rule](const Finding &finding) {

@@ -50,6 +50,9 @@ public:
     Finding &add(const char *rule, int offset, int length, const QString &text,
                  const QString &hint = QString());
 
+    /// Takes away what another finding at the same place says better.
+    void remove(const char *rule, int offset);
+
     const std::vector<Finding> &all() const { return m_all; }
     bool has(const char *rule) const;
     bool hasSyntaxError() const;

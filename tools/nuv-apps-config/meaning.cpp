@@ -25,7 +25,8 @@ class Meaning
 public:
     Meaning(const SourceText &source, const Document &document, const QString &folder,
             Findings &findings)
-        : m_document(document),
+        : m_source(source),
+          m_document(document),
           m_folder(folder),
           m_findings(findings),
           m_tags(document, findings),
@@ -40,6 +41,7 @@ private:
     void checkVersion();
     void checkApplications();
     void checkElements(const Node &applications);
+    void checkNoApplication(const Node &element);
     void checkApplication(const Node &application);
     void checkAddress(const Node &application);
     void checkDomains(const Node &domains);
@@ -53,6 +55,9 @@ private:
     void checkMember(const Node &object, const Node::Child &member, Section section);
     bool mayBeOn(const Node &object, const QString &key) const;
 
+    QByteArray unwrapped(const Node &array) const;
+
+    const SourceText &m_source;
     const Document &m_document;
     QString m_folder;
     Findings &m_findings;
@@ -97,10 +102,10 @@ void Meaning::checkMember(const Node &object, const Node::Child &member, Section
         checkGlobal(value);
     else if (value.type == Node::Object && member.key == QLatin1String("Certificate"))
         checkCertificate(value);
-    else if (value.type == Node::Array && section == Section::Application)
-        checkDomains(value);
-    else if (value.type == Node::Array && section == Section::Document)
+    else if (value.type == Node::Array && qstrcmp(property->key, "Applications") == 0)
         checkElements(value);
+    else if (value.type == Node::Array && property->kind == Kind::Array)
+        checkDomains(value);
 }
 
 void Meaning::checkGlobal(const Node &global)
@@ -172,10 +177,33 @@ void Meaning::checkElements(const Node &applications)
         if (element.type == Node::Object)
             checkApplication(element);
         else if (element.type != Node::Missing)
-            m_findings.add("wrong-kind", element.begin, element.length(),
-                           text("an application is an object, not ") + ValueRules::kindOf(element),
-                           text("it begins with { \"Tag\": "));
+            checkNoApplication(element);
     }
+}
+
+void Meaning::checkNoApplication(const Node &element)
+{
+    const QByteArray inside = unwrapped(element);
+    Finding &finding =
+        m_findings.add("wrong-kind", element.begin, element.isContainer() ? 1 : element.length(),
+                       text("an application is an object, not ") + ValueRules::kindOf(element),
+                       text(inside.isEmpty() ? "it begins with { \"Tag\": "
+                                             : "remove it and its closing bracket"));
+    if (!inside.isEmpty())
+        finding.edit = Edits::replace(element, inside);
+}
+
+// The objects of an array that holds nothing else; empty for any other node.
+QByteArray Meaning::unwrapped(const Node &array) const
+{
+    for (const Node::Child &child : array.children) {
+        if (m_document.at(child).type != Node::Object)
+            return QByteArray();
+    }
+    if (array.type != Node::Array || array.children.empty())
+        return QByteArray();
+    const int begin = m_document.at(array.children.front()).begin;
+    return m_source.bytes().mid(begin, m_document.at(array.children.back()).end - begin);
 }
 
 void Meaning::checkApplication(const Node &application)
@@ -223,14 +251,22 @@ void Meaning::checkDomains(const Node &domains)
 
 void Meaning::checkPlainDomain(const Node &element)
 {
+    const QString what = text("each domain is an object, not ") + ValueRules::kindOf(element)
+        + text("; of this element nothing is used");
+    const QByteArray inside = unwrapped(element);
+    if (!inside.isEmpty()) {
+        m_findings
+            .add("plain-domain", element.begin, 1, what, text("remove it and its closing bracket"))
+            .edit = Edits::replace(element, inside);
+        return;
+    }
     const Parsed<QString> domain =
         HostName::parseDomain(element.type == Node::Text ? element.value.toString() : QString());
     const QString meant = domain.isUsable() ? element.value.toString() : domain.objection.instead;
     const QString proposed = meant.isEmpty() ? text("tv.example") : meant;
     const QByteArray object = "{ \"Domain\": " + Edits::quoted(proposed) + " }";
     m_findings
-        .add("plain-domain", element.begin, element.length(),
-             text("each domain is an object; of this element nothing is used"),
+        .add("plain-domain", element.begin, element.isContainer() ? 1 : element.length(), what,
              text(meant.isEmpty() ? "write it as in " : "write ") + QString::fromLatin1(object))
         .edit = Edits::replace(element, object);
 }

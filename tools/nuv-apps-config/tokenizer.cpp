@@ -204,8 +204,10 @@ bool Tokenizer::skipComment(int begin)
     }
     if (end < 0)
         end = m_source.size();
-    m_findings.add("comment", begin, end - begin, text("comments cannot stand in this file"),
-                   text("a remark may stand in a key that begins with _comment"));
+    m_findings
+        .add("comment", begin, end - begin, text("this file cannot hold comments"),
+             text("remove it, or write it as the value of a key that begins with _comment"))
+        .edit = Edit { begin, end - begin, QByteArray() };
     restart(end);
     return true;
 }
@@ -217,13 +219,16 @@ bool Tokenizer::skipInvisible(int begin)
             continue;
         const int size = int(std::strlen(invisible));
         if (begin == 0)
-            m_findings.add("byte-order-mark", 0, size,
-                           text("the file begins with a byte-order mark"),
-                           text("save it as UTF-8 without a byte-order mark (BOM)"));
+            m_findings
+                .add("byte-order-mark", 0, size, text("the file begins with a byte-order mark"),
+                     text("save it as UTF-8 without a byte-order mark (BOM)"))
+                .edit = Edit { 0, size, QByteArray() };
         else
-            m_findings.add("invisible-character", begin, size,
-                           text("an invisible character that is no blank for the library"),
-                           text("replace it by a space"));
+            m_findings
+                .add("invisible-character", begin, size,
+                     text("an invisible character that is no blank for the library"),
+                     text("replace it by a space"))
+                .edit = Edit { begin, size, " " };
         restart(begin + size);
         return true;
     }
@@ -276,10 +281,12 @@ bool Tokenizer::mendQuoted(Token *token)
     token->value =
         QString::fromLatin1(m_source.bytes().mid(begin + opening, end - begin - opening));
     token->end = end + closing;
-    m_findings.add(isSingle ? "single-quotes" : "smart-quotes", begin, token->end - begin,
-                   isSingle ? text("a text in single quotes")
-                            : text("a text in typographic quotes"),
-                   text("use the straight double quote, \""));
+    m_findings
+        .add(isSingle ? "single-quotes" : "smart-quotes", begin, token->end - begin,
+             isSingle ? text("a text in single quotes") : text("a text in typographic quotes"),
+             text("use the straight double quote, \""))
+        .edit = Edit { begin, token->end - begin,
+                       '"' + m_source.bytes().mid(begin + opening, end - begin - opening) + '"' };
     restart(token->end);
     return true;
 }

@@ -64,6 +64,13 @@ QString hintFor(const Property &property, const Node &value, const QByteArray &b
     return text("write ") + shown + (isTheSame ? text(" without quotes") : QString());
 }
 
+// What becomes of a value of the wrong kind, where another finding would be expected: an encrypted key
+// is not opened then.
+QString effect(const Property &property)
+{
+    return qstrcmp(property.key, "PassPhrase") == 0 ? text("; the launcher ignores it") : QString();
+}
+
 } // namespace
 
 QString ValueRules::kindOf(const Node &value)
@@ -156,7 +163,8 @@ void ValueRules::checkKind(const KnownValue &known)
     Finding &finding = m_findings.add(
         "wrong-kind", value.begin, value.isContainer() ? 1 : value.length(),
         QString(QLatin1String("%1 must be %2, not %3"))
-            .arg(name(known.property), Properties::kindName(known.property.kind), kindOf(value)),
+                .arg(name(known.property), Properties::kindName(known.property.kind), kindOf(value))
+            + effect(known.property),
         hintFor(known.property, value, bytes));
     if (!bytes.isEmpty())
         finding.edit = Edits::replace(value, bytes);
@@ -182,13 +190,20 @@ void ValueRules::checkRange(const KnownValue &known)
     const double number = value.value.toDouble();
     if (number >= known.property.minimum && number <= known.property.maximum)
         return;
-    const QByteArray fraction = Conversions::fromPercentage(known.property, number);
+    const QByteArray pointed = Conversions::withLostPoint(
+        known.property, m_source.bytes().mid(value.begin, value.length()));
+    const bool hasLostPoint = !pointed.isEmpty();
+    if (hasLostPoint) // one slip: the zero in front is not the mistake
+        m_findings.remove("leading-zero", value.begin);
+    const QByteArray fraction =
+        hasLostPoint ? pointed : Conversions::fromPercentage(known.property, number);
+    const char *const cause =
+        hasLostPoint ? "the point is missing: write " : "it is no percentage: write ";
     Finding &finding = m_findings.add(
         "out-of-range", value.begin, value.length(),
         QString(QLatin1String("%1 must be %2"))
             .arg(name(known.property), Properties::rangeText(known.property)),
-        fraction.isEmpty() ? QString()
-                           : text("it is no percentage: write ") + QString::fromLatin1(fraction));
+        fraction.isEmpty() ? QString() : text(cause) + QString::fromLatin1(fraction));
     if (!fraction.isEmpty())
         finding.edit = Edits::replace(value, fraction);
 }
