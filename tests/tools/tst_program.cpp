@@ -46,6 +46,8 @@ private slots:
     void formattingRefusesWhatItWouldLose_data();
     void formattingRefusesWhatItWouldLose();
     void formattingKeepsModeAndLink();
+    void formattingKeepsOwnerAndGroup();
+    void formattingSaysWhyItCannotWrite();
     void tellsWhatDiffersInMeaning();
     void wrongCallsAreTold_data();
     void wrongCallsAreTold();
@@ -601,6 +603,35 @@ void tst_Program::formattingKeepsModeAndLink()
     QVERIFY(S_ISLNK(status.st_mode));
     QCOMPARE(::stat(target.constData(), &status), 0);
     QCOMPARE(int(status.st_mode & 07777), 0640);
+    QCOMPARE(QDir(m_folder.path()).entryList(QStringList(QLatin1String("*.json.*"))),
+             QStringList());
+}
+
+void tst_Program::formattingKeepsOwnerAndGroup()
+{
+    if (::geteuid() != 0)
+        QSKIP("only root can give a file away");
+    const QByteArray path = QFile::encodeName(write("{ \"b\": 1, \"a\": 2 }"));
+    QCOMPARE(::chown(path.constData(), 1234, 5678), 0);
+    QCOMPARE(run(words("fmt --write test.json")).status, 0);
+    struct stat status;
+    QCOMPARE(::stat(path.constData(), &status), 0);
+    QCOMPARE(int(status.st_uid), 1234);
+    QCOMPARE(int(status.st_gid), 5678);
+}
+
+// A limit of the size, with its signal ignored, is a full disk with another name.
+void tst_Program::formattingSaysWhyItCannotWrite()
+{
+    const QByteArray bytes = "{ \"b\": \"" + QByteArray(8192, 'x') + "\" }";
+    const QString path = write(bytes);
+    const Result result =
+        shell("trap '' XFSZ; ulimit -f 1; '" PROGRAM "' fmt --write test.json 2>&1");
+    QCOMPARE(result.status, 2);
+    QCOMPARE(result.output, QByteArray("nuv-apps-config: test.json: File too large\n"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), bytes);
     QCOMPARE(QDir(m_folder.path()).entryList(QStringList(QLatin1String("*.json.*"))),
              QStringList());
 }
