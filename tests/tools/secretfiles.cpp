@@ -126,12 +126,19 @@ bool hasUser(const QByteArray &bytes)
         && (bytes.contains("://") || bytes.contains("HttpProxy"));
 }
 
-// Where three letters of its key are wrong, nobody can know a secret, nor without both marks around the
-// password of an address.
+// Whether anything tells that the text before the @ is more than the name of a file such as "me@home.js".
+bool looksLikeAddress(const QByteArray &bytes)
+{
+    return bytes.contains("//") || bytes.contains(":/") || bytes.contains("usr:")
+        || bytes.contains("me:") || mistakesIn(lettersOf(bytes), "httpproxy") <= 2;
+}
+
+// Where three letters of its key are wrong, nobody can know a secret. A password needs both marks around
+// it, or the @ and one of what comes before a user: a colon, slashes or the key of a proxy.
 bool isRecognizable(const SecretFile &file, const QByteArray &sound, const Place &place)
 {
     if (place.isInAddress)
-        return countOfSigns(file.bytes) >= countOfSigns(sound)
+        return (countOfSigns(file.bytes) >= countOfSigns(sound) && looksLikeAddress(file.bytes))
             || (hasUser(file.bytes) && countOfSigns(file.secret) == 0);
     const QByteArray letters = lettersOf(file.bytes);
     return mistakesIn(letters, "passphrase") <= 2 || mistakesIn(letters, "password") <= 1

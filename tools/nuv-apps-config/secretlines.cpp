@@ -13,13 +13,13 @@ namespace {
 const int LongestLine = 65536;
 const int LongestName = 12;
 
-// A colon, a brace or another mark between the key and what belongs to it, with quotes in between.
+// A colon, a brace or another mark between the key and what belongs to it, with anything in between that
+// may be a mistake. The name of a file goes on with letters: "certificate.pem".
 bool endsKey(const QString &text, int end)
 {
     while (end < text.size() && text.at(end).isLetter())
         ++end;
-    while (end < text.size() && !text.at(end).isLetterOrNumber() && text.at(end) != QLatin1Char('/')
-           && text.at(end) != QLatin1Char('.') && text.at(end) != QLatin1Char('-')) {
+    while (end < text.size() && !text.at(end).isLetterOrNumber()) {
         if (QString(QLatin1String(":=;,{\"'")).contains(text.at(end)))
             return true;
         ++end;

@@ -19,25 +19,25 @@ const Name secretNames[] = { { "passphrase", 2 }, { "password", 1 }, { "passcode
                              { "passp", 0 },      { "passw", 0 },    { "phrase", 0 } };
 const Name certificateNames[] = { { "certificate", 3 } };
 
+// The letter in lower case; 0 for any other character. No name has a digit: one is a mistake, and does not
+// count among the letters that are wrong.
+uchar asLetter(QChar c)
+{
+    const ushort code = c.unicode();
+    if (code >= 'a' && code <= 'z')
+        return uchar(code);
+    return code >= 'A' && code <= 'Z' ? uchar(code | 0x20) : uchar(0);
+}
+
 QString lettersOf(const QString &text)
 {
     QString letters;
     for (const QChar c : text) {
-        if (c.isLetterOrNumber())
-            letters += c.toLower();
+        const uchar letter = asLetter(c);
+        if (letter != 0)
+            letters += QLatin1Char(char(letter));
     }
     return letters;
-}
-
-// The letter or digit in lower case; 0 for any other character, 1 for a letter that no name has.
-uchar asLetter(QChar c)
-{
-    const ushort code = c.unicode();
-    if ((code >= 'a' && code <= 'z') || (code >= '0' && code <= '9'))
-        return uchar(code);
-    if (code >= 'A' && code <= 'Z')
-        return uchar(code | 0x20);
-    return code >= 0x80 && c.isLetterOrNumber() ? 1 : 0;
 }
 
 /// Searches for all names at once, with their mistakes: one bit for each letter of the names that the

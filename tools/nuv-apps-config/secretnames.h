@@ -15,8 +15,8 @@ bool isCertificate(const QString &key);
 /// Whether the key is that of a proxy, or means it.
 bool isProxy(const QString &key);
 
-/// Where the first name of a secret in the text ends; -1 when there is none. What is no letter or digit
-/// does not count: it may be a mistake.
+/// Where the first name of a secret in the text ends; -1 when there is none. What is no letter of
+/// ASCII does not count: it may be a mistake.
 int endOfSecretName(const QString &text);
 
 /// The same for the name of a certificate.
