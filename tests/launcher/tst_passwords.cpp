@@ -116,6 +116,7 @@ void tst_Passwords::addressesWithoutAPasswordStay_data()
     row("http://host:99999/");
     row("http://tv.example/@home");
     row("http://localhost/@home");
+    row("http://john.doe:1234/56@host"); // its host is john.doe, and "/56@host" the path
     row("Mozilla/5.0 (Linux; rv:10)");
     row("a:b");
 }
