@@ -48,7 +48,7 @@ bool isReadUpTo(const QByteArray &step, const QString &path)
     const QByteArray bytes = contentOf(path);
     if (step == "open")
         return !bytes.isEmpty();
-    const QVariant tree = parseJson(bytes, nullptr);
+    QVariant tree = parseJson(bytes, nullptr);
     if (step == "parse")
         return tree.isValid();
     QString prefix;

@@ -2,6 +2,8 @@
 
 #include <QRegularExpression>
 
+#include <cmath>
+
 namespace {
 
 QByteArray hexadecimal(const QByteArray &digits)
@@ -21,7 +23,7 @@ QByteArray withUnit(const QByteArray &digits, char unit)
         if (each == unit)
             break;
     }
-    const bool isWhole = bytes < 9e15 && bytes >= qlonglong(bytes) && bytes <= qlonglong(bytes);
+    const bool isWhole = bytes < 9e15 && std::floor(bytes) >= bytes;
     return isNumber && isWhole ? QByteArray::number(qlonglong(bytes)) : QByteArray();
 }
 
