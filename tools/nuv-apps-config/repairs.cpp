@@ -238,10 +238,12 @@ Reach Trial::reachOf(const Slip &slip, int window) const
 {
     const std::vector<Step> &steps = m_reading.steps();
     size_t from = size_t(slip.token);
-    int begin = from + 1 < steps.size() ? steps[from + 1].token.end : 0;
-    if (begin == slip.edit.offset && from + 1 < steps.size()
-        && steps[from + 1].token.code != T_STRING)
-        begin = steps[++from].token.begin;
+    const Step *const before = from + 1 < steps.size() ? &steps[from + 1] : nullptr;
+    int begin = before ? before->token.end : 0;
+    if (before && begin == slip.edit.offset && before->token.code != T_STRING) {
+        begin = before->token.begin;
+        ++from;
+    }
     const int error = m_reading.error().end;
     if (error - begin > LongestPart)
         return Reach { -1, 0, 0 };
