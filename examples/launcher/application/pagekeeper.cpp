@@ -65,9 +65,7 @@ void PageKeeper::look(QNetworkReply *reply)
 void PageKeeper::finished(bool ok)
 {
     m_patience.stop();
-    if (!ok && m_page->mayLoadLater()) {
-        wait();
-    } else if (ok && m_status != 0) {
+    if (ok ? m_status != 0 : m_page->mayLoadLater()) {
         wait();
     } else if (ok && m_failures > 0) {
         emit note(QString(QLatin1String("has loaded, at attempt %1")).arg(m_failures + 1));
