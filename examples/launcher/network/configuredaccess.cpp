@@ -86,6 +86,7 @@ QNetworkReply *ConfiguredAccess::createRequest(Operation operation, const QNetwo
     if (isOfTheWeb(request.url()) && !isForPlayer(request))
         connect(new ResponseLimit(reply), SIGNAL(exceeded(QNetworkReply *)),
                 SLOT(noteExcess(QNetworkReply *)));
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the limit belongs to the reply
     return reply;
 }
 

@@ -5,7 +5,7 @@
 
 namespace {
 
-const qint64 readAhead = 1024 * 1024;
+const qint64 readAhead = qint64(1024) * 1024;
 
 } // namespace
 

@@ -13,7 +13,7 @@ class ResponseLimit : public QObject
 
 public:
     /// Far more than a page, a script or a picture has, and little enough for the memory of a device.
-    static const qint64 most = 32 * 1024 * 1024;
+    static const qint64 most = qint64(32) * 1024 * 1024;
 
     /// Watches a reply to whose data nobody listens so far; it belongs to the reply.
     explicit ResponseLimit(QNetworkReply *reply);

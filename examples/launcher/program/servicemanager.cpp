@@ -13,7 +13,7 @@ namespace {
 QByteArray taken(const char *variable)
 {
     const QByteArray value = qgetenv(variable);
-    unsetenv(variable);
+    unsetenv(variable); // NOLINT(concurrency-mt-unsafe): before there is a second thread
     return value;
 }
 
