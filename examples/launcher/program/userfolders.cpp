@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 
 #include <sys/stat.h>
 
@@ -34,11 +33,6 @@ QString directory(const char *variable, const char *belowHome)
 
 const QFile::Permissions ownersOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
 
-QString reasonOf(int error)
-{
-    return QString::fromLocal8Bit(std::strerror(error));
-}
-
 } // namespace
 
 QString UserFolders::data()
@@ -64,9 +58,9 @@ QString UserFolders::make(const QString &path)
     for (int i = 1; i < names.size(); ++i) { // the first is before the first slash
         made += QLatin1Char('/') + names.at(i);
         if (::mkdir(QFile::encodeName(made).constData(), S_IRWXU) != 0 && !QDir(made).exists())
-            return reasonOf(errno == EEXIST ? ENOTDIR : errno);
+            return qt_error_string(errno == EEXIST ? ENOTDIR : errno);
     }
-    return QFile::setPermissions(made, ownersOnly) ? QString() : reasonOf(errno);
+    return QFile::setPermissions(made, ownersOnly) ? QString() : qt_error_string(errno);
 }
 
 void UserFolders::forgetRelativePaths()
@@ -75,7 +69,7 @@ void UserFolders::forgetRelativePaths()
                                       "XDG_DATA_HOME" };
     for (const char *variable : variables) {
         if (absolutePathIn(variable).isEmpty())
-            ::unsetenv(variable);
+            ::unsetenv(variable); // NOLINT(concurrency-mt-unsafe): before there is a second thread
     }
 }
 

@@ -9,7 +9,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -17,11 +16,6 @@
 namespace {
 
 const int longestAttempt = 60; // seconds; a younger file can be that of another launcher at work
-
-QString reasonOf(int error)
-{
-    return QString::fromLocal8Bit(std::strerror(error));
-}
 
 // The new name is as lasting as the directory that holds it. A file system that cannot do it says so,
 // and does it by itself or not at all.
@@ -42,10 +36,10 @@ QString fill(int descriptor, const QByteArray &contents)
         const ssize_t written =
             ::write(descriptor, contents.constData() + done, size_t(contents.size() - done));
         if (written < 0 && errno != EINTR)
-            return reasonOf(errno);
+            return qt_error_string(errno);
         done += int(qMax(written, ssize_t(0)));
     }
-    return ::fsync(descriptor) == 0 ? QString() : reasonOf(errno);
+    return ::fsync(descriptor) == 0 ? QString() : qt_error_string(errno);
 }
 
 } // namespace
@@ -62,7 +56,7 @@ QString WholeFile::replace(const QString &fileName, const QByteArray &contents)
         return problem;
     const QByteArray temporary = QFile::encodeName(file.fileName());
     if (std::rename(temporary.constData(), QFile::encodeName(fileName).constData()) != 0)
-        return reasonOf(errno);
+        return qt_error_string(errno);
     file.setAutoRemove(false);
     syncDirectory(QFileInfo(fileName).path());
     return QString();
