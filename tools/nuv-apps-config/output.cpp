@@ -36,7 +36,7 @@ void endAsOthersDo()
     sigset_t blocked;
     sigemptyset(&blocked);
     sigaddset(&blocked, SIGPIPE);
-    sigprocmask(SIG_UNBLOCK, &blocked, nullptr);
+    pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
     std::raise(SIGPIPE);
 }
 

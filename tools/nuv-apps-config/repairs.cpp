@@ -162,8 +162,8 @@ void Reading::run()
     for (;;) {
         const Structure::Mark before = m_walk.structure().mark();
         const bool goesOn = m_walk.next();
-        if (m_steps.size() > 4 * LongestLook)
-            m_steps.erase(m_steps.begin(), m_steps.begin() + 3 * LongestLook);
+        if (m_steps.size() > size_t(4) * LongestLook)
+            m_steps.erase(m_steps.begin(), m_steps.begin() + std::ptrdiff_t(3) * LongestLook);
         m_steps.push_back(Step { m_walk.token(), before });
         if (!goesOn)
             break;
@@ -423,7 +423,9 @@ bool endsEarly(const SourceText &text, const Token &error)
 } // namespace
 
 Repairs::Repairs(const SourceText &source)
-    : m_source(source), m_text(source), m_budget(32 * 1024 * 1024 + 3 * qint64(source.size()))
+    : m_source(source),
+      m_text(source),
+      m_budget(qint64(32) * 1024 * 1024 + 3 * qint64(source.size()))
 {
     takeNulBytes();
     takeConflicts();

@@ -71,7 +71,7 @@ private:
     {
         const int size = int(std::strlen(name.letters));
         for (int i = 0; i < size; ++i)
-            m_masks[size_t(name.letters[i])] |= Q_UINT64_C(1) << (m_size + i);
+            m_masks[uchar(name.letters[i])] |= Q_UINT64_C(1) << (m_size + i);
         m_first |= Q_UINT64_C(1) << m_size;
         for (size_t k = 1; k < Words; ++k)
             m_begin[k] |= ((Q_UINT64_C(1) << k) - 1) << m_size;
