@@ -67,7 +67,7 @@ public:
 
     void append(const char *bytes, int size)
     {
-        if (size == 0)
+        if (size <= 0)
             return; // there may be no room at all yet
         reserve(size);
         std::memcpy(m_out, bytes, size_t(size));
