@@ -1,5 +1,6 @@
-// To be preloaded: counts what a program has of the heap between two calls. A block counts with the
-// size that the allocator gave it. For one thread.
+// A block counts with the size that the allocator gave it. For one thread.
+
+#include "benchmarks/heapcount.h"
 
 #include <malloc.h>
 
@@ -16,12 +17,14 @@ void __libc_free(void *block);
 
 namespace {
 
+long long allocations = 0;
 long long inUse = 0;
 long long peak = 0;
 long long before = 0;
 
 void *noted(void *block)
 {
+    ++allocations;
     inUse += static_cast<long long>(malloc_usable_size(block));
     peak = std::max(peak, inUse);
     return block;
@@ -40,14 +43,16 @@ extern "C" {
 
 EXPORTED void nuv_heap_begin()
 {
+    allocations = 0;
     before = inUse;
     peak = inUse;
 }
 
-EXPORTED void nuv_heap_end(long long *highest, long long *left)
+EXPORTED void nuv_heap_end(HeapCount *count)
 {
-    *highest = peak - before;
-    *left = inUse - before;
+    count->allocations = allocations;
+    count->peak = peak - before;
+    count->left = inUse - before;
 }
 
 EXPORTED void *malloc(size_t size)

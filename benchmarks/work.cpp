@@ -1,23 +1,22 @@
 #include "benchmarks/work.h"
 
+#include "benchmarks/heapcount.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <unistd.h>
 #include <valgrind/callgrind.h>
 
-// Of the heap's counter, where that is preloaded.
-extern "C" {
-__attribute__((weak)) void nuv_heap_begin();
-__attribute__((weak)) void nuv_heap_end(long long *peak, long long *left);
-}
+// The heap's counter is preloaded, or is not there.
+#pragma weak nuv_heap_begin
+#pragma weak nuv_heap_end
 
 namespace {
 
 bool isToggled = false;
 long long finished = 0;
-long long heapPeak = 0;
-long long heapLeft = 0;
+HeapCount heap = { 0, 0, 0 };
 
 } // namespace
 
@@ -53,12 +52,12 @@ void Work::end()
     if (isToggled)
         CALLGRIND_TOGGLE_COLLECT;
     if (nuv_heap_end)
-        nuv_heap_end(&heapPeak, &heapLeft);
+        nuv_heap_end(&heap);
 }
 
 void Work::report(long long since)
 {
-    std::printf("%lld %lld %lld\n", finished - since, heapPeak, heapLeft);
+    std::printf("%lld %lld %lld\n", finished - since, heap.peak, heap.left);
     std::fflush(stdout);
     _exit(0);
 }
