@@ -193,6 +193,136 @@ bool byteOrderMark(Planted *file, std::mt19937 &)
     return true;
 }
 
+bool semicolon(Planted *file, std::mt19937 &engine)
+{
+    return replaceOne(file, engine, "},\n", "};\n", 1);
+}
+
+bool twoQuotes(Planted *file, std::mt19937 &engine)
+{
+    return replaceOne(file, engine, "\"http://home.example/\"", "\"\"http://home.example/\"", 0);
+}
+
+bool quoteInside(Planted *file, std::mt19937 &engine)
+{
+    return replaceOne(file, engine, "\"Box/1.0\"", "\"Box \"home\" 1.0\"", 5);
+}
+
+// In the middle of a string, as a full disk leaves it. It is found after the last whole token.
+bool cutOff(Planted *file, std::mt19937 &engine)
+{
+    int at = 0;
+    if (!pick(places(file->bytes, "http://home.example/"), engine, &at))
+        return false;
+    file->bytes.truncate(at + 7);
+    file->offset = at - 2;
+    return true;
+}
+
+bool mergeConflict(Planted *file, std::mt19937 &engine)
+{
+    int at = 0;
+    if (!pick(places(file->bytes, "\"Scale\": 1.25"), engine, &at))
+        return false;
+    file->offset = file->bytes.lastIndexOf('\n', at) + 1;
+    const int end = file->bytes.indexOf('\n', at) + 1;
+    const QByteArray line = file->bytes.mid(file->offset, end - file->offset);
+    QByteArray other = line;
+    other.replace("1.25", "1.5");
+    file->bytes.replace(file->offset, line.size(),
+                        "<<<<<<< ours\n" + line + "=======\n" + other + ">>>>>>> theirs\n");
+    return true;
+}
+
+bool nulBytes(Planted *file, std::mt19937 &)
+{
+    file->offset = file->bytes.size();
+    file->bytes.append(300, '\0');
+    return true;
+}
+
+bool becomes(Planted *file, const QByteArray &bytes)
+{
+    file->bytes = bytes;
+    file->offset = 0;
+    return true;
+}
+
+bool htmlPage(Planted *file, std::mt19937 &)
+{
+    return becomes(file,
+                   "<!DOCTYPE html>\n<html><head><title>404 Not Found</title></head>\n"
+                   "<body><h1>Not Found</h1></body></html>\n");
+}
+
+bool xmlFile(Planted *file, std::mt19937 &)
+{
+    return becomes(file, "<?xml version=\"1.0\"?>\n<Applications>\n</Applications>\n");
+}
+
+bool yamlFile(Planted *file, std::mt19937 &)
+{
+    return becomes(file,
+                   "Global:\n  Version: 1\nApplications:\n  - Tag: home\n"
+                   "    Url: http://home.example/\n");
+}
+
+bool iniFile(Planted *file, std::mt19937 &)
+{
+    return becomes(file, "[Global]\nVersion=1\n\n[Applications]\nTag=home\n");
+}
+
+bool gzipFile(Planted *file, std::mt19937 &)
+{
+    const char bytes[] = "\x1f\x8b\x08\0\0\0\0\0\0\x03\xab\x56\x72\xcf\xc9\x4f\x4a\xcc";
+    return becomes(file, QByteArray(bytes, int(sizeof bytes) - 1));
+}
+
+bool hexadecimal(Planted *file, std::mt19937 &engine)
+{
+    return replaceOne(file, engine, "\"RemoteInspectorPort\": 9222",
+                      "\"RemoteInspectorPort\": 0x2406", 23);
+}
+
+bool megabytes(Planted *file, std::mt19937 &engine)
+{
+    return replaceOne(file, engine, "\"OfflineStorageDefaultQuotaSize\": 5242880",
+                      "\"OfflineStorageDefaultQuotaSize\": 5MB", 34);
+}
+
+bool groupedDigits(Planted *file, std::mt19937 &engine)
+{
+    return replaceOne(file, engine, "\"OfflineStorageDefaultQuotaSize\": 5242880",
+                      "\"OfflineStorageDefaultQuotaSize\": 5_242_880", 34);
+}
+
+bool decimalComma(Planted *file, std::mt19937 &engine)
+{
+    return replaceOne(file, engine, "\"Scale\": 1.25", "\"Scale\": 1,25", 9);
+}
+
+bool notANumber(Planted *file, std::mt19937 &engine)
+{
+    return replaceOne(file, engine, "\"Scale\": 1.25", "\"Scale\": NaN", 9);
+}
+
+bool cutKeyword(Planted *file, std::mt19937 &engine)
+{
+    return replaceOne(file, engine, ": true", ": tru", 2);
+}
+
+bool plusSign(Planted *file, std::mt19937 &engine)
+{
+    file->isError = false;
+    return replaceOne(file, engine, "\"Scale\": 1.25", "\"Scale\": +1.25", 9);
+}
+
+bool lonePoint(Planted *file, std::mt19937 &engine)
+{
+    file->isError = false;
+    return replaceOne(file, engine, "\"Scale\": 1.25", "\"Scale\": 5.", 9);
+}
+
 bool unescapedBackslash(Planted *file, std::mt19937 &engine)
 {
     file->isError = false;
@@ -301,6 +431,43 @@ const Exchange exchanges[] = {
       "\"Tag\": " },
     { "two tags that differ by case", "similar-tag", "\"Tag\": \"last\"", "\"Tag\": \"First\"",
       "\"Tag\": " },
+    { "an empty address", "unusable-address", "\"http://home.example/\"", "\"\"", "" },
+    { "an address without its colon", "unusable-address", "\"http://home.example/\"",
+      "\"http//home.example/\"", "" },
+    { "an address with one slash", "unusable-address", "\"http://home.example/\"",
+      "\"http:/home.example/\"", "" },
+    { "an address without a host", "unusable-address", "\"http://home.example/\"", "\"https:///i\"",
+      "" },
+    { "an address with a port of five nines", "unusable-address", "\"http://home.example/\"",
+      "\"http://home.example:99999/\"", "" },
+    { "an address with a blank before it", "unusable-address", "\"http://home.example/\"",
+      "\" http://home.example/\"", "" },
+    { "a proxy with a port of five nines", "unusable-proxy", "\"UserAgent\": \"Box/1.0\"",
+      "\"HttpProxy\": \"proxy.example:99999\"", "\"HttpProxy\": " },
+    { "a proxy of https", "unusable-proxy", "\"UserAgent\": \"Box/1.0\"",
+      "\"HttpProxy\": \"https://proxy.example:3128\"", "\"HttpProxy\": " },
+    { "an empty proxy", "unusable-proxy", "\"UserAgent\": \"Box/1.0\"", "\"HttpProxy\": \"\"",
+      "\"HttpProxy\": " },
+    { "a script in the home directory", "missing-file", "\"UserAgent\": \"Box/1.0\"",
+      "\"UserScript\": \"~/home.js\"", "\"UserScript\": " },
+    { "a script named by a variable", "missing-file", "\"UserAgent\": \"Box/1.0\"",
+      "\"UserScript\": \"$HOME/home.js\"", "\"UserScript\": " },
+    { "a script instead of its file", "missing-file", "\"UserAgent\": \"Box/1.0\"",
+      "\"UserScript\": \"alert(1);\"", "\"UserScript\": " },
+    { "a domain with a path", "unusable-domain", "\"a.example\"", "\"a.example/tv\"", "" },
+    { "a domain with a port", "unusable-domain", "\"a.example\"", "\"a.example:80\"", "" },
+    { "an empty domain", "unusable-domain", "\"a.example\"", "\"\"", "" },
+    { "a tag that is null", "no-tag", "\"Tag\": \"home\"", "\"Tag\": null", "\"Tag\": " },
+    { "an opacity above 1", "out-of-range", "\"WindowOpacity\": 0.5", "\"WindowOpacity\": 1.5",
+      "\"WindowOpacity\": " },
+    { "an opacity of 255", "out-of-range", "\"WindowOpacity\": 0.5", "\"WindowOpacity\": 255",
+      "\"WindowOpacity\": " },
+    { "a factor of 11", "out-of-range", "\"Scale\": 1.25", "\"Scale\": 11", "\"Scale\": " },
+    { "a list where an object belongs", "wrong-kind",
+      "\"Applications\":", "\"Applications\": [ [ ] ], \"_comment\":", "\"Applications\": [ " },
+    { "a pass phrase that is a number", "wrong-kind", "\"PrivateKey\": \"device.key\"",
+      "\"PrivateKey\": \"device.key\", \"PassPhrase\": 1234",
+      "\"PrivateKey\": \"device.key\", \"PassPhrase\": " },
     { "a certificate file that is missing", "certificate-missing", "\"Path\": \"device.pem\"",
       "\"Path\": \"devize.pem\"", "\"Path\": " },
 };
@@ -432,9 +599,28 @@ const QList<Kind> &Mistakes::syntaxKinds()
         { "a missing closing bracket", "missing-closing-bracket", missingClosingBracket },
         { "a missing colon", "missing-colon", missingColon },
         { "a byte-order mark", "byte-order-mark", byteOrderMark },
+        { "a semicolon for a comma", "missing-comma", semicolon },
+        { "a quote too many", "extra-quote", twoQuotes },
+        { "an unescaped quote", "unescaped-quote", quoteInside },
+        { "0x2406 as a port", "bad-number", hexadecimal },
+        { "5MB", "bad-number", megabytes },
+        { "5_242_880", "bad-number", groupedDigits },
+        { "1,25 with a comma", "bad-number", decimalComma },
+        { "NaN", "bad-number", notANumber },
+        { "tru", "wrong-keyword", cutKeyword },
+        { "a file that was cut off", "cut-off", cutOff },
+        { "NUL bytes after the end", "nul-bytes", nulBytes },
+        { "merge-conflict markers", "merge-conflict", mergeConflict },
+        { "an HTML page", "other-format", htmlPage },
+        { "an XML file", "other-format", xmlFile },
+        { "a YAML file", "other-format", yamlFile },
+        { "an INI file", "other-format", iniFile },
+        { "a gzip file", "other-format", gzipFile },
         { "an unescaped backslash", "unescaped-backslash", unescapedBackslash },
         { "a leading zero", "leading-zero", leadingZero },
         { "1.5.0", "odd-number", versionNumber },
+        { "+1.25", "odd-number", plusSign },
+        { "5.", "odd-number", lonePoint },
         { "a raw non-ASCII character", "non-ascii-text", rawNonAscii },
     };
     return kinds;
@@ -453,6 +639,15 @@ const QList<Kind> &Mistakes::meaningKinds()
         return list;
     }();
     return kinds;
+}
+
+Mistakes::Planted Mistakes::published(const Kind &kind)
+{
+    std::mt19937 engine(qChecksum(kind.name, qstrlen(kind.name)));
+    Planted file = { configurations().at(2), kind.rule, 0, true };
+    if (!kind.plant(&file, engine))
+        qFatal("there is no place for %s", kind.name);
+    return file;
 }
 
 const QList<QByteArray> &Mistakes::configurations()

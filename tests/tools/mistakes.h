@@ -28,6 +28,10 @@ struct Kind {
 const QList<Kind> &syntaxKinds();
 const QList<Kind> &meaningKinds();
 
+/// The file of the published table with this mistake: the same one in every run, whatever other kinds
+/// there are.
+Planted published(const Kind &kind);
+
 /// Clean files of about 20 to 2,000 lines, in several layouts.
 const QList<QByteArray> &configurations();
 

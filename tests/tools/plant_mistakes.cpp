@@ -1,5 +1,5 @@
 // Writes the configurations with planted mistakes into a folder, for other readers to be measured by:
-// NAME.json, and in expected.txt for each its file, its kind in words and the line of the mistake.
+// NAME.json, and in expected.txt for each its file, its group, its kind in words and its lines.
 //
 //     plant_mistakes FOLDER
 
@@ -19,6 +19,34 @@ bool write(const QString &name, const QByteArray &bytes)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
+int lineOf(const QByteArray &bytes, int offset)
+{
+    return bytes.left(offset).count('\n') + 1;
+}
+
+bool isBlank(char byte)
+{
+    return QByteArray(" \n\t\r").contains(byte);
+}
+
+// FIRST-LAST. Where something is missing, that is from the token before it to the one after it, and
+// for a missing member from where its object begins.
+QByteArray lines(const Mistakes::Planted &file)
+{
+    int first = file.offset;
+    int last = file.offset;
+    if (file.rule.startsWith("missing-")) {
+        while (first > 0 && isBlank(file.bytes.at(first - 1)))
+            --first;
+        while (last < file.bytes.size() - 1 && isBlank(file.bytes.at(last)))
+            ++last;
+    }
+    if (file.rule.startsWith("needs-"))
+        first = file.bytes.lastIndexOf('{', first);
+    return QByteArray::number(lineOf(file.bytes, first)) + '-'
+        + QByteArray::number(lineOf(file.bytes, last));
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -27,19 +55,14 @@ int main(int argc, char **argv)
     if (argc != 2)
         return 2;
     const QString folder = application.arguments().at(1) + QLatin1Char('/');
-    const QByteArray clean = Mistakes::configurations().at(2);
     const QList<Mistakes::Kind> kinds = Mistakes::syntaxKinds() + Mistakes::meaningKinds();
     QByteArray expected;
-    std::mt19937 engine(7);
     for (int i = 0; i < kinds.size(); ++i) {
-        Mistakes::Planted file = { clean, kinds.at(i).rule, 0, true };
-        if (!kinds.at(i).plant(&file, engine))
-            continue;
-        const QByteArray name = QByteArray::number(i).rightJustified(2, '0') + ".json";
-        const int line = file.bytes.left(file.offset).count('\n') + 1;
+        const Mistakes::Planted file = Mistakes::published(kinds.at(i));
+        const QByteArray name = QByteArray::number(i).rightJustified(3, '0') + ".json";
         const bool isSyntax = i < Mistakes::syntaxKinds().size();
         expected += name + '\t' + (isSyntax ? "syntax" : "meaning") + '\t' + kinds.at(i).name + '\t'
-            + QByteArray::number(line) + '\n';
+            + lines(file) + '\n';
         if (!write(folder + QString::fromLatin1(name), file.bytes))
             return 1;
     }

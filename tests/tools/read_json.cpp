@@ -9,6 +9,8 @@
 
 int main(int argc, char **argv)
 {
+    if (argc == 2 && qstrcmp(argv[1], "--version") == 0)
+        return std::printf("%s\n", qVersion()) < 0;
     QFile file(argc == 2 ? QFile::decodeName(argv[1]) : QString());
     if (!file.open(QIODevice::ReadOnly))
         return 2;
