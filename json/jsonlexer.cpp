@@ -176,7 +176,8 @@ JsonLexer::JsonLexer(const QByteArray &data)
       m_current(m_data.constData()),
       m_end(m_current + m_data.size()),
       m_line(1),
-      m_token(T_ERROR)
+      m_token(T_ERROR),
+      m_knownKeys(KnownKeys)
 {
 }
 

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <vector>
+
 /// Turns JSON text into tokens, one a call. Made anew for every parse; used by one thread.
 ///
 /// Text is read byte by byte: each byte of a string is one character (Latin-1; under Qt 4 the codec
@@ -88,7 +90,7 @@ private:
     int m_token; ///< the last one
     QVariant m_number;
     QString m_text;
-    KnownKey m_knownKeys[KnownKeys]; ///< by a hash of their bytes
+    std::vector<KnownKey> m_knownKeys; ///< by a hash of their bytes
 };
 
 #endif // JSONLEXER_H
