@@ -1,4 +1,4 @@
-// Values set in a tree, one after the other, in any order: unflattenVariant() gives what a plain
+// Values set in a tree, one after the other, in any order: Unflattener gives what a plain
 // recursion gives, and so does the tree that writing makes of the same keys in theirs.
 //
 // The first line of an input is the tree to begin with. Every further line is a value and, behind a tab,
@@ -35,8 +35,9 @@ QByteArray settingOneByOne(const QVariant &root, const QList<Setting> &settings)
 {
     QVariant tree = root;
     const VariantTree::Disposer disposer(tree);
+    Unflattener unflattener(tree);
     for (const Setting &each : settings)
-        unflattenVariant(tree, each.key, each.value);
+        unflattener.set(each.key, each.value);
     return describe(tree);
 }
 

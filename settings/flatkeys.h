@@ -7,6 +7,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <vector>
+
 /// \file
 /// The flat keys of QSettings, and the two ways between them and a variant tree:
 ///
@@ -31,10 +33,31 @@ const QLatin1String FlatKeySize("size");
 /// The tree is used up: its values are moved to the map, and a container in `value` is gone on return.
 void flattenVariant(QString &prefix, QSettings::SettingsMap &map, QVariant &value);
 
-/// Sets `value` under the path `key` in the tree `root`. What is in the way of the path is replaced by an
-/// object. A last component "size" turns the object that it is set in into an array of so many elements,
-/// from the entries "1", "2", … that the object holds by then; its other entries are dropped. Keys must
-/// therefore come in ascending order, as a settings map has them.
-void unflattenVariant(QVariant &root, const QString &key, const QVariant &value);
+/// Sets values in a tree, one after the other; nobody else may change the tree in between.
+class Unflattener
+{
+public:
+    /// Keeps a reference to `root`.
+    explicit Unflattener(QVariant &root);
+
+    /// Sets `value` under the path `key`. What is in the way of the path is replaced by an object. A last
+    /// component "size" turns the object that it is set in into an array of so many elements, from the
+    /// entries "1", "2", … that the object holds by then; its other entries are dropped. Keys must
+    /// therefore come in ascending order, as a settings map has them.
+    void set(const QString &key, const QVariant &value);
+
+private:
+    Q_DISABLE_COPY(Unflattener)
+
+    struct Component {
+        int end; ///< the place of the separator after it in the key; -1 for the root
+        QVariant *node;
+    };
+
+    void openParent(const QString &key);
+
+    QString m_key; ///< the last one
+    std::vector<Component> m_path; ///< from the root to the parent of what was set last
+};
 
 #endif // FLATKEYS_H

@@ -57,6 +57,8 @@ private:
         QVariant container; ///< taken out of its parent
         QVariantMap::iterator member; ///< the next one of an object
         int index; ///< of the next element of an array
+        QString
+            sizeKey; ///< of an array; made when it is opened, as its elements may change the prefix
     };
 
     void open(QVariant &container);
@@ -64,7 +66,7 @@ private:
     void visitMembers(OpenContainer &object, size_t depth);
     void visitElements(OpenContainer &array, size_t depth);
     void visit(const QString &name, QVariant &value);
-    void store(const QString &name, QVariant &value);
+    void store(const QString &key, QVariant &value);
 
     QString &m_prefix;
     const bool m_isPath; ///< whether the prefix is as it should be
@@ -101,13 +103,13 @@ void Flattener::open(QVariant &container)
     if (VariantTree::isMap(opened.container)) {
         opened.member = VariantTree::map(opened.container).begin();
     } else {
-        QVariant size = VariantTree::list(opened.container).size();
-        store(FlatKeySize, size);
+        opened.sizeKey = m_prefix + FlatKeySize;
     }
 }
 
 // Visits the entries of the innermost container, up to one that opens another, or to the end. The walk
-// steps on before it visits: opening a container may move the others.
+// steps on before it visits: opening a container may move the others. The size of an array is stored last,
+// as it sorts after the elements; none of them can have the same key.
 void Flattener::visitEntries()
 {
     const size_t depth = m_containers.size();
@@ -118,6 +120,10 @@ void Flattener::visitEntries()
         visitElements(innermost, depth);
     if (m_containers.size() != depth)
         return;
+    if (VariantTree::isList(innermost.container)) {
+        QVariant size = VariantTree::list(innermost.container).size();
+        store(innermost.sizeKey, size);
+    }
     m_containers.pop_back();
     leaveComponent(m_prefix);
 }
@@ -144,7 +150,7 @@ void Flattener::visit(const QString &name, QVariant &value)
 {
     const bool isContainer = VariantTree::isContainer(value);
     if (!isContainer)
-        store(name, value);
+        store(QStringRef(&m_prefix) % name, value);
     if (!isContainer && m_isPath && !hasSeparator(name))
         return; // entering and leaving the component would change nothing
     m_prefix += name;
@@ -156,9 +162,9 @@ void Flattener::visit(const QString &name, QVariant &value)
 }
 
 // A key most often sorts directly after the one before it.
-void Flattener::store(const QString &name, QVariant &value)
+void Flattener::store(const QString &key, QVariant &value)
 {
-    m_next = QtCompat::insertBefore(m_map, m_next, QStringRef(&m_prefix) % name);
+    m_next = QtCompat::insertBefore(m_map, m_next, key);
     m_next.value().swap(value);
     ++m_next;
 }

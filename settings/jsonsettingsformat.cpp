@@ -26,8 +26,9 @@ bool writeJsonSettings(QIODevice &device, const QSettings::SettingsMap &map)
 {
     QVariant tree;
     const VariantTree::Disposer disposer(tree);
+    Unflattener unflattener(tree);
     for (QSettings::SettingsMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it)
-        unflattenVariant(tree, it.key(), it.value());
+        unflattener.set(it.key(), it.value());
     device.write(JsonWriter::serialize(tree, 4, 0));
     return true;
 }

@@ -15,8 +15,11 @@
 #include "tests/support/toolkitdifferences.h"
 
 #include <QBuffer>
+#include <QStringList>
 #include <QtDebug>
 
+#include <algorithm>
+#include <random>
 #include <thread>
 #include <type_traits>
 
@@ -164,6 +167,7 @@ private Q_SLOTS:
     void unflattenSetsOneValue();
     void unflattenLeavesACopyOfTheTreeAlone();
     void unflattenEqualsThePlainRecursion();
+    void unflattenEqualsThePlainRecursionInAnyOrder();
     void documentsSurviveTheRoundTrip_data();
     void documentsSurviveTheRoundTrip();
     void numbersTooLargeAreWrittenAsTheyWereRead();
@@ -710,8 +714,9 @@ void tst_JsonSettingsFormat::unflattenEqualsThePlainRecursion()
         const QSettings::SettingsMap map = random.settingsMap();
         QVariant tree = i % 4 == 3 ? random.tree() : QVariant();
         QVariant expected = tree;
+        Unflattener unflattener(tree);
         for (QSettings::SettingsMap::const_iterator it = map.begin(); it != map.end(); ++it) {
-            unflattenVariant(tree, it.key(), it.value());
+            unflattener.set(it.key(), it.value());
             expected = referenceUnflatten(expected, it.key(), it.value());
             if (describe(tree) != describe(expected))
                 qWarning("map %d at %s: %s", i, describeText(it.key()).constData(),
@@ -720,6 +725,27 @@ void tst_JsonSettingsFormat::unflattenEqualsThePlainRecursion()
         }
         if (i % 4 != 3)
             QCOMPARE(writtenBytes(map), JsonWriter::serialize(expected, 4, 0));
+    }
+}
+
+// What one key has left open is in the way of another, which a map's order never shows.
+void tst_JsonSettingsFormat::unflattenEqualsThePlainRecursionInAnyOrder()
+{
+    RandomTrees random(20260711);
+    std::mt19937 engine(20260711);
+    for (int i = 0; i < 1000; ++i) {
+        const QSettings::SettingsMap map = random.settingsMap();
+        QStringList keys = map.keys() + map.keys();
+        std::shuffle(keys.begin(), keys.end(), engine);
+        QVariant tree = random.tree();
+        QVariant expected = tree;
+        Unflattener unflattener(tree);
+        for (int k = 0; k < keys.size(); ++k) {
+            const QVariant value = map.value(keys.at(k));
+            unflattener.set(keys.at(k), value);
+            expected = referenceUnflatten(expected, keys.at(k), value);
+            QCOMPARE(describe(tree), describe(expected));
+        }
     }
 }
 

@@ -8,7 +8,7 @@
 inline QVariant unflattened(const QVariant &node, const QString &key, const QVariant &value)
 {
     QVariant tree = node;
-    unflattenVariant(tree, key, value);
+    Unflattener(tree).set(key, value);
     return tree;
 }
 
@@ -17,8 +17,9 @@ inline QVariant unflattened(const QSettings::SettingsMap &map)
 {
     QVariant tree;
     const VariantTree::Disposer disposer(tree); // an exception may leave it deep
+    Unflattener unflattener(tree);
     for (QSettings::SettingsMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it)
-        unflattenVariant(tree, it.key(), it.value());
+        unflattener.set(it.key(), it.value());
     QVariant result;
     result.swap(tree);
     return result;
