@@ -24,6 +24,8 @@ int count(const Subject &subject)
 {
     if (!subject.run)
         return 2;
+    if (subject.renew)
+        subject.renew();
     mallopt(M_PERTURB, 0); // tidies up, which the call would have to do otherwise
     CALLGRIND_TOGGLE_COLLECT;
     QVariant result = subject.run();

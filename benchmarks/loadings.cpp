@@ -16,11 +16,10 @@ namespace {
 
 QSettings::SettingsMap flattened(const QByteArray &document)
 {
-    // Never freed: the heap of what is measured shall be fresh.
-    QVariant *const tree = new QVariant(parseJson(document, nullptr));
+    QVariant tree = parseJson(document, nullptr);
     QString prefix;
     QSettings::SettingsMap map;
-    flattenVariant(prefix, map, *tree);
+    flattenVariant(prefix, map, tree);
     return map;
 }
 

@@ -6,10 +6,11 @@
 #include "json/jsonwriter.h"
 #include "settings/flatkeys.h"
 
+#include <memory>
+
 namespace {
 
-// Of a copy, which is used up.
-QSettings::SettingsMap flatten(QVariant tree)
+QSettings::SettingsMap flatten(QVariant &tree)
 {
     QString prefix;
     QSettings::SettingsMap map;
@@ -20,8 +21,9 @@ QSettings::SettingsMap flatten(QVariant tree)
 QVariant unflattened(const QSettings::SettingsMap &map)
 {
     QVariant tree;
+    Unflattener unflattener(tree);
     for (QSettings::SettingsMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it)
-        unflattenVariant(tree, it.key(), it.value());
+        unflattener.set(it.key(), it.value());
     return tree;
 }
 
@@ -29,9 +31,12 @@ QVariant unflattened(const QSettings::SettingsMap &map)
 
 Subject Subjects::prepareFlattening(const QByteArray &document, const QByteArray &who)
 {
+    if (who == "ours") {
+        const auto tree = std::make_shared<QVariant>();
+        return { [tree]() { return QVariant(flatten(*tree)); }, 0,
+                 [tree, document]() { *tree = parseJson(document, nullptr); } };
+    }
     const QVariant tree = parseJson(document, nullptr);
-    if (who == "ours")
-        return { [tree]() { return QVariant(flatten(tree)); }, 0 };
     if (who == "plain")
         return { Mappings::prepareFlatteningPlainly(tree), 0 };
     if (who == "floor")
@@ -42,7 +47,8 @@ Subject Subjects::prepareFlattening(const QByteArray &document, const QByteArray
 Subject Subjects::prepareUnflattening(const QByteArray &document, const QByteArray &who)
 {
     const QVariant tree = parseJson(document, nullptr);
-    const QSettings::SettingsMap map = flatten(tree);
+    QVariant usedUp = tree;
+    const QSettings::SettingsMap map = flatten(usedUp);
     if (who == "ours")
         return { [map]() { return unflattened(map); }, map.size() };
     if (who == "plain")

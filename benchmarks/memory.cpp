@@ -20,6 +20,8 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "usage: memory ACTION FILE WHO\n");
         return 2;
     }
+    if (subject.renew)
+        subject.renew();
     HeapCount count;
     nuv_heap_begin();
     QVariant result = subject.run();

@@ -11,6 +11,7 @@
 struct Subject {
     std::function<QVariant()> run; ///< null for what there is not
     int units; ///< by which the figure is divided; 0 where the size of the result is it
+    std::function<void()> renew = nullptr; ///< before every run, where one uses up what it needs
 };
 
 /// Everything that is measured, by its name and by who does it:

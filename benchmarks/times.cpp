@@ -41,6 +41,8 @@ void add(const QByteArray &action, const QByteArray &folder, const QByteArray &d
         const Subject subject = Subjects::prepare(action, file, who);
         const auto run = [subject](benchmark::State &state) {
             for (auto _ : state) {
+                if (subject.renew)
+                    subject.renew();
                 QVariant result;
                 timeManually(state, [&]() { result = subject.run(); });
                 VariantTree::dispose(result);
