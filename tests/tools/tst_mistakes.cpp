@@ -55,6 +55,12 @@ QByteArray describe(const Analysis &analysis)
     return text;
 }
 
+QByteArray contents(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 } // namespace
 
 // The certificate that the configurations name.
@@ -67,6 +73,16 @@ void tst_Mistakes::initTestCase()
         const QString target = m_folder.filePath(QLatin1String(name));
         QVERIFY(QFile::copy(samples + QLatin1String(name), target));
         QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner));
+    }
+    const char *const pairs[][2] = { { "pair.pem", "device.key" },
+                                     { "encryptedpair.pem", "encrypted.key" },
+                                     { "otherpair.pem", "other.key" } };
+    for (const auto &pair : pairs) {
+        m_folder.write(QLatin1String(pair[0]),
+                       contents(samples + QLatin1String("device.pem"))
+                           + contents(samples + QLatin1String(pair[1])));
+        QVERIFY(QFile::setPermissions(m_folder.filePath(QLatin1String(pair[0])),
+                                      QFile::ReadOwner | QFile::WriteOwner));
     }
 }
 
@@ -116,6 +132,13 @@ void tst_Mistakes::severalMistakesAreFoundTogether()
 void tst_Mistakes::whatIsMissingAtTheEndIsNotReportedTwice()
 {
     QCOMPARE(describe(*analyseHere("{")), QByteArray("1:2 missing-closing-brace\n"));
+    // After a comma that waits for an entry that one may be what is missing, but only in its object.
+    QCOMPARE(describe(*analyseHere("{ \"a\": 1, }")),
+             QByteArray("1:3 unknown-key\n1:9 trailing-comma\n"));
+    QCOMPARE(describe(*analyseHere("{ \"a\": 1,, \"b\": 2 }")),
+             QByteArray("1:3 unknown-key\n1:10 extra-comma\n1:12 unknown-key\n"));
+    QCOMPARE(describe(*analyseHere("{ \"Global\": { \"Version\": 1, } }")),
+             QByteArray("1:1 no-applications\n1:27 trailing-comma\n"));
     QCOMPARE(
         describe(*analyseHere("{ \"Global\": { \"Version\": 1 },\n  \"Applications\": [\n    {\n")),
         QByteArray("4:1 cut-off\n"));
@@ -143,7 +166,17 @@ void tst_Mistakes::certificatesAreExamined_data()
         "3:9 certificate-invalid\n4:15 certificate-invalid\n");
     row("no certificate", "nothing.pem", "device.key", "", "3:9 certificate-invalid\n");
     row("a missing key", "device.pem", "none.key", "", "4:15 certificate-missing\n");
-    row("a folder", ".", "device.key", "", "3:9 certificate-unreadable\n");
+    // The launcher takes the file of the certificate for the key then.
+    row("a pair in one file", "pair.pem", "", "", "");
+    row("an encrypted pair in one file", "encryptedpair.pem", "", "correct horse", "");
+    row("an encrypted pair without a pass phrase", "encryptedpair.pem", "", "",
+        "3:9 wrong-pass-phrase\n");
+    row("an encrypted pair with a wrong pass phrase", "encryptedpair.pem", "", "wrong",
+        "4:15 wrong-pass-phrase\n");
+    row("no key at all", "device.pem", "", "", "3:9 certificate-invalid\n");
+    row("the key of another in one file", "otherpair.pem", "", "", "3:9 certificate-mismatch\n");
+    row("a file of both that is not there", "none.pem", "", "", "3:9 certificate-missing\n");
+    row("a directory", ".", "device.key", "", "3:9 certificate-unreadable\n");
     row("a device", "/dev/null", "device.key", "", "3:9 certificate-unreadable\n");
     row("an empty path", "", "device.key", "", "3:9 certificate-missing\n");
 }
@@ -155,7 +188,9 @@ void tst_Mistakes::certificatesAreExamined()
     QFETCH(QByteArray, passPhrase);
     QByteArray bytes = "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ { \"Tag\": \"tv\",\n"
                        "\"Url\": \"http://tv.example/\", \"Certificate\": {\n\"Path\": \""
-        + path + "\",\n\"PrivateKey\": \"" + key + '"';
+        + path + '"';
+    if (!key.isEmpty())
+        bytes += ",\n\"PrivateKey\": \"" + key + '"';
     if (!passPhrase.isEmpty())
         bytes += ",\n\"PassPhrase\": \"" + passPhrase + '"';
     QTEST(describe(*analyseHere(bytes + " } } ] }")), "found");

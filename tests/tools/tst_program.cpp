@@ -367,7 +367,7 @@ void tst_Program::endsWithTheEffect_data()
         << QByteArray() << QByteArray("nothing is read of this file: it is empty");
     QTest::newRow("a file in UTF-16")
         << QByteArray("\xff\xfe{\0}\0", 6)
-        << QByteArray("nothing is read of this file: it is no text that the library can read");
+        << QByteArray("nothing is read of this file: it is not text that the library can read");
     QTest::newRow("a file that takes minutes")
         << QByteArray("{ \"Global\": { \"Version\": 1 }, \"Applications/size\": 2147483647 }")
         << QByteArray("what the launcher will see was not tried: a key \"size\" would keep the "
@@ -574,7 +574,7 @@ void tst_Program::formattingRefusesWhatItWouldLose_data()
     QTest::newRow("an empty file") << QByteArray();
     QTest::newRow("a duplicate key") << QByteArray("{ \"a\": 1, \"a\": 2 }");
     QTest::newRow("a duplicate remark") << QByteArray("{ \"_comment\": 1, \"_comment\": 2 }");
-    QTest::newRow("a whole number of 20 digits") << QByteArray("{ \"a\": 99999999999999999999 }");
+    QTest::newRow("an integer of 20 digits") << QByteArray("{ \"a\": 99999999999999999999 }");
     QTest::newRow("a fraction of 17 digits") << QByteArray("{ \"a\": 0.12345678901234567 }");
     QTest::newRow("many levels") << QByteArray(50000, '[') + QByteArray(50000, ']');
     QTest::newRow("a number beyond all") << QByteArray("{ \"a\": 1e999 }");
@@ -668,7 +668,7 @@ void tst_Program::wrongCallsAreTold_data()
     row("too few arguments", "get tv", "usage: nuv-apps-config get TAG KEY");
     row("too many arguments", "list a b", "usage: nuv-apps-config list");
     row("a file that does not exist", "check none.json", "none.json: ");
-    row("a folder", "check .", ".: a folder");
+    row("a directory", "check .", ".: a directory");
     row("a device", "check /dev/null", "/dev/null: not a file but a pipe or a device");
 }
 

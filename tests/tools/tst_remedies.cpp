@@ -246,7 +246,7 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     proxy("\"proxy.example\"", "a port is missing (did you mean \"proxy.example:8080\"?)");
     proxy("\"proxy.example:99999\"", "the port is not a number from 1 to 65535");
     proxy("\"https://h:3128\"", "a proxy is reached over plain http (did you mean \"h:3128\"?)");
-    proxy("\"\"", "it is empty");
+    proxy("\"\"", "it is empty (for instance \"proxy.example:8080\", or remove the key)");
     proxy("\"h:1 \"", "there is a blank around the address (did you mean \"h:1\"?)");
 
     row("HttpReferrer", "\"portal.example/\"",
@@ -256,6 +256,7 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     const auto script = [](const char *value, const QByteArray &what) {
         row("UserScript", value, "missing-file: " + what);
     };
+    const QByteArray instance = " (for instance \"scripts/tv.js\", or remove the key)";
     script("\"scripts/protal.js\"",
            "there is no scripts/protal.js next to the configuration file (scripts/portal.js is "
            "there)");
@@ -263,15 +264,22 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
            "there is no script/portal.js next to the configuration file (scripts/portal.js is "
            "there)");
     script("\"none.js\"", "there is no none.js next to the configuration file");
-    script("\"scripts\"", "\"UserScript\" cannot be used: it is a directory");
-    script("\"alert(1)\"", "\"UserScript\" cannot be used: it is a script, not the path of a file");
+    script("\"scripts\"", "\"UserScript\" cannot be used: it is a directory" + instance);
+    script("\"alert(1)\"",
+           "\"UserScript\" cannot be used: it is a script, not the path of a file" + instance);
     script("\"~/portal.js\"",
            "\"UserScript\" cannot be used: ~ and $ mean something to a shell only: the path is "
-           "written out");
+           "written out"
+               + instance);
     script("\"$HOME/portal.js\"",
            "\"UserScript\" cannot be used: ~ and $ mean something to a shell only: the path is "
-           "written out");
-    script("\"\"", "\"UserScript\" cannot be used: it is empty");
+           "written out"
+               + instance);
+    script("\"\"", "\"UserScript\" cannot be used: it is empty" + instance);
+
+    row("Path", "\"certificates/devize.pem\"",
+        "certificate-missing: there is no file " + m_folder.path().toUtf8()
+            + "/certificates/devize.pem (certificates/device.pem is there)");
 
     const auto domain = [](const char *value, const QByteArray &what) {
         row("Domain", value, "unusable-domain: \"Domain\" " + QByteArray(bad) + what);
@@ -283,12 +291,12 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     domain("\"tv.example:80\"", alone + ", without a port" + meant);
     domain("\"*.tv.example\"", alone + ": what is below it is granted as well" + meant);
     domain("\"tv.example \"", "there is a blank around the domain" + meant);
-    domain("\"\"", "it is empty");
+    domain("\"\"", "it is empty (for instance \"broadcaster.example\")");
 
     const auto url = [](const char *value, const QByteArray &what) {
         row("Url", value, "unusable-address: \"Url\" " + QByteArray(bad) + what);
     };
-    url("\"\"", "it is empty");
+    url("\"\"", "it is empty (for instance \"http://tv.example/\")");
     url("\"htps://x/\"", "nothing loads addresses of this scheme (did you mean \"https://x/\"?)");
     url("\"https//x/\"", "a colon is missing after the scheme (did you mean \"https://x/\"?)");
     url("\"https:/x\"", "two slashes must follow the colon (did you mean \"https://x\"?)");
@@ -320,7 +328,8 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
         "blank-at-edge: \"Tag\" begins or ends with a blank (did you mean \"tv\"?)");
     row("Tag", "\" \"", "blank-at-edge: \"Tag\" begins or ends with a blank");
     row("Tag", "null",
-        "no-tag: an application is skipped without a tag that is a text (write a name of its own, "
+        "no-tag: an application is skipped without a tag that is a string (write a name of its "
+        "own, "
         "as in \"application-1\")");
 
     const auto range = [](const char *key, const char *value, const char *what) {
@@ -349,23 +358,25 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     const auto kind = [](const char *key, const char *value, const QByteArray &what) {
         row(key, value, QByteArray("wrong-kind: \"") + key + "\" must be " + what);
     };
-    kind("UseWebGL", "\"true\"", "true or false, not a text (write true without quotes)");
-    kind("UseWebGL", "\"Yes\"", "true or false, not a text (write true)");
-    kind("UseWebGL", "0", "true or false, not a whole number (write false)");
-    kind("UseWebGL", "7", "true or false, not a whole number (write true or false)");
-    kind("Scale", "\"1.5\"", "a number, not a text (write 1.5 without quotes)");
-    kind("Scale", "\"1,5\"", "a number, not a text (write 1.5)");
-    kind("Scale", "\"15\"", "a number, not a text");
-    kind("Scale", "true", "a number, not true");
-    kind("UserAgent", "10", "a text, not a whole number (put it in quotes)");
-    kind("HttpProxy", "8080", "a text with a host and a port, not a whole number");
-    kind("Certificate", "\"device.pem\"", "an object, not a text (write it as { \"Path\": ... })");
+    kind("UseWebGL", "\"true\"", "true or false, not a string (write true without quotes)");
+    kind("UseWebGL", "\"Yes\"", "true or false, not a string (write true)");
+    kind("UseWebGL", "0", "true or false, not an integer (write false)");
+    kind("UseWebGL", "7", "true or false, not an integer (write true or false)");
+    kind("Scale", "\"1.5\"", "a number, not a string (write 1.5 without quotes)");
+    kind("Scale", "\"1,5\"", "a number, not a string (write 1.5)");
+    kind("Scale", "\"15\"", "a number, not a string (for instance 1.5)");
+    kind("Scale", "true", "a number, not true (for instance 1.5)");
+    kind("UserAgent", "10", "a string, not an integer (put it in quotes)");
+    kind("HttpProxy", "8080",
+         "a string with a host and a port, not an integer (for instance \"proxy.example:8080\")");
+    kind("Certificate", "\"device.pem\"",
+         "an object, not a string (write it as { \"Path\": ... })");
     kind("GrantBroadcastAccessRightDomains", "\"tv.example\"",
-         "an array of objects, not a text (write [ { \"Domain\": \"tv.example\" } ])");
+         "an array of objects, not a string (write [ { \"Domain\": \"tv.example\" } ])");
     kind("GrantBroadcastAccessRightDomains", "{ \"Domain\": \"tv.example\" }",
          "an array of objects, not an object (put it in [ ])");
     row("GrantBroadcastAccessRightDomains", "[ \"tv.example\" ]",
-        "plain-domain: each domain is an object, not a text; of this element nothing is used "
+        "plain-domain: each domain is an object, not a string; of this element nothing is used "
         "(write "
         "{ \"Domain\": \"tv.example\" })");
     row("GrantBroadcastAccessRightDomains", "[ [ \"a\" ] ]",
@@ -374,15 +385,19 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     row("GrantBroadcastAccessRightDomains", "[ [ { \"Domain\": \"tv.example\" } ] ]",
         "plain-domain: each domain is an object, not an array; of this element nothing is used "
         "(remove it and its closing bracket)");
-    kind("Url", "[ \"about:blank\" ]", "a text with an address, not an array");
-    kind("UserAgent", "[ \"Box\" ]", "a text, not an array");
+    kind("Url", "[ \"about:blank\" ]",
+         "a string with an address, not an array (for instance \"http://tv.example/\")");
+    kind("UserAgent", "[ \"Box\" ]",
+         "a string, not an array (for instance \"Mozilla/5.0 (Linux; television) Example/1.0\")");
     row("Tag", "[ \"tv\" ]",
-        "no-tag: an application is skipped without a tag that is a text (write a name of its own, "
+        "no-tag: an application is skipped without a tag that is a string (write a name of its "
+        "own, "
         "as in \"application-1\")");
     kind("Global", "[ \"Version\" ]", "an object, not an array");
     const QByteArray application = "wrong-kind: an application is an object, not ";
-    row("Applications", "[ [ \"a\" ] ]", application + "an array (it begins with { \"Tag\": )");
-    row("Applications", "[ \"a\" ]", application + "a text (it begins with { \"Tag\": )");
+    const QByteArray first = " (for instance { \"Tag\": \"tv\", \"Url\": \"http://tv.example/\" })";
+    row("Applications", "[ [ \"a\" ] ]", application + "an array" + first);
+    row("Applications", "[ \"a\" ]", application + "a string" + first);
     row("Applications", "[ [ { \"Tag\": \"a\", \"Url\": \"about:blank\" } ] ]",
         application + "an array (remove it and its closing bracket)");
     row("Version", "2",
@@ -391,6 +406,20 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     row("Version", "false",
         "unusable-version: this version does not load any application (versions from 1 up to, but "
         "not including, 2 pass: write 1)");
+    row("Version", "1.99999999",
+        "unusable-version: this version is rounded to 2, and does not load any application "
+        "(versions from 1 up to, but not including, 2 pass: write 1)");
+    row("Version", "1.0.0",
+        "unusable-version: this version does not load any application (versions from 1 up to, but "
+        "not including, 2 pass: write 1)");
+    row("UseWebGL", "null",
+        "null-value: \"UseWebGL\" is null, which counts as not configured (remove it, or write a "
+        "value)");
+    row("Tag", "\"\"",
+        "empty-tag: the tag is empty (write a name of its own, as in \"application-1\")");
+    row("Scale", "1.5.0",
+        "odd-number: this is not a number; the library reads 0 (one number belongs here; put it in "
+        "quotes if a string is meant)");
     row("Version", "null",
         "no-version: \"Version\" is null, so no application is loaded (write 1)");
 }
@@ -497,6 +526,38 @@ void tst_Remedies::missingKeysHaveTheirRemedy_data()
                                       "no-version: \"Global\" with the version is missing, so "
                                       "no application is loaded (add \"Global\": { "
                                       "\"Version\": 1 })\n");
+    const QByteArray inGlobal =
+        "no-version: \"Version\" is missing in \"Global\", so no application "
+        "is loaded ";
+    QTest::newRow("a misspelt version")
+        << "{ \"Global\": { \"version\": 1 }, \"Applications\": [ " + tv + " ] }"
+        << inGlobal + "(did you mean \"Version\"? Keys are compared with their case)\n";
+    QTest::newRow("a version outside of global")
+        << "{ \"Version\": 1, \"Global\": { }, \"Applications\": [ " + tv + " ] }"
+        << inGlobal + "(move it into \"Global\")\n";
+    QTest::newRow("a misspelt global")
+        << "{ \"Globals\": { \"Version\": 1 }, \"Applications\": [ " + tv + " ] }"
+        << QByteArray("no-version: \"Global\" with the version is missing, so no application is "
+                      "loaded (did you mean \"Global\"?)\n");
+    QTest::newRow("misspelt applications")
+        << "{ \"Global\": { \"Version\": 1 }, \"applications\": [ " + tv + " ] }"
+        << QByteArray("no-applications: there are no applications (did you mean \"Applications\"? "
+                      "Keys are compared with their case)\n");
+    QTest::newRow("applications in global")
+        << "{ \"Global\": { \"Version\": 1, \"Applications\": [ " + tv + " ] } }"
+        << QByteArray(
+               "no-applications: there are no applications (its place is next to \"Global\", "
+               "not in it)\n");
+    QTest::newRow("a misspelt domain")
+        << fileWith("\"Tag\": \"tv\", \"Url\": \"about:blank\", "
+                    "\"GrantBroadcastAccessRightDomains\": [ { \"domain\": \"tv.example\" } ]")
+        << QByteArray("no-domain: an element without \"Domain\" grants nothing (did you mean "
+                      "\"Domain\"? Keys are compared with their case)\n");
+    QTest::newRow("no domain")
+        << fileWith("\"Tag\": \"tv\", \"Url\": \"about:blank\", "
+                    "\"GrantBroadcastAccessRightDomains\": [ { } ]")
+        << QByteArray("no-domain: an element without \"Domain\" grants nothing (for instance { "
+                      "\"Domain\": \"tv.example\" }, or remove it)\n");
     QTest::newRow("no applications")
         << QByteArray("{ \"Global\": { \"Version\": 1 } }")
         << QByteArray("no-applications: there are no applications (add \"Applications\": [ { "
@@ -521,7 +582,7 @@ void tst_Remedies::passPhrasesThatAreNoStringsAreToldAsThat_data()
     const struct {
         const char *value;
         const char *what;
-    } values[] = { { "1234", "a whole number; the launcher ignores it (put it in quotes)" },
+    } values[] = { { "1234", "an integer; the launcher ignores it (put it in quotes)" },
                    { "1.5", "a number; the launcher ignores it (put it in quotes)" },
                    { "true", "true; the launcher ignores it (put it in quotes)" },
                    { "[ \"a\" ]", "an array; the launcher ignores it" },
@@ -530,14 +591,16 @@ void tst_Remedies::passPhrasesThatAreNoStringsAreToldAsThat_data()
         for (const char *key : { "device.key", "encrypted.key" })
             QTest::newRow(QByteArray(each.value) + " and " + key)
                 << QByteArray(key) << QByteArray(each.value)
-                << QByteArray("wrong-kind: \"PassPhrase\" must be a text, not ") + each.what + '\n';
+                << QByteArray("wrong-kind: \"PassPhrase\" must be a string, not ") + each.what
+                    + '\n';
     }
     const auto row = [](const char *key, const char *value, const char *expected) {
         QTest::newRow(QByteArray(value) + " and " + key)
             << QByteArray(key) << QByteArray(value) << QByteArray(expected);
     };
     row("device.key", "null",
-        "null-value: \"PassPhrase\" is null, which counts as not configured\n");
+        "null-value: \"PassPhrase\" is null, which counts as not configured (remove it, or write a "
+        "value)\n");
     row("encrypted.key", "null",
         "wrong-pass-phrase: the private key is encrypted, and \"PassPhrase\" is null\n");
     row("encrypted.key", "\"wrong\"",
@@ -563,11 +626,12 @@ void tst_Remedies::tagsAreCompared_data()
     QTest::newRow("different ones") << QByteArray("tv") << QByteArray("menu") << QByteArray();
     QTest::newRow("another case") << QByteArray("tv") << QByteArray("TV")
                                   << QByteArray("similar-tag: the tags \"tv\" and \"TV\" differ by "
-                                                "case only\n");
+                                                "case only (give one of the two another name)\n");
     QTest::newRow("the same") << QByteArray("tv") << QByteArray("tv")
                               << QByteArray(
                                      "duplicate-tag: another application has the tag \"tv\"; "
-                                     "this one is skipped whole, with its 1 other key\n");
+                                     "this one is skipped whole, with its 1 other key (give it "
+                                     "another tag, or remove one of the two)\n");
 }
 
 void tst_Remedies::tagsAreCompared()

@@ -194,6 +194,19 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
     row("XML", "<?xml version=\"1.0\"?>\n<Global/>\n", "1:1 other-format: this is XML\n");
     row("YAML", "# of the device\nGlobal:\n  Version: 1\n", "1:1 other-format: this is YAML\n");
     row("an INI file", "[Global]\nVersion=1\n", "1:1 other-format: this is an INI file\n");
+    const char javaScript[] = "1:1 other-format: this is JavaScript\n";
+    row("a variable", "var config = " + clean, javaScript);
+    row("a module", "module.exports = " + clean, javaScript);
+    row("an export", "export default " + clean, javaScript);
+    row("a call", "callback(" + clean + ");\n", javaScript);
+    row("a block of Markdown", "```json\n" + clean + "```\n",
+        "1:1 other-format: this is a block of Markdown\n");
+    row("a quotation", "> " + QByteArray(clean).replace("\n", "\n> "),
+        "1:1 other-format: this is a quotation of a mail\n");
+    row("a listing", "1 {\n2   \"Global\": {\n3     \"Version\": 1\n4   }\n5 }\n",
+        "1:1 other-format: this is a listing with line numbers\n");
+    row("escaped quotes", QByteArray(clean).replace('"', "\\\""),
+        "1:1 other-format: this is JSON with escaped quotes\n");
     row("UTF-16", QByteArray("\xff\xfe{\0}\0", 6),
         "1:1 not-text: this is a binary file, or one in UTF-16\n");
     row("zeros at the end", clean + QByteArray(300, '\0'),
@@ -205,7 +218,7 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
     row("a semicolon after the end",
         "{ \"Global\": { \"Version\": 1 }, \"Applications\": [\n"
         "{ \"Tag\": \"a\", \"Url\": \"http://a.example/\" } ]\n};\n",
-        "3:2 unexpected-token: this cannot stand here\n");
+        "3:2 unexpected-token: this cannot be here\n");
     row("a conflict",
         "{ \"Global\": { \"Version\": 1 },\n<<<<<<< ours\n"
         "\"Applications\": [ { \"Tag\": \"a\", \"Url\": \"http://a.example/\" } ]\n=======\n"
@@ -227,13 +240,13 @@ void tst_WrongBytes::saysTheCauseAndTheRemedy_data()
         QTest::newRow(member) << QByteArray(member) << QByteArray(expected);
     };
     row("\"Scale\": +1.5",
-        "odd-number: JSON does not write a number so; the library reads 1.5; write 1.5");
+        "odd-number: JSON does not write a number like this; the library reads 1.5; write 1.5");
     row("\"Scale\": 5.",
-        "odd-number: JSON does not write a number so; the library reads 5; write 5");
+        "odd-number: JSON does not write a number like this; the library reads 5; write 5");
     row("\"Scale\": .5", "bad-number: a number cannot begin with a point; write 0.5");
     row("\"Scale\": 1-2",
-        "odd-number: this is no number; the library reads 0; put it in quotes if it is meant as a "
-        "string");
+        "odd-number: this is not a number; the library reads 0; one number belongs here; put it in "
+        "quotes if a string is meant");
     row("\"Scale\": 1,5", "bad-number: a number has a point, not a comma; write 1.5");
     row("\"Scale\": 01.5",
         "leading-zero: a number that begins with 0; the library reads 1.5; write 1.5");
@@ -254,14 +267,14 @@ void tst_WrongBytes::saysTheCauseAndTheRemedy_data()
         "\\\\ "
         "for a backslash");
     row("\"Certificate\": { \"Path\": \"device.pem\" };",
-        "unexpected-token: this cannot stand here; remove it");
+        "unexpected-token: this cannot be here; remove it");
     row("\"UserAgent\": \"Box\" // x",
         "comment: this file cannot hold comments; remove it, or write it as the value of a key "
         "that "
         "begins with _comment");
     row("\"UserAgent\": 'Box'",
-        "single-quotes: a text in single quotes; use the straight double quote, \"");
-    row("\"UserAgent\": Box", "unquoted-text: a text without quotes; write it in double quotes");
+        "single-quotes: a string in single quotes; use the straight double quote, \"");
+    row("\"UserAgent\": Box", "unquoted-text: a string without quotes; write it in double quotes");
     row("\"UserAgent\":",
         "missing-value: a key without a value; remove the key, or give it a value");
 }

@@ -1,6 +1,9 @@
 #include "tools/nuv-apps-config/certificaterules.h"
 
 #include "tools/nuv-apps-config/certificates.h"
+#include "tools/nuv-apps-config/edits.h"
+#include "tools/nuv-apps-config/nearbyfiles.h"
+#include "tools/nuv-apps-config/properties.h"
 
 #include <QDir>
 #include <QFile>
@@ -33,6 +36,19 @@ const Node *textMember(const Document &document, const Node &object, const char 
     return value && value->type == Node::Text ? value : nullptr;
 }
 
+void reportMissing(const Node &path, const QString &name, const QString &folder, Findings &findings)
+{
+    const QString given = path.value.toString();
+    const QString near = given.isEmpty() || QDir::isAbsolutePath(given)
+        ? QString()
+        : NearbyFiles::nearest(given, folder);
+    Finding &finding = findings.add("certificate-missing", path.begin, path.length(),
+                                    text("there is no file ") + QDir::cleanPath(name),
+                                    near.isEmpty() ? QString() : near + text(" is there"));
+    if (!near.isEmpty())
+        finding.edit = Edits::replace(path, Edits::quoted(near));
+}
+
 // Returns false, and says why, when the file cannot be had.
 bool read(const Node &path, const QString &folder, QByteArray *bytes, Findings &findings)
 {
@@ -40,14 +56,13 @@ bool read(const Node &path, const QString &folder, QByteArray *bytes, Findings &
     const QString name = QDir(folder).absoluteFilePath(path.value.toString());
     const QFileInfo info(name);
     if (path.value.toString().isEmpty() || !info.exists()) {
-        add(findings, "certificate-missing", path,
-            text("there is no file ") + QDir::cleanPath(name));
+        reportMissing(path, name, folder, findings);
         return false;
     }
     QFile file(name);
     if (!info.isFile()) { // opening a pipe would wait for its writer
         add(findings, "certificate-unreadable", path,
-            name + (info.isDir() ? text(" is a folder") : text(" is a pipe or a device")));
+            name + (info.isDir() ? text(" is a directory") : text(" is a pipe or a device")));
         return false;
     }
     if (!file.open(QIODevice::ReadOnly)) {
@@ -118,6 +133,33 @@ void checkKey(const Node &path, const QByteArray &key, const Node *passPhrase,
             text("this private key does not belong to the certificate"));
 }
 
+// Without a key of its own the launcher looks for it in the file of the certificate. A key that is not
+// known may be meant to name the file.
+bool isInOneFile(const Document &document, const Node &certificate)
+{
+    const Node *key = valueOf(document, certificate, "PrivateKey");
+    bool isKnown = true;
+    for (const Node::Child &member : certificate.children)
+        isKnown = isKnown
+            && (Properties::isPassed(member.key)
+                || Properties::find(Section::Certificate, member.key));
+    return isKnown && (!key || key->type == Node::Null) && !document.isMended(certificate);
+}
+
+// What a key file is examined for, in a file that holds a certificate.
+void checkKeyInside(const Node &path, const QByteArray &bytes, const Node *passPhrase,
+                    const QString &folder, Findings &findings)
+{
+    if (Certificates::readKey(bytes, QByteArray()) == Certificates::NoKey) {
+        add(findings, "certificate-invalid", path,
+            text("the file holds no private key in PEM form, and there is no \"PrivateKey\""),
+            text("\"PrivateKey\" names the file of the key"));
+        return;
+    }
+    checkMode(path, folder, findings);
+    checkKey(path, bytes, passPhrase, bytes, true, findings);
+}
+
 } // namespace
 
 void CertificateRules::check(const Document &document, const Node &certificate,
@@ -141,7 +183,9 @@ void CertificateRules::check(const Document &document, const Node &certificate,
         return;
     }
     const bool canCompare = hasCertificate && checkCertificate(*path, certificateBytes, findings);
+    const Node *passPhrase = valueOf(document, certificate, "PassPhrase");
     if (hasKey)
-        checkKey(*keyPath, keyBytes, valueOf(document, certificate, "PassPhrase"), certificateBytes,
-                 canCompare, findings);
+        checkKey(*keyPath, keyBytes, passPhrase, certificateBytes, canCompare, findings);
+    else if (canCompare && isInOneFile(document, certificate))
+        checkKeyInside(*path, certificateBytes, passPhrase, folder, findings);
 }

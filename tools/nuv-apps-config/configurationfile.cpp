@@ -91,7 +91,7 @@ bool ConfigurationFile::read(const QString &name, QByteArray *bytes, QString *er
     }
     const QFileInfo info(name);
     if (info.exists() && !info.isFile()) { // opening a pipe would wait for its writer
-        *error = info.isDir() ? text("a folder")
+        *error = info.isDir() ? text("a directory")
                               : text("not a file but a pipe or a device; standard input is -");
         return false;
     }

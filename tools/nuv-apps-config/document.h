@@ -35,12 +35,28 @@ struct Document {
     int root = -1; ///< none
     int depth = 0;
     Places mended; ///< where a mistake in the syntax was
+    Places loose; ///< where a comma waits for an entry that may be the one that is missing
     Places doubtful; ///< where it concerned what a key or a value says
     Places moved; ///< where it concerned a bracket, so that entries may belong elsewhere
     Places odd; ///< what the library accepts, and JSON does not
 
     /// Whether something may be missing in the node only because of a mistake in the syntax.
-    bool isMended(const Node &node) const { return mended.touch(node.begin, node.end); }
+    bool isMended(const Node &node) const
+    {
+        return mended.touch(node.begin, node.end) || isLoose(node);
+    }
+
+    /// Whether a comma that waits for an entry is one of its own, not of a value in it.
+    bool isLoose(const Node &node) const
+    {
+        int begin = node.begin;
+        for (const Node::Child &child : node.children) {
+            if (loose.touch(begin, at(child).begin))
+                return true;
+            begin = at(child).end;
+        }
+        return loose.touch(begin, node.end);
+    }
 
     /// Whether the value may be another one than was meant.
     bool isDoubtful(const Node &node) const

@@ -225,7 +225,7 @@ void Pass::step()
 void Pass::takeUnexpected()
 {
     error("unexpected-token", m_token.begin, m_token.end - m_token.begin,
-          text("this cannot stand here"));
+          text("this cannot be here"));
     advance();
 }
 
@@ -396,7 +396,7 @@ int Pass::readValue()
         node.type = token.code == T_NUMBER ? Node::Number : Node::Text;
         node.value = token.value;
         if (token.code == Token::Word)
-            error("unquoted-text", token.begin, length, text("a text without quotes"),
+            error("unquoted-text", token.begin, length, text("a string without quotes"),
                   text("write it in double quotes"))
                 .edit = Edit { token.begin, length, Edits::quoted(token.value.toString()) };
     }
@@ -584,6 +584,7 @@ void noteMistakes(const SourceText &source, const Repairs &repairs, const Findin
     document.doubtful = repairs.doubtful();
     document.mended = repairs.mended();
     document.moved = repairs.moved();
+    document.loose = repairs.loose();
     for (const Finding &finding : found.all()) {
         if (!isMistake(finding))
             continue;
@@ -599,6 +600,7 @@ void noteMistakes(const SourceText &source, const Repairs &repairs, const Findin
     document.mended.settle();
     document.doubtful.settle();
     document.moved.settle();
+    document.loose.settle();
 }
 
 // The first mistake of a line is the cause of the others there. What was mended comes first.

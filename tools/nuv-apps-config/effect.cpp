@@ -31,7 +31,7 @@ int errorLine(const Analysis &analysis, int noticedAt)
 QString unreadText(const Analysis &analysis, int noticedAt)
 {
     if (analysis.findings.has("not-text"))
-        return words("nothing is read of this file: it is no text that the library can read");
+        return words("nothing is read of this file: it is not text that the library can read");
     return QString(words("nothing is read of this file: the library stops at the syntax error in "
                          "line %1"))
         .arg(errorLine(analysis, noticedAt));

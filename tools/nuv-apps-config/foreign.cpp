@@ -67,32 +67,68 @@ bool matches(const QByteArray &line, const char *pattern)
     return QRegularExpression(QLatin1String(pattern)).match(QString::fromLatin1(line)).hasMatch();
 }
 
-// What the first lines look like; null for nothing that is known.
-const char *markup(const QByteArray &bytes)
+bool allMatch(const QList<QByteArray> &lines, const char *pattern)
+{
+    return lines.size() > 1
+        && std::all_of(lines.begin(), lines.end(),
+                       [pattern](const QByteArray &line) { return matches(line, pattern); });
+}
+
+struct Markup {
+    const char *name; ///< null: nothing that is known
+    const char *remedy;
+};
+
+const char startAnew[] = "the library reads JSON only; `nuv-apps-config template` prints a "
+                         "configuration to start from";
+
+// What is around or within a configuration that was copied from elsewhere.
+Markup wrapping(const QList<QByteArray> &lines)
+{
+    const QByteArray &first = lines.first();
+    if (matches(first, "^(var|let|const)\\s+\\w+\\s*=") || matches(first, "^module\\.exports\\b")
+        || matches(first, "^export\\s+default\\b") || matches(first, "^\\w+\\(\\s*\\{?$"))
+        return { "JavaScript", "keep what is from the first { to the last }" };
+    if (first.startsWith("```"))
+        return { "a block of Markdown", "remove the lines of ```" };
+    if (allMatch(lines, "^>"))
+        return { "a quotation of a mail", "remove the > at the beginning of each line" };
+    if (allMatch(lines, "^\\d+[:.|]?\\s+\\S"))
+        return { "a listing with line numbers", "remove the number at the beginning of each line" };
+    if (lines.size() > 1 && lines.at(1).startsWith("\\\""))
+        return { "JSON with escaped quotes", "write \" for each \\\"" };
+    return { nullptr, nullptr };
+}
+
+// What the first lines look like.
+Markup markup(const QByteArray &bytes)
 {
     const QList<QByteArray> lines = firstLines(bytes);
     if (lines.isEmpty())
-        return nullptr;
+        return { nullptr, nullptr };
+    const Markup wrapped = wrapping(lines);
+    if (wrapped.name)
+        return wrapped;
     const QByteArray first = lines.first().toLower();
     if (first.startsWith("<!doctype html") || first.startsWith("<html"))
-        return "an HTML page";
+        return { "an HTML page",
+                 "a server may have sent it instead of the file; get the file again" };
     if (matches(first, "^<[?!a-z]"))
-        return "XML";
+        return { "XML", startAnew };
     const bool isSection = matches(first, "^\\[[a-z][^\\]{\"]*\\]$");
     if (matches(first, "^[a-z][\\w./-]*\\s*=")
         || (isSection && lines.size() > 1 && matches(lines.at(1), "^[A-Za-z][\\w./-]*\\s*=")))
-        return "an INI file";
+        return { "an INI file", startAnew };
     if (first == "---" || first.startsWith("%yaml")
         || (matches(first, "^[a-z_][\\w -]*:($|\\s+[^{\\[])") && !first.endsWith(',')))
-        return "YAML";
-    return nullptr;
+        return { "YAML", startAnew };
+    return { nullptr, nullptr };
 }
 
 } // namespace
 
 bool Foreign::report(const QByteArray &bytes, Findings &findings)
 {
-    const QString hint = QLatin1String("the library reads JSON only");
     if (const char *const name = compression(bytes)) {
         findings.add("other-format", 0, 0,
                      QLatin1String("this is a compressed file: ") + QLatin1String(name),
@@ -104,9 +140,10 @@ bool Foreign::report(const QByteArray &bytes, Findings &findings)
                      QLatin1String("the library reads plain text in one byte per character"));
         return true;
     }
-    const char *const name = markup(bytes);
-    if (name)
+    const Markup found = markup(bytes);
+    if (found.name)
         findings.add("other-format", 0, 0,
-                     QString(QLatin1String("this is %1")).arg(QLatin1String(name)), hint);
-    return name;
+                     QString(QLatin1String("this is %1")).arg(QLatin1String(found.name)),
+                     QLatin1String(found.remedy));
+    return found.name;
 }

@@ -33,8 +33,8 @@ void checkSlash(const Node::Child &member, Findings &findings)
 {
     if (member.key.contains(QLatin1Char('/')))
         addAtKey(findings, "slash-in-key", member,
-                 text("a / in a key moves the keys behind it to other places in the flat settings"),
-                 text("choose a key without /; a remark may stand in \"_comment\""));
+                 text("a / in a key moves the keys after it to other places in the flat settings"),
+                 text("choose a key without /; a remark can be the value of \"_comment\""));
 }
 
 // The objects that the loader would read as arrays. A key with a slash, or one that comes twice, may
@@ -89,7 +89,7 @@ void checkSize(const Document &document, const Node &object, const Node::Child &
         findings
             .add("huge-size", value.begin, value.length(),
                  text("the loader would ask for that many elements, and be busy for minutes"),
-                 text("remove the key"))
+                 text("remove the key; a list is written in [ ]"))
             .edit = Edits::removeMember(document, object, member);
     else if (isSize)
         addAtKey(findings, "size-key", member,
@@ -131,7 +131,7 @@ void checkDuplicates(const Document &document, const Node &object, Findings &fin
         const bool canGo = isLost(document.at(*first), document.at(member));
         Finding &finding = addAtKey(
             findings, "duplicate-key", member,
-            QString(QLatin1String("the key %1 stands twice in one object: %2"))
+            QString(QLatin1String("the key %1 appears twice in one object: %2"))
                 .arg(quoted(member.key), fateOfDuplicate(document.at(*first), document.at(member))),
             canGo ? text("remove it") : QString());
         finding.remarks.push_back(Remark { first->keyBegin, text("the earlier one is here") });
@@ -228,7 +228,8 @@ bool KeyRules::checkName(const Document &document, const Node &object, const Nod
         return true;
     if (section == Section::Document && member.key == QLatin1String("Certificate"))
         addAtKey(findings, "top-level-certificate", member,
-                 text("a certificate is read inside \"Global\" and inside an application only"));
+                 text("a certificate is read inside \"Global\" and inside an application only"),
+                 text("move it into one of them"));
     else if (other)
         addAtKey(findings, "misplaced-key", member,
                  QString(QLatin1String("%1 is not read here")).arg(quoted(member.key)),
@@ -238,12 +239,12 @@ bool KeyRules::checkName(const Document &document, const Node &object, const Nod
     return true;
 }
 
-bool KeyRules::hasMisspelt(const Node &object, Section section, const QString &key)
+const Node::Child *KeyRules::misspelt(const Node &object, Section section, const QString &key)
 {
     const QStringList keys = keysOf(section);
     for (const Node::Child &member : object.children) {
         if (!keys.contains(member.key) && Spelling::nearest(member.key, keys) == key)
-            return true;
+            return &member;
     }
-    return false;
+    return nullptr;
 }

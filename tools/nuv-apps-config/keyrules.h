@@ -18,9 +18,9 @@ bool isKey(const Node::Child &member);
 bool checkName(const Document &document, const Node &object, const Node::Child &member,
                Section section, Findings &findings);
 
-/// Whether a key of the object is probably meant to be that of the section, which is reported where it
-/// is. What is missing is no mistake of its own then.
-bool hasMisspelt(const Node &object, Section section, const QString &key);
+/// The member whose key is probably meant to be that of the section, which is reported where it is; null
+/// when there is none. What is missing is not a mistake of its own then.
+const Node::Child *misspelt(const Node &object, Section section, const QString &key);
 
 } // namespace KeyRules
 

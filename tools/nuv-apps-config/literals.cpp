@@ -141,7 +141,7 @@ int TextCheck::unicodeEscape(int i)
     if (i + 6 >= m_source.size()) {
         m_findings
             .add("short-unicode-escape", i, 2,
-                 text("\\u too near the end of the file: the u stands for itself"),
+                 text("\\u too near the end of the file: the u is read as the letter u"),
                  text("write two backslashes for one"))
             .edit = change(i, 0, "\\");
         return i + 2;
@@ -151,7 +151,7 @@ int TextCheck::unicodeEscape(int i)
             continue;
         m_findings
             .add("bad-unicode-escape", i, 6,
-                 text("\\u takes the four bytes behind it, and they are no hexadecimal digits"),
+                 text("\\u takes the four bytes after it, and they are not hexadecimal digits"),
                  text("write two backslashes for one"))
             .edit = change(i, 0, "\\");
         break;
@@ -192,8 +192,8 @@ int TextCheck::control(int i)
     const QByteArray escape = escaped(QString(QLatin1Char(m_bytes[i])));
     m_findings
         .add("raw-control-character", i, 1,
-             m_bytes[i] == '\n' ? text("a line break inside a text becomes part of it")
-                                : text("a control character inside a text becomes part of it"),
+             m_bytes[i] == '\n' ? text("a line break inside a string becomes part of it")
+                                : text("a control character inside a string becomes part of it"),
              text("write ") + QString::fromLatin1(escape))
         .edit = change(i, 1, escape);
     return i + 1;
@@ -221,11 +221,13 @@ void Literals::checkNumber(const SourceText &source, int begin, int end, const Q
         const QByteArray meant = Numbers::meant(written);
         findings
             .add("odd-number", begin, end - begin,
-                 (meant.isEmpty() ? text("this is no number; the library reads ")
-                                  : text("JSON does not write a number so; the library reads "))
+                 (meant.isEmpty()
+                      ? text("this is not a number; the library reads ")
+                      : text("JSON does not write a number like this; the library reads "))
                      + numberText(value),
-                 meant.isEmpty() ? text("put it in quotes if it is meant as a string")
-                                 : text("write ") + QString::fromLatin1(meant))
+                 meant.isEmpty()
+                     ? text("one number belongs here; put it in quotes if a string is meant")
+                     : text("write ") + QString::fromLatin1(meant))
             .edit = Edit { begin, end - begin, meant.isEmpty() ? '"' + written + '"' : meant };
     } else if (hasLeadingZero(first, last)) {
         const QByteArray plain = Numbers::meant(written);
@@ -239,7 +241,7 @@ void Literals::checkNumber(const SourceText &source, int begin, int end, const Q
                && !std::memchr(first, 'e', size_t(last - first))
                && !std::memchr(first, 'E', size_t(last - first))) {
         findings.add("lost-digits", begin, end - begin,
-                     text("more digits than a whole number can have; the library reads ")
+                     text("more digits than an integer can have; the library reads ")
                          + numberText(value));
     }
 }

@@ -88,7 +88,7 @@ QByteArray Reference::programManual()
         + text("\\fBnuv\\-apps\\-config\\fR \\fICOMMAND\\fR [\\fIOPTION\\fR...] "
                "[\\fIARGUMENT\\fR...]\n")
         + heading("DESCRIPTION")
-        + text("The library passes over whatever is wrong in AppsConfig.json without a word. This "
+        + text("The library ignores whatever is wrong in AppsConfig.json, without a message. This "
                "program says what is wrong, where and why, and what the launcher will really see. "
                "Pass phrases, and passwords in addresses, are masked.\n")
         + heading("COMMANDS");

@@ -55,6 +55,10 @@ private:
     void checkMember(const Node &object, const Node::Child &member, Section section);
     bool mayBeOn(const Node &object, const QString &key) const;
 
+    bool takesPlaceOf(const Node &object, const char *key, Section section, const char *rule,
+                      const QString &what);
+    bool isElsewhere(const Node &object, const char *key, const char *rule, const QString &what,
+                     const QString &remedy);
     QByteArray unwrapped(const Node &array) const;
 
     const SourceText &m_source;
@@ -113,6 +117,39 @@ void Meaning::checkGlobal(const Node &global)
     checkMembers(global, Section::Global);
 }
 
+// A key that is missing because it is misspelt is one mistake, found where the misspelt one is, with the
+// weight of what is missing.
+bool Meaning::takesPlaceOf(const Node &object, const char *key, Section section, const char *rule,
+                           const QString &what)
+{
+    const Node::Child *member = KeyRules::misspelt(object, section, text(key));
+    if (!member)
+        return false;
+    if (m_document.isDoubtful(*member) || m_document.odd.touch(member->keyBegin, member->keyEnd))
+        return true; // what is wrong with the key is reported already
+    m_findings.remove("unknown-key", member->keyBegin);
+    const bool isCaseOnly = member->key.compare(text(key), Qt::CaseInsensitive) == 0;
+    m_findings
+        .add(rule, member->keyBegin, member->keyEnd - member->keyBegin, what,
+             QString(QLatin1String("did you mean %1?%2"))
+                 .arg(quoted(text(key)),
+                      text(isCaseOnly ? " Keys are compared with their case" : "")))
+        .edit = Edits::renameKey(*member, text(key));
+    return true;
+}
+
+// The same for a key that is in another object.
+bool Meaning::isElsewhere(const Node &object, const char *key, const char *rule,
+                          const QString &what, const QString &remedy)
+{
+    const Node::Child *member = m_document.member(object, text(key));
+    if (!member)
+        return false;
+    m_findings.remove("misplaced-key", member->keyBegin);
+    m_findings.add(rule, member->keyBegin, member->keyEnd - member->keyBegin, what, remedy);
+    return true;
+}
+
 void Meaning::checkVersion()
 {
     const Node &root = m_document.rootNode();
@@ -120,10 +157,12 @@ void Meaning::checkVersion()
     if (!global && m_document.isMended(root))
         return;
     if (!global) {
+        const QString what =
+            text("\"Global\" with the version is missing, so no application is loaded");
+        if (takesPlaceOf(root, "Global", Section::Document, "no-version", what))
+            return;
         m_findings
-            .add("no-version", root.begin, 1,
-                 text("\"Global\" with the version is missing, so no application is loaded"),
-                 text("add \"Global\": { \"Version\": 1 }"))
+            .add("no-version", root.begin, 1, what, text("add \"Global\": { \"Version\": 1 }"))
             .edit = Edits::insertMember(root, "\"Global\": { \"Version\": 1 }");
         return;
     }
@@ -133,6 +172,11 @@ void Meaning::checkVersion()
     const Node::Child *member = m_document.member(object, text("Version"));
     if (member ? m_document.isDoubtful(m_document.at(*member)) : m_document.isMended(object))
         return;
+    const QString what = text("\"Version\" is missing in \"Global\", so no application is loaded");
+    if (!member
+        && (takesPlaceOf(object, "Version", Section::Global, "no-version", what)
+            || isElsewhere(root, "Version", "no-version", what, text("move it into \"Global\""))))
+        return;
     if (member && m_document.at(*member).type == Node::Null)
         m_findings
             .add("no-version", m_document.at(*member).begin, m_document.at(*member).length(),
@@ -141,11 +185,8 @@ void Meaning::checkVersion()
     else if (member)
         ValueRules::checkVersion(m_document.at(*member), m_findings);
     else
-        m_findings
-            .add("no-version", object.begin, 1,
-                 text("\"Version\" is missing in \"Global\", so no application is loaded"),
-                 text("add \"Version\": 1"))
-            .edit = Edits::insertMember(object, "\"Version\": 1");
+        m_findings.add("no-version", object.begin, 1, what, text("add \"Version\": 1")).edit =
+            Edits::insertMember(object, "\"Version\": 1");
 }
 
 void Meaning::checkApplications()
@@ -156,6 +197,13 @@ void Meaning::checkApplications()
         return;
     const QString what = text("there are no applications");
     const QByteArray element = "{ \"Tag\": \"tv\", \"Url\": \"http://tv.example/\" }";
+    const Node::Child *global = m_document.member(root, text("Global"));
+    if (!member
+        && (takesPlaceOf(root, "Applications", Section::Document, "no-applications", what)
+            || (global
+                && isElsewhere(m_document.at(*global), "Applications", "no-applications", what,
+                               text("its place is next to \"Global\", not in it")))))
+        return;
     if (!member)
         m_findings
             .add("no-applications", root.begin, 1, what,
@@ -184,11 +232,11 @@ void Meaning::checkElements(const Node &applications)
 void Meaning::checkNoApplication(const Node &element)
 {
     const QByteArray inside = unwrapped(element);
-    Finding &finding =
-        m_findings.add("wrong-kind", element.begin, element.isContainer() ? 1 : element.length(),
-                       text("an application is an object, not ") + ValueRules::kindOf(element),
-                       text(inside.isEmpty() ? "it begins with { \"Tag\": "
-                                             : "remove it and its closing bracket"));
+    Finding &finding = m_findings.add(
+        "wrong-kind", element.begin, element.isContainer() ? 1 : element.length(),
+        text("an application is an object, not ") + ValueRules::kindOf(element),
+        text(inside.isEmpty() ? "for instance { \"Tag\": \"tv\", \"Url\": \"http://tv.example/\" }"
+                              : "remove it and its closing bracket"));
     if (!inside.isEmpty())
         finding.edit = Edits::replace(element, inside);
 }
@@ -210,7 +258,7 @@ void Meaning::checkApplication(const Node &application)
 {
     checkMembers(application, Section::Application);
     const bool mayLackTag = m_document.isMended(application)
-        || KeyRules::hasMisspelt(application, Section::Application, text("Tag"));
+        || KeyRules::misspelt(application, Section::Application, text("Tag"));
     if (m_tags.check(application, mayLackTag))
         checkAddress(application);
     checkNeeds(application);
@@ -227,7 +275,7 @@ void Meaning::checkAddress(const Node &application)
     if (isNull)
         m_findings.add("no-address", m_document.at(*member).begin, m_document.at(*member).length(),
                        text("an application shows nothing while its \"Url\" is null"));
-    else if (!member && !KeyRules::hasMisspelt(application, Section::Application, text("Url")))
+    else if (!member && !KeyRules::misspelt(application, Section::Application, text("Url")))
         m_findings.add("no-address", application.begin, 1,
                        text("an application without \"Url\" shows nothing"));
 }
@@ -240,9 +288,11 @@ void Meaning::checkDomains(const Node &domains)
             continue;
         if (element.type == Node::Object) {
             checkMembers(element, Section::Domain);
-            if (!m_document.member(element, text("Domain")) && !m_document.isMended(element))
-                m_findings.add("no-domain", element.begin, 1,
-                               text("an element without \"Domain\""));
+            const QString what = text("an element without \"Domain\" grants nothing");
+            if (!m_document.member(element, text("Domain")) && !m_document.isMended(element)
+                && !takesPlaceOf(element, "Domain", Section::Domain, "no-domain", what))
+                m_findings.add("no-domain", element.begin, 1, what,
+                               text("for instance { \"Domain\": \"tv.example\" }, or remove it"));
         } else if (element.type != Node::Missing) {
             checkPlainDomain(element);
         }
@@ -285,9 +335,6 @@ void Meaning::checkCertificate(const Node &certificate)
                            quoted(member->key) + text(" is not read without \"Path\""),
                            text("\"Path\" names the file of the certificate"));
     }
-    if (hasPath && passPhrase && !key && !mayLackMembers)
-        m_findings.add("no-effect", passPhrase->keyBegin, passPhrase->keyEnd - passPhrase->keyBegin,
-                       text("\"PassPhrase\" has no effect without \"PrivateKey\""));
     const bool isDoubtful = m_document.doubtful.touch(certificate.begin, certificate.end)
         || m_document.isMoved(certificate);
     if (hasPath && !isDoubtful && m_document.at(*path).type == Node::Text)

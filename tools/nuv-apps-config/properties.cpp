@@ -24,13 +24,13 @@ const std::vector<Property> table = {
     { Glob, "RemoteInspectorPort", nullptr, Kind::Port, "TCP port", 0, 65535, "The launcher opens no remote inspector.", "9222", Secret::No, "",
       "The port on which the launcher offers its remote inspector for all applications, unless the application that is opened first has a port of its own. -1 and 4294967295 are what the library itself uses for \"not set\"." },
     { Glob, "Certificate", nullptr, Kind::Object, "", None, NoRange, "No client certificate of last resort.",
-      "{ \"Path\": \"certificates/device.pem\" }", Secret::No, "",
+      "{ \"Path\": \"certificates/device.pem\", \"PrivateKey\": \"certificates/device.key\" }", Secret::No, "",
       "The client certificate that the launcher may use where an application has none of its own." },
 
     { App, "Tag", nullptr, Kind::Text, "", None, NoRange, "The whole application is skipped.", "\"tv\"", Secret::No, "",
       "The name by which the launcher asks for the application. Compared exactly, with its case; the first application with a tag wins whole." },
     { App, "Url", "Url", Kind::Address, "", None, NoRange, "Nothing is shown.", "\"http://tv.example/\"", Secret::Password, "",
-      "The address of the first page. One without a scheme is a file beside the configuration file." },
+      "The address of the first page. One without a scheme is a file next to the configuration file." },
     { App, "UserAgent", "UserAgent", Kind::UserAgent, "", None, NoRange, BrowserDefault, "\"Mozilla/5.0 (Linux; television) Example/1.0\"", Secret::No, "",
       "The text by which the browser names itself to servers and to scripts." },
     { App, "UserScript", "UserScript", Kind::ScriptFile, "", None, NoRange, "No script is added.", "\"scripts/tv.js\"", Secret::No, "",
@@ -40,13 +40,13 @@ const std::vector<Property> table = {
     { App, "HttpReferrer", "HttpReferrer", Kind::Referrer, "", None, NoRange, BrowserDefault, "\"http://portal.example/\"", Secret::Password, "",
       "What the first request names as the page that it comes from." },
     { App, "RemoteInspectorPort", "RemoteInspectorPort", Kind::Port, "TCP port", 0, 65535, "The global port counts.", "9223", Secret::No, "",
-      "The port of the remote inspector, in place of the global one. There is one inspector in a process, for all its applications: the port of the application that is opened first counts." },
+      "The port of the remote inspector, instead of the global one. There is one inspector in a process, for all its applications: the port of the application that is opened first counts." },
     { App, "Scale", "Scale", Kind::Number, "factor", 0.1, 10, "1, the page's own size.", "1.5", Secret::No, "",
       "The zoom factor of the page: 2 shows everything at twice its size." },
     { App, "WindowOpacity", "WindowOpacity", Kind::Number, "fraction", 0, 1, "1, opaque.", "0.9", Secret::No, "",
       "How opaque the window is, from 0, invisible, to 1. The window system must support it." },
     { App, "UseTransparentBackground", "UseTransparentBackground", Kind::Switch, "", None, NoRange, Off, "true", Secret::No, "",
-      "Where the page paints nothing, what lies behind the window shows through: the video, for an overlay." },
+      "Where the page paints nothing, what is behind the window shows through: the video, for an overlay." },
     { App, "Frameless", "Frameless", Kind::Switch, "", None, NoRange, Off, "true", Secret::No, "",
       "The window has no frame and no title." },
     { App, "StartMaximized", "StartMaximized", Kind::Switch, "", None, NoRange, Off, "true", Secret::No, "",
@@ -58,7 +58,7 @@ const std::vector<Property> table = {
     { App, "ProhibitMainFrameScrolling", "ProhibitMainFrameScrolling", Kind::Switch, "", None, NoRange, Off, "true", Secret::No, "",
       "The page as a whole cannot be scrolled. Parts of it that scroll by themselves still can." },
     { App, "ResizesToContents", "ResizesToContents", Kind::Switch, "", None, NoRange, Off, "true", Secret::No, "UseGraphicsView",
-      "The view grows to the size of the page, in place of scrolling in it." },
+      "The view grows to the size of the page, instead of scrolling in it." },
     { App, "DisableSpatialNavigation", "DisableSpatialNavigation", Kind::Switch, "", None, NoRange, BrowserDefault, "true", Secret::No, "",
       "The arrow keys do not move the focus from link to link. For pages that handle the keys of the remote control themselves." },
     { App, "UseGraphicsView", "UseGraphicsView", Kind::Switch, "", None, NoRange, Off, "true", Secret::No, "",
@@ -100,7 +100,7 @@ const std::vector<Property> table = {
       "The application may use the interfaces that control the broadcast receiver." },
     { App, "GrantBroadcastAccessRightDomains", "GrantBroadcastAccessRightDomains", Kind::Array, "", None, NoRange, "The host of Url is the one domain.",
       "[ { \"Domain\": \"broadcaster.example\" } ]", Secret::No, "",
-      "The domains whose pages may reach the broadcast. An array of objects with the key Domain each; plain texts are lost." },
+      "The domains whose pages may reach the broadcast. An array of objects with the key Domain each; plain strings are lost." },
     { App, "NetworkSessionNoAutoClose", "NetworkSessionNoAutoClose", Kind::Switch, "", None, NoRange, Off, "true", Secret::No, "",
       "The network connection stays open when nothing was transferred for a while." },
     { App, "EnableShowErrorPage", "EnableShowErrorPage", Kind::Switch, "", None, NoRange, BrowserDefault, "true", Secret::No, "",
@@ -116,11 +116,11 @@ const std::vector<Property> table = {
     { Cert, "Path", "CertPath", Kind::FilePath, "", None, NoRange, "There is no certificate, and the two other keys are not read.",
       "\"certificates/tv.pem\"", Secret::No, "",
       "The file with the certificate, in PEM form." },
-    { Cert, "PrivateKey", "CertPrivateKey", Kind::FilePath, "", None, NoRange, "The certificate cannot be used to answer for its owner.",
+    { Cert, "PrivateKey", "CertPrivateKey", Kind::FilePath, "", None, NoRange, "The reference launcher looks for the key in the file of the certificate.",
       "\"certificates/tv.key\"", Secret::No, "CertPath",
       "The file with the private key that belongs to the certificate, in PEM form. Nobody but the launcher's user should be able to read it." },
     { Cert, "PassPhrase", "CertPassPhrase", Kind::Text, "", None, NoRange, "The private key is not encrypted.",
-      "\"correct horse\"", Secret::Whole, "CertPrivateKey",
+      "\"correct horse\"", Secret::Whole, "CertPath",
       "What the private key is encrypted with. Never shown." },
 
     { Dom, "Domain", nullptr, Kind::Domain, "", None, NoRange, "The element grants nothing.", "\"broadcaster.example\"", Secret::No, "",
@@ -248,22 +248,22 @@ QString Properties::kindName(Kind kind)
         return QLatin1String("true or false");
     case Kind::Text:
     case Kind::UserAgent:
-        return QLatin1String("a text");
+        return QLatin1String("a string");
     case Kind::Address:
     case Kind::Referrer:
-        return QLatin1String("a text with an address");
+        return QLatin1String("a string with an address");
     case Kind::Proxy:
-        return QLatin1String("a text with a host and a port");
+        return QLatin1String("a string with a host and a port");
     case Kind::Domain:
-        return QLatin1String("a text with a domain");
+        return QLatin1String("a string with a domain");
     case Kind::FilePath:
     case Kind::ScriptFile:
-        return QLatin1String("a text with the path of a file");
+        return QLatin1String("a string with the path of a file");
     case Kind::Number:
         return QLatin1String("a number");
     case Kind::Integer:
     case Kind::Port:
-        return QLatin1String("a whole number");
+        return QLatin1String("an integer");
     case Kind::Version:
         return QLatin1String("a number");
     case Kind::Object:

@@ -574,6 +574,8 @@ void Repairs::take(const Slip &slip, int opened)
         finding.edit = numberWritten(place, given);
     else if (slip.kind != Slip::MissingValue)
         finding.edit = original(slip.edit);
+    if (slip.kind == Slip::ExtraComma || slip.kind == Slip::TrailingComma)
+        m_loose.add(place, place + slip.length);
     if (slip.kind > Slip::ExtraColon)
         m_mended.add(place, place + slip.length);
     if (slip.kind >= Slip::MissingOpeningQuote)

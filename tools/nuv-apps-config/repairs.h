@@ -43,6 +43,9 @@ public:
     /// Where something may be missing for a mistake: not for a comma or a colon.
     const Places &mended() const { return m_mended; }
 
+    /// Where a comma was taken away that waited for an entry.
+    const Places &loose() const { return m_loose; }
+
     /// Where brackets were put in, taken away or replaced.
     const Places &moved() const { return m_moved; }
 
@@ -65,6 +68,7 @@ private:
     Places m_doubtful;
     Places m_moved;
     Places m_mended;
+    Places m_loose;
     qint64 m_budget;
 };
 

@@ -35,7 +35,7 @@ const Wording wordings[] = {
     { "unterminated-string", "the backslash makes the closing quote a part of the string",
       "write \\\\ for a backslash" },
     { "unexpected-token", "these two characters have changed places", "write %2" },
-    { "unexpected-token", "this cannot stand here", "remove it" },
+    { "unexpected-token", "this cannot be here", "remove it" },
     { "bad-number", "%1 is not a number", "%3" },
     { "bad-number", "a number has a point, not a comma", "%3" },
 };

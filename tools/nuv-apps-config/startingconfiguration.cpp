@@ -61,8 +61,7 @@ QByteArray Reference::startingConfiguration()
     return "{\n"
         + member(
                "_comment",
-               quoted(
-                   "A configuration to start from. Keys that begin with _comment are passed over."),
+               quoted("A configuration to start from. Keys that begin with _comment are ignored."),
                4)
         + ",\n    \"Global\": {\n" + members(Section::Global, 8)
         + "    },\n    \"Applications\": [\n        {\n" + members(Section::Application, 12)

@@ -31,25 +31,33 @@ bool TagRules::check(const Node &application, bool mayBeMissing)
     if (tag->type != Node::Text)
         m_findings
             .add("tag-not-text", tag->begin, tag->length(),
-                 text("the tag is no text; it becomes ") + quoted(name), text("put it in quotes"))
+                 text("the tag is not a string; it becomes ") + quoted(name),
+                 text("put it in quotes"))
             .edit = Edits::replace(*tag, Edits::quoted(name));
     else if (name.isEmpty())
-        m_findings.add("empty-tag", tag->begin, tag->length(), text("the tag is empty"));
+        m_findings
+            .add("empty-tag", tag->begin, tag->length(), text("the tag is empty"),
+                 text("write a name of its own, as in ") + QString::fromLatin1(proposedName()))
+            .edit = Edits::replace(*tag, proposedName());
     if (reportDuplicate(application, *tag))
         return false;
     reportSimilar(*tag);
     return true;
 }
 
+QByteArray TagRules::proposedName() const
+{
+    return Edits::quoted(QString(QLatin1String("application-%1")).arg(m_count));
+}
+
 // A tag that is null or a container stands where the mistake is.
 void TagRules::reportMissing(const Node &application, const Node *tag)
 {
-    const QString proposal = QString(QLatin1String("application-%1")).arg(m_count);
-    const QByteArray name = Edits::quoted(proposal);
+    const QByteArray name = proposedName();
     if (tag) {
         m_findings
             .add("no-tag", tag->begin, tag->isContainer() ? 1 : tag->length(),
-                 text("an application is skipped without a tag that is a text"),
+                 text("an application is skipped without a tag that is a string"),
                  text("write a name of its own, as in ") + QString::fromLatin1(name))
             .edit = Edits::replace(*tag, name);
         return;
@@ -75,7 +83,8 @@ bool TagRules::reportDuplicate(const Node &application, const Node &tag)
                               "its %2 other %3"))
             .arg(quoted(name))
             .arg(lost)
-            .arg(lost == 1 ? QLatin1String("key") : QLatin1String("keys")));
+            .arg(lost == 1 ? QLatin1String("key") : QLatin1String("keys")),
+        text("give it another tag, or remove one of the two"));
     finding.remarks.push_back(Remark { first->begin, text("the first one is here") });
     return true;
 }
@@ -92,6 +101,7 @@ void TagRules::reportSimilar(const Node &tag)
     m_findings
         .add("similar-tag", tag.begin, tag.length(),
              QString(QLatin1String("the tags %1 and %2 differ by case only"))
-                 .arg(quoted(first->value.toString()), quoted(name)))
+                 .arg(quoted(first->value.toString()), quoted(name)),
+             text("give one of the two another name"))
         .remarks.push_back(Remark { first->begin, text("the first one is here") });
 }

@@ -20,6 +20,7 @@ public:
     bool check(const Node &application, bool mayBeMissing);
 
 private:
+    QByteArray proposedName() const;
     void reportMissing(const Node &application, const Node *tag);
     bool reportDuplicate(const Node &application, const Node &tag);
     void reportSimilar(const Node &tag);

@@ -143,6 +143,13 @@ void report(const Property &property, const Node &value, const Judgement &judgem
     const bool isFile = qstrcmp(judgement.rule, "missing-file") == 0;
     const QString shown = Secrets::shown(text(property.key), instead).toString();
     QString hint;
+    const bool isForeign = value.value.toString().isEmpty()
+        || (property.kind == Kind::ScriptFile
+            && judgement.objection.reason != text("there is no such file"));
+    const bool isNeeded = property.kind == Kind::Address || property.kind == Kind::Domain;
+    if (instead.isEmpty() && isForeign)
+        hint = text("for instance ") + text(property.example)
+            + text(isNeeded ? "" : ", or remove the key");
     if (!instead.isEmpty())
         hint = isFile ? shown + text(" is there")
                       : QString(QLatin1String("did you mean \"%1\"?")).arg(shown);

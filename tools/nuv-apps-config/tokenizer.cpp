@@ -226,7 +226,7 @@ bool Tokenizer::skipInvisible(int begin)
         else
             m_findings
                 .add("invisible-character", begin, size,
-                     text("an invisible character that is no blank for the library"),
+                     text("an invisible character that is not a blank for the library"),
                      text("replace it by a space"))
                 .edit = Edit { begin, size, " " };
         restart(begin + size);
@@ -245,7 +245,7 @@ bool Tokenizer::takeUnexpected(Token *token)
     restart(token->end);
     if (m_manner == Strict)
         return true;
-    m_findings.add("unexpected-token", begin, size, text("this character cannot stand here"));
+    m_findings.add("unexpected-token", begin, size, text("this character cannot be here"));
     return false;
 }
 
@@ -283,7 +283,7 @@ bool Tokenizer::mendQuoted(Token *token)
     token->end = end + closing;
     m_findings
         .add(isSingle ? "single-quotes" : "smart-quotes", begin, token->end - begin,
-             isSingle ? text("a text in single quotes") : text("a text in typographic quotes"),
+             isSingle ? text("a string in single quotes") : text("a string in typographic quotes"),
              text("use the straight double quote, \""))
         .edit = Edit { begin, token->end - begin,
                        '"' + m_source.bytes().mid(begin + opening, end - begin - opening) + '"' };

@@ -48,11 +48,21 @@ bool fits(const Property &property, const Node &value)
     }
 }
 
+// An example of a secret would be masked. One of objects is long, or has a certificate in it.
+bool isExampleShown(const Property &property)
+{
+    return property.secret != Secret::Whole && property.kind != Kind::Object
+        && property.kind != Kind::Array;
+}
+
 // How `bytes`, which are to be written instead, differ from what is there.
 QString hintFor(const Property &property, const Node &value, const QByteArray &bytes)
 {
+    if (bytes.isEmpty() && property.kind == Kind::Switch)
+        return text("write true or false");
     if (bytes.isEmpty())
-        return property.kind == Kind::Switch ? text("write true or false") : QString();
+        return isExampleShown(property) ? text("for instance ") + text(property.example)
+                                        : QString();
     if (Properties::isText(property))
         return text("put it in quotes");
     if (value.isContainer())
@@ -81,9 +91,9 @@ QString ValueRules::kindOf(const Node &value)
     case Node::Bool:
         return value.value.toBool() ? text("true") : text("false");
     case Node::Number:
-        return isWhole(value.value.toDouble()) ? text("a whole number") : text("a number");
+        return isWhole(value.value.toDouble()) ? text("an integer") : text("a number");
     case Node::Text:
-        return text("a text");
+        return text("a string");
     case Node::Object:
         return text("an object");
     case Node::Array:
@@ -99,9 +109,13 @@ void ValueRules::checkVersion(const Node &version, Findings &findings)
     const float number = static_cast<float>(version.value.toDouble());
     if (version.type == Node::Missing || version.isContainer() || (number >= 1.0f && number < 2.0f))
         return;
+    const double given = version.value.toDouble();
+    const bool isRoundedUp = given >= 1 && given < 2;
+    findings.remove("odd-number", version.begin); // one mistake, and this is what comes of it
     findings
         .add("unusable-version", version.begin, version.length(),
-             text("this version does not load any application"),
+             text(isRoundedUp ? "this version is rounded to 2, and does not load any application"
+                              : "this version does not load any application"),
              text("versions from 1 up to, but not including, 2 pass: write 1"))
         .edit = Edits::replace(version, "1");
 }
@@ -146,8 +160,11 @@ void ValueRules::checkNull(const KnownValue &known)
         if (qstrcmp(known.property.key, key) == 0)
             return;
     }
-    m_findings.add("null-value", known.value.begin, known.value.length(),
-                   name(known.property) + text(" is null, which counts as not configured"));
+    m_findings
+        .add("null-value", known.value.begin, known.value.length(),
+             name(known.property) + text(" is null, which counts as not configured"),
+             text("remove it, or write a value"))
+        .edit = Edits::removeMember(m_document, known.object, known.member);
 }
 
 void ValueRules::checkKind(const KnownValue &known)
