@@ -93,7 +93,8 @@ bool readShortInteger(const char *p, const char *end, int *value)
 
 // Reads up to 15 digits with a point between them, after at most one minus sign. They and the power of ten
 // are exact in a double, so that their quotient is the double that is nearest. Returns false for any other
-// text, and where the processor computes with more digits than a double has.
+// text that has a point or an exponent, and where the processor computes with more digits than a double
+// has.
 bool readShortDecimal(const char *p, const char *end, double *value)
 {
     const bool isNegative = *p == '-';
@@ -113,8 +114,6 @@ bool readShortDecimal(const char *p, const char *end, double *value)
         digits = digits * 10 + (*p - '0');
         divisor *= 10;
     }
-    if (divisor == 0)
-        return false;
     const double magnitude = double(digits) / double(divisor);
     *value = isNegative ? -magnitude : magnitude;
     return true;
