@@ -15,7 +15,9 @@
 #include "tests/support/toolkitdifferences.h"
 
 #include <QBuffer>
+#include <QPoint>
 #include <QStringList>
+#include <QUrl>
 #include <QtDebug>
 
 #include <algorithm>
@@ -176,6 +178,7 @@ private Q_SLOTS:
     void malformedFilesReadAsFilesWithoutKeys();
     void settingsReadFiles();
     void settingsWriteNewFiles();
+    void settingsWriteValuesOfOtherTypes();
     void settingsChangeFilesAndWriteThemBack();
     void writingKeepsOrReplacesTheFile();
     void writingKeepsPermissions_data();
@@ -904,6 +907,32 @@ void tst_JsonSettingsFormat::settingsWriteNewFiles()
              QByteArray("{\n    \"group\":\n    {\n        \"number\":7\n    },\n    \"list\":\n"
                         "    [\n        {\n            \"at\":0\n        },\n        {\n"
                         "            \"at\":1\n        }\n    ],\n    \"text\":\"\\u00e9\"\n}"));
+}
+
+// A launcher can store what no document holds.
+void tst_JsonSettingsFormat::settingsWriteValuesOfOtherTypes()
+{
+    const TemporaryDir folder;
+    const QString path = folder.filePath(QLatin1String("types.json"));
+    {
+        QSettings settings(path, JsonSettingsFormat);
+        settings.setValue(QLatin1String("address"), QUrl(QLatin1String("http://tv.example/")));
+        settings.setValue(QLatin1String("bytes"), QByteArray("a\n"));
+        settings.setValue(QLatin1String("character"), QChar(0xe9));
+        settings.setValue(QLatin1String("letter"), QChar('A'));
+        settings.setValue(QLatin1String("long"), QVariant::fromValue(-5L));
+        settings.setValue(QLatin1String("none"), QStringList());
+        settings.setValue(QLatin1String("point"), QPoint(1, 2));
+        settings.setValue(QLatin1String("strings"), QStringList(QLatin1String("b")));
+        settings.setValue(QLatin1String("unsigned"), 4294967295u);
+    }
+
+    QCOMPARE(fileContents(path),
+             QByteArray("{\n    \"address\":\"http://tv.example/\",\n    \"bytes\":\"a\\n\",\n"
+                        "    \"character\":\\u00e9,\n    \"letter\":A,\n    \"long\":-5,\n"
+                        "    \"none\":\n    [\n\n    ],\n    \"point\":,\n"
+                        "    \"strings\":\n    [\n        \"b\"\n    ],\n"
+                        "    \"unsigned\":4294967295\n}"));
 }
 
 void tst_JsonSettingsFormat::settingsChangeFilesAndWriteThemBack()
