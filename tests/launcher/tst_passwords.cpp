@@ -79,7 +79,11 @@ void tst_Passwords::aPasswordIsMaskedInEveryForm_data()
     row("http:/./me:secret@host/", "http:/./me:********@host/");
     row("http:/[/me:secret@host/", "http:/[/me:********@host/");
     row("http:/#me:secret@host/", "http:/#me:********@host/");
-    row("http://host/a:secret@c", "http://host/a:********@c");
+    row("http://host/a:secret@c", "http://********@c");
+    row("http://meVok/pw:se/cret@host/", "http://********@host/");
+    row("h//ttp://me:secrethost/", "h//ttp://me:********");
+    row("http:/x/me:secrethost/", "http:/x/me:********");
+    row("http://me:se@cret%2Fhost/", "http://me:********");
     row("http://secret@host:8080/", "http://********@host:8080/");
     row("http://me;secret@host/", "http://********@host/");
     row("http://me;secret@host:80", "http://********@host:80");

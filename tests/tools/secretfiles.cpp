@@ -1,6 +1,7 @@
 #include "tests/tools/secretfiles.h"
 
 #include <algorithm>
+#include <cstring>
 #include <numeric>
 #include <vector>
 
@@ -119,11 +120,26 @@ int countOfSigns(const QByteArray &bytes)
     return bytes.count('@') + bytes.count("\\u0040");
 }
 
+// "http://me:73/abc" without an @ is a host, its port and a path.
+bool isPortAndPath(const QByteArray &afterColon)
+{
+    int digits = 0;
+    while (digits < afterColon.size() && afterColon.at(digits) >= '0'
+           && afterColon.at(digits) <= '9')
+        ++digits;
+    return digits <= 5 && digits < afterColon.size()
+        && QByteArray("/?#").contains(afterColon.at(digits));
+}
+
 // Whether the colon of a password is there, in what is still an address.
 bool hasUser(const QByteArray &bytes)
 {
-    return (bytes.contains("usr:") || bytes.contains("me:"))
-        && (bytes.contains("://") || bytes.contains("HttpProxy"));
+    for (const char *user : { "usr:", "me:" }) {
+        const int at = bytes.indexOf(user);
+        if (at >= 0 && !isPortAndPath(bytes.mid(at + int(std::strlen(user)))))
+            return bytes.contains("://") || bytes.contains("HttpProxy");
+    }
+    return false;
 }
 
 // Whether anything tells that the text before the @ is more than the name of a file such as "me@home.js".

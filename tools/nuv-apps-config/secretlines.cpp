@@ -13,18 +13,31 @@ namespace {
 const int LongestLine = 65536;
 const int LongestName = 12;
 
+// Whether the letters may be the rest of the name, after a mistake in it: "Certific/ate".
+bool isRestOfName(const QString &letters)
+{
+    return QString(QLatin1String("certificate")).endsWith(letters, Qt::CaseInsensitive);
+}
+
 // A colon, a brace or another mark between the key and what belongs to it, with anything in between that
 // may be a mistake. The name of a file goes on with letters: "certificate.pem".
 bool endsKey(const QString &text, int end)
 {
-    while (end < text.size() && text.at(end).isLetter())
-        ++end;
-    while (end < text.size() && !text.at(end).isLetterOrNumber()) {
-        if (QString(QLatin1String(":=;,{\"'")).contains(text.at(end)))
+    for (int begin = end; begin == end || isRestOfName(text.mid(begin, end - begin));) {
+        while (end < text.size() && text.at(end).isLetter())
+            ++end;
+        while (end < text.size() && !text.at(end).isLetterOrNumber()) {
+            if (QString(QLatin1String(":=;,{\"'")).contains(text.at(end)))
+                return true;
+            ++end;
+        }
+        if (end == text.size())
             return true;
-        ++end;
+        begin = end;
+        while (end < text.size() && text.at(end).isLetter())
+            ++end;
     }
-    return end == text.size();
+    return false;
 }
 
 bool isValue(const LineWord &word)
@@ -44,9 +57,29 @@ bool hasPort(const LineWord &word)
     return slashes >= 0 && word.text.indexOf(QLatin1Char(':'), slashes) >= 0;
 }
 
+// Whether user and host may be in it, which another word goes on with.
+bool isAddress(const LineWord &word)
+{
+    return word.text.contains(QLatin1String("//")) || word.text.contains(QLatin1String(":/"));
+}
+
+// Where a quote is missing, more than a value is between two of them.
+bool holdsMore(const LineWord &word)
+{
+    return word.text.contains(QLatin1String("/*"))
+        || std::any_of(word.text.begin(), word.text.end(),
+                       [](QChar c) { return QString(QLatin1String(",{}[]")).contains(c); });
+}
+
 bool isMarkAt(const std::vector<LineWord> &words, size_t index, char mark)
 {
     return index < words.size() && words[index].isMark(mark);
+}
+
+// A piece of one may be the value of another piece.
+bool isWholeAddress(const std::vector<LineWord> &words, size_t i)
+{
+    return (i >= 2 && SecretNames::isKnown(words[i - 2].text)) || isAddress(words[i]);
 }
 
 bool isSoundWord(const std::vector<LineWord> &words, size_t i)
@@ -58,7 +91,7 @@ bool isSoundWord(const std::vector<LineWord> &words, size_t i)
     const bool isDoubled = i > 0 && isValue(word) && isValue(words[i - 1]);
     switch (word.type) {
     case LineWord::Text:
-        return !isDoubled && (isMember || !hasSign(word));
+        return !isDoubled && (!hasSign(word) || (isMember && isWholeAddress(words, i)));
     case LineWord::Bare:
         return !isDoubled && (isNumber || SecretNames::isKnown(word.text));
     case LineWord::Mark:
@@ -123,6 +156,7 @@ void SecretLines::findInLine(const Line &line)
     m_tail = hasName ? QString() : decoded.text().right(LongestName);
     const bool isInside = isInCertificate(line, decoded, text);
     const bool isAfter = follows(line, hasName);
+    m_followsName = hasName || (isInside && !isSound(words));
     const bool isBinary = decoded.text().contains(QChar(0));
     if (hasName || isInside || isAfter || isBinary || hasPassword(words, decoded)) {
         addWords(m_comment);
@@ -173,7 +207,6 @@ bool SecretLines::follows(const Line &line, bool hasName)
     const int opened = text.count('[') + text.count('{') - text.count(']') - text.count('}');
     m_isOpenText = hasName ? hasOddQuotes : m_isOpenText && !text.contains('"');
     m_brackets = hasName || m_brackets > 0 ? qMax(0, m_brackets + opened) : 0;
-    m_followsName = hasName;
     return result;
 }
 
@@ -202,6 +235,7 @@ bool SecretLines::hasPassword(const std::vector<LineWord> &words, const DecodedT
 
 void SecretLines::addWords(const std::vector<LineWord> &words)
 {
+    const bool hasSigns = std::any_of(words.begin(), words.end(), hasSign);
     for (size_t i = 0; i < words.size(); ++i) {
         const LineWord &word = words[i];
         const bool isShort = word.type == LineWord::Bare && word.text.size() <= 2
@@ -212,7 +246,8 @@ void SecretLines::addWords(const std::vector<LineWord> &words)
             continue;
         const bool isSpared = i >= 2 && LineWord::isMember(words, i - 2)
             && !SecretNames::isSecret(words[i - 2].text) && !SecretNames::isSecret(word.text)
-            && !hasSign(word) && !hasPort(word) && !words[i - 2].text.startsWith(QLatin1Char('_'));
+            && !hasSign(word) && !hasPort(word) && !(hasSigns && isAddress(word))
+            && !holdsMore(word) && !words[i - 2].text.startsWith(QLatin1Char('_'));
         if (!isSpared)
             m_ranges.push_back({ word.begin, word.end });
     }

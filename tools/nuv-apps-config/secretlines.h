@@ -42,7 +42,8 @@ private:
     bool m_isInCertificate = false;
     int m_depth = 0; ///< of the braces since the name of the certificate
     int m_strayBraces = 0; ///< that closed something before the first one
-    bool m_followsName = false; ///< the last line that is not blank holds the name of a secret
+    /// The last line that is not blank holds the name of a secret, or has a mistake in a certificate.
+    bool m_followsName = false;
     int m_brackets = 0; ///< that are open since then
     QString m_tail; ///< the end of the last line: a name may have a line break in it
     bool m_isOpenText = false; ///< the last quote of that line has no other

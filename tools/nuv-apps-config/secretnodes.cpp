@@ -15,6 +15,14 @@ bool isRead(const QString &key)
     return SecretNames::isKnown(key) && !key.startsWith(QLatin1String("_comment"));
 }
 
+// Whether key and value are the two pieces of an address with a password: "http://me:se": "cret@host".
+bool arePieces(const QString &key, const Node &value)
+{
+    const QString text = value.value.toString();
+    return value.type == Node::Text && text.contains(QLatin1Char('@'))
+        && !text.contains(QLatin1String("//")) && key.contains(QLatin1String("//"));
+}
+
 // Whether the text goes on after the name as a member would. "reset-password" in an address does not.
 bool holdsMember(const QString &text)
 {
@@ -57,11 +65,12 @@ void SecretNodes::findInMember(const Node::Child &member, const Surroundings &ar
     const bool isSecret = SecretNames::isSecret(member.key);
     const bool isHidden = !isKnown && (isSecret || around.isCertificate);
     const bool isShown = SecretNames::isKnown(member.key) || SecretNames::isMeant(member.key);
-    if (!isShown && isHidden)
+    const bool isPiece = !isKnown && arePieces(member.key, value);
+    if (!isShown && (isHidden || isPiece))
         add(member.keyBegin, member.keyEnd);
     else if (!isShown)
         findInText(member.keyBegin, member.keyEnd, false, false);
-    if (isSecret || isHidden)
+    if (isSecret || isHidden || isPiece)
         add(value.begin, value.end);
     else if (value.type == Node::Text)
         findInText(value.begin, value.end, m_surroundings[size_t(member.node)].isProxy, isKnown);

@@ -80,21 +80,23 @@ bool isPort(const QString &text)
     return digits <= 5;
 }
 
+// Only an IPv6 address in brackets has a percent sign.
+bool isHost(const QString &text)
+{
+    const QLatin1String others(text.startsWith(QLatin1Char('[')) ? "[]:%_" : "[]:_");
+    for (const QChar c : text) {
+        if (!isSchemeCharacter(c) && !QString(others).contains(c))
+            return false;
+    }
+    return true;
+}
+
 // "tv.example" rather than the name of a user, or a mark that is left of one.
 bool looksLikeHost(const QString &text)
 {
     return text == QLatin1String("localhost")
-        || (text.size() > 1
+        || (text.size() > 1 && isHost(text)
             && (text.contains(QLatin1Char('.')) || text.startsWith(QLatin1Char('['))));
-}
-
-bool isHost(const QString &text)
-{
-    for (const QChar c : text) {
-        if (!isSchemeCharacter(c) && !QString(QLatin1String("[]:%_")).contains(c))
-            return false;
-    }
-    return true;
 }
 
 // The last @ ends the password, or another character does that was meant for one: no host has a quote or
@@ -116,13 +118,21 @@ bool isCompleteBefore(const QString &address, int begin, int sign)
         && !address.left(end).contains(QLatin1Char('@'));
 }
 
+// Whether user and host begin where they should, so that no slash is before them.
+bool isAfterScheme(const QString &address, int begin)
+{
+    return begin > 0 && begin == address.indexOf(QLatin1String("//")) + 2;
+}
+
 // What follows the colon is a password up to the @. Without a colon it may be a key of access, or the
 // colon is what was mistyped.
 Passwords::Piece findBeforeSign(const QString &address, int begin, int sign, bool isAddress)
 {
     const int colon = endOfColon(address, begin);
     const bool hasColon = colon >= 0 && colon <= sign;
-    const bool hasUser = hasColon && address.indexOf(QLatin1Char('@'), begin) >= colon;
+    const bool isInPath =
+        isAfterScheme(address, begin) && endOfAuthority(address, begin) < colon - 1;
+    const bool hasUser = hasColon && !isInPath && address.indexOf(QLatin1Char('@'), begin) >= colon;
     if (!(hasColon || isAddress) || isCompleteBefore(address, begin, sign))
         return None;
     return between(hasUser ? colon : begin, endOfPassword(address, sign));
@@ -139,12 +149,25 @@ bool isNumericHost(const QString &text)
 }
 
 // The @ itself may be what was mistyped. What is no port is a password then.
-Passwords::Piece findWithoutSign(const QString &address, int begin, int colon)
+Passwords::Piece findWithoutSign(const QString &address, int begin)
 {
+    const int colon = endOfColon(address, begin);
     const int end = endOfAuthority(address, begin);
-    if (end < colon || isNumericHost(address.mid(begin, end - begin)))
+    if (colon < 0 || end < colon || isNumericHost(address.mid(begin, end - begin)))
         return None;
     return isPort(address.mid(colon, end - colon)) ? None : between(colon, address.size());
+}
+
+// What follows the slashes of a path, too: a proxy has none, and after "http:/" nobody knows the host.
+Passwords::Piece findInAnyPart(const QString &address, int begin)
+{
+    while (begin < address.size()) {
+        const Passwords::Piece piece = findWithoutSign(address, begin);
+        if (piece.length > 0)
+            return piece;
+        begin = endOfAuthority(address, begin) + 1;
+    }
+    return None;
 }
 
 // The first character that cannot be in a name of a user.
@@ -197,17 +220,20 @@ QString maskedSegment(const QString &segment)
 Passwords::Piece Passwords::find(const QString &address, Kind kind)
 {
     const int sign = address.lastIndexOf(QLatin1Char('@'));
-    int begin = endOfScheme(address);
-    if (begin == 0 && sign < 0 && address.contains(QLatin1String("//")))
-        begin = address.indexOf(QLatin1String("//")) + 2; // after a scheme that is none
+    const int begin = endOfScheme(address);
     const bool isAddress = begin > 0 || kind == Proxy;
-    const int colon = endOfColon(address, begin);
     if (sign >= 0) {
+        const int colon = endOfColon(address, begin);
         const bool hasPort = colon > sign && isPort(address.mid(colon));
         const bool hasSlashes = address.left(sign).contains(QLatin1String("//"));
         return findBeforeSign(address, begin, sign, isAddress || hasPort || hasSlashes);
     }
-    return isAddress && colon >= 0 ? findWithoutSign(address, begin, colon) : None;
+    if (kind == Proxy || (begin > 0 && !isAfterScheme(address, begin)))
+        return findInAnyPart(address, begin);
+    if (begin > 0)
+        return findWithoutSign(address, begin);
+    const int slashes = address.indexOf(QLatin1String("//"));
+    return slashes >= 0 ? findInAnyPart(address, slashes + 2) : None; // the scheme is none
 }
 
 QString Passwords::maskedAddress(const QString &address, Kind kind)
