@@ -1,5 +1,6 @@
 #include "tools/nuv-apps-config/foreign.h"
 
+#include <QHash>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -64,7 +65,10 @@ QList<QByteArray> firstLines(const QByteArray &bytes)
 
 bool matches(const QByteArray &line, const char *pattern)
 {
-    return QRegularExpression(QLatin1String(pattern)).match(QString::fromLatin1(line)).hasMatch();
+    static QHash<const char *, QRegularExpression> compiled;
+    if (!compiled.contains(pattern))
+        compiled.insert(pattern, QRegularExpression(QLatin1String(pattern)));
+    return compiled.value(pattern).match(QString::fromLatin1(line)).hasMatch();
 }
 
 bool allMatch(const QList<QByteArray> &lines, const char *pattern)

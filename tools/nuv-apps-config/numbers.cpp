@@ -52,27 +52,32 @@ QByteArray tidied(QByteArray number)
     return (isNegative ? "-" : "") + number;
 }
 
-QRegularExpressionMatch matched(const char *pattern, const QByteArray &text)
+QRegularExpression pattern(const char *text)
 {
-    return QRegularExpression(QLatin1String(pattern)).match(QString::fromLatin1(text));
+    return QRegularExpression(QLatin1String(text));
 }
 
 } // namespace
 
 QByteArray Numbers::meant(const QByteArray &written)
 {
-    QByteArray number = written;
-    number.replace('_', "").replace(',', ".");
-    QRegularExpressionMatch match = matched("^0[xX]([0-9a-fA-F]+)$", number);
+    static const QRegularExpression ofBase16 = pattern("^0[xX]([0-9a-fA-F]+)$");
+    static const QRegularExpression ofBytes = pattern("^([0-9]+(?:\\.[0-9]+)?)([kKmMgG])i?[bB]?$");
+    static const QRegularExpression ofHundredths = pattern("^([0-9]+(?:\\.[0-9]+)?)%$");
+    static const QRegularExpression ofC =
+        pattern("^([+-]?(?:[0-9]+\\.?[0-9]*|\\.[0-9]+)(?:[eE][+-]?[0-9]+)?)(?:f|F|L|LL|u|U)?$");
+    const QString number = QString::fromLatin1(written)
+                               .remove(QLatin1Char('_'))
+                               .replace(QLatin1Char(','), QLatin1Char('.'));
+    QRegularExpressionMatch match = ofBase16.match(number);
     if (match.hasMatch())
         return hexadecimal(match.captured(1).toLatin1());
-    match = matched("^([0-9]+(?:\\.[0-9]+)?)([kKmMgG])i?[bB]?$", number);
+    match = ofBytes.match(number);
     if (match.hasMatch())
         return withUnit(match.captured(1).toLatin1(), match.captured(2).toLower().toLatin1().at(0));
-    match = matched("^([0-9]+(?:\\.[0-9]+)?)%$", number);
+    match = ofHundredths.match(number);
     if (match.hasMatch())
         return ofPercent(match.captured(1).toLatin1());
-    match = matched("^([+-]?(?:[0-9]+\\.?[0-9]*|\\.[0-9]+)(?:[eE][+-]?[0-9]+)?)(?:f|F|L|LL|u|U)?$",
-                    number);
+    match = ofC.match(number);
     return match.hasMatch() ? tidied(match.captured(1).toLatin1()) : QByteArray();
 }
