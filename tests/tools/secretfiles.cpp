@@ -131,22 +131,41 @@ bool isPortAndPath(const QByteArray &afterColon)
         && QByteArray("/?#").contains(afterColon.at(digits));
 }
 
-// Whether the colon of a password is there, in what is still an address.
+// Whether the colon of a password is there, and no @ that could be the end of it, in what is still an address.
 bool hasUser(const QByteArray &bytes)
 {
     for (const char *user : { "usr:", "me:" }) {
         const int at = bytes.indexOf(user);
-        if (at >= 0 && !isPortAndPath(bytes.mid(at + int(std::strlen(user)))))
+        const QByteArray rest = bytes.mid(at + int(std::strlen(user)));
+        const QByteArray beforeQuery = rest.left(rest.indexOf("?a="));
+        if (at >= 0 && !isPortAndPath(rest) && countOfSigns(beforeQuery) == 0)
             return bytes.contains("://") || bytes.contains("HttpProxy");
     }
     return false;
 }
 
 // Whether anything tells that the text before the @ is more than the name of a file such as "me@home.js".
+// "http://me.abc/d@e" is a host and a path.
 bool looksLikeAddress(const QByteArray &bytes)
 {
-    return bytes.contains("//") || bytes.contains(":/") || bytes.contains("usr:")
-        || bytes.contains("me:") || mistakesIn(lettersOf(bytes), "httpproxy") <= 2;
+    if (bytes.contains("usr:") || bytes.contains("me:"))
+        return true;
+    const bool isProxy = mistakesIn(lettersOf(bytes), "httpproxy") <= 2;
+    const bool hasHost = bytes.contains("me.") && !isProxy;
+    return isProxy || (!hasHost && (bytes.contains("//") || bytes.contains(":/")));
+}
+
+// Only the last @ ends a password. Where that is gone, and another one is within, what follows it looks
+// like a host.
+bool endsAtLastSign(const SecretFile &file)
+{
+    const int sign = qMax(file.bytes.lastIndexOf('@'), file.bytes.lastIndexOf("\\u0040"));
+    const QByteArray rest = file.bytes.mid(sign);
+    for (int i = 0; i + 5 <= file.secret.size(); ++i) {
+        if (rest.contains(file.secret.mid(i, 5)))
+            return false;
+    }
+    return sign >= 0;
 }
 
 // Where three letters of its key are wrong, nobody can know a secret. A password needs both marks around
@@ -154,7 +173,8 @@ bool looksLikeAddress(const QByteArray &bytes)
 bool isRecognizable(const SecretFile &file, const QByteArray &sound, const Place &place)
 {
     if (place.isInAddress)
-        return (countOfSigns(file.bytes) >= countOfSigns(sound) && looksLikeAddress(file.bytes))
+        return (countOfSigns(file.bytes) >= countOfSigns(sound) && endsAtLastSign(file)
+                && looksLikeAddress(file.bytes))
             || (hasUser(file.bytes) && countOfSigns(file.secret) == 0);
     const QByteArray letters = lettersOf(file.bytes);
     return mistakesIn(letters, "passphrase") <= 2 || mistakesIn(letters, "password") <= 1

@@ -5,6 +5,7 @@
 
 #include <QSet>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -165,6 +166,12 @@ bool SecretNames::isKnown(const QString &word)
 
 bool SecretNames::isMeant(const QString &key)
 {
+    const int mostOthers = 2; // more are no mistakes in a key, but what follows it
+    const auto isOther = [](QChar c) {
+        return asLetter(c) == 0 && !QString(QLatin1String(" _-")).contains(c);
+    };
+    if (std::count_if(key.begin(), key.end(), isOther) > mostOthers)
+        return false;
     const Name members[] = { { "path", 1 },
                              { "privatekey", 2 },
                              { "certpath", 1 },

@@ -99,12 +99,22 @@ bool looksLikeHost(const QString &text)
             && (text.contains(QLatin1Char('.')) || text.startsWith(QLatin1Char('['))));
 }
 
+// Whether the word after the host's colon is no port.
+bool hasWrongPort(const QString &host)
+{
+    const int colon = endOfColon(host, 0);
+    const int blank = colon < 0 ? -1 : host.indexOf(QLatin1Char(' '), colon);
+    return colon >= 0 && !isPort(host.mid(colon, blank < 0 ? -1 : blank - colon));
+}
+
 // The last @ ends the password, or another character does that was meant for one: no host has a quote or
-// a semicolon in its name.
+// a semicolon in its name, and no port a letter.
 int endOfPassword(const QString &address, int sign)
 {
     const QString host = address.mid(sign + 1, endOfAuthority(address, sign) - sign - 1);
-    return isHost(host) || host.contains(QLatin1Char(' ')) ? sign : address.size();
+    const bool isSentence = host.contains(QLatin1Char(' '));
+    const bool endsAtSign = !hasWrongPort(host) && (isHost(host) || isSentence);
+    return endsAtSign ? sign : address.size();
 }
 
 // Whether host and port end before the first "/", and the @ is part of a path.
@@ -126,14 +136,16 @@ bool isAfterScheme(const QString &address, int begin)
 
 // What follows the colon is a password up to the @. Without a colon it may be a key of access, or the
 // colon is what was mistyped.
-Passwords::Piece findBeforeSign(const QString &address, int begin, int sign, bool isAddress)
+Passwords::Piece findBeforeSign(const QString &address, int begin, int sign, bool isAddress,
+                                Passwords::Kind kind)
 {
     const int colon = endOfColon(address, begin);
     const bool hasColon = colon >= 0 && colon <= sign;
     const bool isInPath =
         isAfterScheme(address, begin) && endOfAuthority(address, begin) < colon - 1;
     const bool hasUser = hasColon && !isInPath && address.indexOf(QLatin1Char('@'), begin) >= colon;
-    if (!(hasColon || isAddress) || isCompleteBefore(address, begin, sign))
+    const bool isPath = kind != Passwords::Proxy && isCompleteBefore(address, begin, sign);
+    if (isPath || !(hasColon || isAddress))
         return None;
     return between(hasUser ? colon : begin, endOfPassword(address, sign));
 }
@@ -226,7 +238,7 @@ Passwords::Piece Passwords::find(const QString &address, Kind kind)
         const int colon = endOfColon(address, begin);
         const bool hasPort = colon > sign && isPort(address.mid(colon));
         const bool hasSlashes = address.left(sign).contains(QLatin1String("//"));
-        return findBeforeSign(address, begin, sign, isAddress || hasPort || hasSlashes);
+        return findBeforeSign(address, begin, sign, isAddress || hasPort || hasSlashes, kind);
     }
     if (kind == Proxy || (begin > 0 && !isAfterScheme(address, begin)))
         return findInAnyPart(address, begin);
