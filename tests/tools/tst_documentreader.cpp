@@ -1,3 +1,4 @@
+#include "tests/support/amount.h"
 #include "tests/support/testmain.h"
 
 #include "json/jsonparser.h"
@@ -6,7 +7,7 @@
 #include <random>
 
 /// The reader must see what the library's parser sees: an error where that rejects, none where it
-/// accepts, and the same values.
+/// accepts, and the same values. NUV_READER_ROWS=100000 tries that many rows of tokens.
 class tst_DocumentReader : public QObject
 {
     Q_OBJECT
@@ -225,7 +226,8 @@ void tst_DocumentReader::agreesWithTheLibraryOnEveryShortRowOfTokens()
 void tst_DocumentReader::agreesWithTheLibraryOnRandomRowsOfTokens()
 {
     std::mt19937 engine(20240817);
-    for (int row = 0; row < 30000; ++row) {
+    const int rows = Amount::tried("NUV_READER_ROWS", 10000);
+    for (int row = 0; row < rows; ++row) {
         QByteArray bytes;
         for (unsigned long length = engine() % 14; length > 0; --length) {
             const int piece = int(engine() % unsigned(2 * pieceCount + oddPieceCount));
@@ -243,7 +245,8 @@ void tst_DocumentReader::agreesWithTheLibraryOnDamagedConfigurations()
     const QByteArray whole(configuration);
     const unsigned long size = static_cast<unsigned long>(whole.size());
     const char letters[] = "{}[],:\"'\\b1-. \n/tf\xc3";
-    for (int round = 0; round < 2500; ++round) {
+    const int rounds = Amount::tried("NUV_READER_ROUNDS", 2500);
+    for (int round = 0; round < rounds; ++round) {
         QByteArray bytes = whole;
         for (unsigned long edits = 1 + engine() % 2; edits > 0; --edits) {
             const int at = int(engine() % size) % bytes.size();
@@ -325,12 +328,14 @@ void tst_DocumentReader::keepsWhatItHasReadWhenItStops_data()
     QTest::newRow("no end of an array") << QByteArray(",\"k\":[1,\"l\":1");
 }
 
-// Each mistake is the last that it hears of for one of the counts, with a key of its own in front.
+// Each mistake is the last that it hears of for one of the counts, with a key of its own in front. Beyond
+// that count all is the same.
 void tst_DocumentReader::keepsWhatItHasReadWhenItStops()
 {
     QFETCH(QByteArray, mistake);
-    bool stopped = false;
-    for (int count = 90; count <= 180; ++count) {
+    int stops = 0;
+    for (int count = 90; stops < 3; ++count) {
+        QVERIFY(count <= 180);
         const QByteArray bytes =
             "{\"one\":1" + mistake.repeated(count) + ",\"the last one\":1" + mistake + '}';
         const Verdict verdict(bytes);
@@ -340,9 +345,8 @@ void tst_DocumentReader::keepsWhatItHasReadWhenItStops()
                 QCOMPARE(child.key.toLatin1(),
                          bytes.mid(child.keyBegin + 1, child.keyEnd - child.keyBegin - 2));
         }
-        stopped = stopped || !verdict.isReliable;
+        stops += !verdict.isReliable;
     }
-    QVERIFY(stopped);
 }
 
 NUV_TEST_MAIN(tst_DocumentReader)

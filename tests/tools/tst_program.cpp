@@ -87,7 +87,7 @@ namespace {
 
 // A file of 100 MB takes half a minute without optimisation.
 #ifdef NDEBUG
-const int LongLine = 100 << 20;
+const int LongLine = 32 << 20;
 #else
 const int LongLine = 4 << 20;
 #endif
