@@ -254,6 +254,8 @@ void tst_Secrets::oneMistakeDoesNotShowASecret_data()
         << phrase;
     QTest::newRow("a line break in an unknown key, and a missing quote")
         << QByteArray("\"PrivateKey\"b.key\",\"Kz}vq\nS3cret!\": \"a\"") << phrase;
+    QTest::newRow("a brace in a key")
+        << QByteArray("\"P}ath\": \"b.pem\",\n#  \"S3cret!\": \"a\"") << phrase;
     QTest::newRow("a slash in the key of the certificate")
         << QByteArray("\"Tag\": \"b\" }, \"Certific/ate{ \"S3cret!\": \"a\"") << phrase;
     QTest::newRow("an @ in a password whose own is broken")

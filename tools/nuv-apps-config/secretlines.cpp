@@ -154,7 +154,7 @@ void SecretLines::findInLine(const Line &line)
     const QString text = m_tail + decoded.text();
     const bool hasName = SecretNames::endOfSecretName(text) >= 0;
     m_tail = hasName ? QString() : decoded.text().right(LongestName);
-    const bool isInside = isInCertificate(line, decoded, text);
+    const bool isInside = isInCertificate(line, decoded, words, text);
     const bool isAfter = follows(line, hasName);
     m_followsName = hasName || (isInside && !isSound(words));
     const bool isBinary = decoded.text().contains(QChar(0));
@@ -171,7 +171,8 @@ void SecretLines::findInLine(const Line &line)
 }
 
 // A certificate goes on to the brace that ends it, or to the second one where none begins it.
-bool SecretLines::isInCertificate(const Line &line, const DecodedText &decoded, const QString &text)
+bool SecretLines::isInCertificate(const Line &line, const DecodedText &decoded,
+                                  const std::vector<LineWord> &words, const QString &text)
 {
     const bool wasInside = m_isInCertificate;
     const int end = SecretNames::endOfCertificateName(text);
@@ -184,17 +185,20 @@ bool SecretLines::isInCertificate(const Line &line, const DecodedText &decoded, 
         m_isInCertificate = true;
     }
     const bool isInside = wasInside || m_isInCertificate;
-    leaveCertificate(from, line.end);
+    leaveCertificate(from, words);
     return isInside;
 }
 
-void SecretLines::leaveCertificate(int begin, int end)
+// A brace between two quotes ends nothing: it is a part of a key or of a secret.
+void SecretLines::leaveCertificate(int begin, const std::vector<LineWord> &words)
 {
-    for (int at = begin; at < end && m_isInCertificate; ++at) {
-        if (m_bytes.at(at) == '{')
-            ++m_depth;
-        else if (m_bytes.at(at) == '}')
-            m_isInCertificate = m_depth > 0 ? --m_depth > 0 : ++m_strayBraces < 2;
+    for (const LineWord &word : words) {
+        for (int at = qMax(begin, word.begin); at < word.end && m_isInCertificate; ++at) {
+            if (m_bytes.at(at) == '{')
+                ++m_depth;
+            else if (m_bytes.at(at) == '}' && word.type != LineWord::Text)
+                m_isInCertificate = m_depth > 0 ? --m_depth > 0 : ++m_strayBraces < 2;
+        }
     }
 }
 

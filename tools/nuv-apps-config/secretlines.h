@@ -29,8 +29,9 @@ private:
 
     Line lineAt(int begin) const;
     void findInLine(const Line &line);
-    bool isInCertificate(const Line &line, const DecodedText &decoded, const QString &text);
-    void leaveCertificate(int begin, int end);
+    bool isInCertificate(const Line &line, const DecodedText &decoded,
+                         const std::vector<LineWord> &words, const QString &text);
+    void leaveCertificate(int begin, const std::vector<LineWord> &words);
     bool follows(const Line &line, bool hasName);
     bool hasPassword(const std::vector<LineWord> &words, const DecodedText &decoded) const;
     void addWords(const std::vector<LineWord> &words);
