@@ -256,6 +256,9 @@ void tst_Secrets::oneMistakeDoesNotShowASecret_data()
         << QByteArray("\"PrivateKey\"b.key\",\"Kz}vq\nS3cret!\": \"a\"") << phrase;
     QTest::newRow("a brace in a key")
         << QByteArray("\"P}ath\": \"b.pem\",\n#  \"S3cret!\": \"a\"") << phrase;
+    QTest::newRow("a digit after the key of the certificate")
+        << QByteArray("\"Tag\": \"b\" }, \"Certificate 1\": { \"PassPhrase\"; \"S3cret!\"")
+        << phrase;
     QTest::newRow("a slash in the key of the certificate")
         << QByteArray("\"Tag\": \"b\" }, \"Certific/ate{ \"S3cret!\": \"a\"") << phrase;
     QTest::newRow("an @ in a password whose own is broken")

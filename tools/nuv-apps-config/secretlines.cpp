@@ -23,7 +23,8 @@ bool isRestOfName(const QString &letters)
 // may be a mistake. The name of a file goes on with letters: "certificate.pem".
 bool endsKey(const QString &text, int end)
 {
-    for (int begin = end; begin == end || isRestOfName(text.mid(begin, end - begin));) {
+    int begin = -1;
+    while (begin < 0 || (begin < end && isRestOfName(text.mid(begin, end - begin)))) {
         while (end < text.size() && text.at(end).isLetter())
             ++end;
         while (end < text.size() && !text.at(end).isLetterOrNumber()) {
