@@ -99,12 +99,15 @@ bool looksLikeHost(const QString &text)
             && (text.contains(QLatin1Char('.')) || text.startsWith(QLatin1Char('['))));
 }
 
-// Whether the word after the host's colon is no port.
+// Whether what follows the host's colon is no port. The rest of a sentence may have a colon, too.
 bool hasWrongPort(const QString &host)
 {
-    const int colon = endOfColon(host, 0);
-    const int blank = colon < 0 ? -1 : host.indexOf(QLatin1Char(' '), colon);
-    return colon >= 0 && !isPort(host.mid(colon, blank < 0 ? -1 : blank - colon));
+    int end = 0;
+    while (end < host.size() && !QString(QLatin1String(" \t\n\"")).contains(host.at(end)))
+        ++end;
+    const QString word = host.left(end);
+    const int colon = endOfColon(word, 0);
+    return colon >= 0 && !isPort(word.mid(colon));
 }
 
 // The last @ ends the password, or another character does that was meant for one: no host has a quote or
@@ -112,7 +115,7 @@ bool hasWrongPort(const QString &host)
 int endOfPassword(const QString &address, int sign)
 {
     const QString host = address.mid(sign + 1, endOfAuthority(address, sign) - sign - 1);
-    const bool isSentence = host.contains(QLatin1Char(' '));
+    const bool isSentence = host.contains(QLatin1Char(' ')) || host.endsWith(QLatin1Char('\n'));
     const bool endsAtSign = !hasWrongPort(host) && (isHost(host) || isSentence);
     return endsAtSign ? sign : address.size();
 }
