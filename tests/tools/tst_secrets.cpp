@@ -259,6 +259,12 @@ void tst_Secrets::oneMistakeDoesNotShowASecret_data()
     QTest::newRow("a digit after the key of the certificate")
         << QByteArray("\"Tag\": \"b\" }, \"Certificate 1\": { \"PassPhrase\"; \"S3cret!\"")
         << phrase;
+    QTest::newRow("an escape that takes letters of a key")
+        << QByteArray("\"x\": true // \\u00assword: S3cret!,") << phrase;
+    QTest::newRow("an escape that takes letters of a secret")
+        << QByteArray("\"x\": true // password: \\uret!!") << QByteArray("uret!!");
+    QTest::newRow("a digit and no quote in the key of the certificate")
+        << QByteArray("\"Tag\": \"b\" }, \"Cetificate0: x \"_comment\": \"S3cret!\"") << phrase;
     QTest::newRow("a slash in the key of the certificate")
         << QByteArray("\"Tag\": \"b\" }, \"Certific/ate{ \"S3cret!\": \"a\"") << phrase;
     QTest::newRow("an @ in a password whose own is broken")

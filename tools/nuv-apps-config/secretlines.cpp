@@ -27,7 +27,7 @@ bool endsKey(const QString &text, int end)
     while (begin < 0 || (begin < end && isRestOfName(text.mid(begin, end - begin)))) {
         while (end < text.size() && text.at(end).isLetter())
             ++end;
-        while (end < text.size() && !text.at(end).isLetterOrNumber()) {
+        while (end < text.size() && !text.at(end).isLetter()) {
             if (QString(QLatin1String(":=;,{\"'")).contains(text.at(end)))
                 return true;
             ++end;
@@ -153,7 +153,10 @@ void SecretLines::findInLine(const Line &line)
     const DecodedText decoded(m_bytes, line.begin, line.end);
     const std::vector<LineWord> words = LineWord::wordsOf(m_bytes, line.begin, line.end);
     const QString text = m_tail + decoded.text();
-    const bool hasName = SecretNames::endOfSecretName(text) >= 0;
+    const QByteArray raw = m_bytes.mid(line.begin, line.end - line.begin);
+    const bool hasName = SecretNames::endOfSecretName(text) >= 0
+        || SecretNames::endOfSecretName(QString::fromLatin1(raw))
+            >= 0; // "\\u00assword" has four less
     m_tail = hasName ? QString() : decoded.text().right(LongestName);
     const bool isInside = isInCertificate(line, decoded, words, text);
     const bool isAfter = follows(line, hasName);
@@ -243,7 +246,7 @@ void SecretLines::addWords(const std::vector<LineWord> &words)
     const bool hasSigns = std::any_of(words.begin(), words.end(), hasSign);
     for (size_t i = 0; i < words.size(); ++i) {
         const LineWord &word = words[i];
-        const bool isShort = word.type == LineWord::Bare && word.text.size() <= 2
+        const bool isShort = word.type == LineWord::Bare && word.end - word.begin <= 2
             && std::none_of(word.text.begin(), word.text.end(),
                             [](QChar c) { return c.isLetterOrNumber(); });
         if (word.type == LineWord::Mark || isShort || SecretNames::isKnown(word.text)
