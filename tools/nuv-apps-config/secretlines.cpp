@@ -156,7 +156,7 @@ void SecretLines::findInLine(const Line &line)
     const QByteArray raw = m_bytes.mid(line.begin, line.end - line.begin);
     const bool hasName = SecretNames::endOfSecretName(text) >= 0
         || SecretNames::endOfSecretName(QString::fromLatin1(raw))
-            >= 0; // "\\u00assword" has four less
+            >= 0; // an escape in it takes four letters
     m_tail = hasName ? QString() : decoded.text().right(LongestName);
     const bool isInside = isInCertificate(line, decoded, words, text);
     const bool isAfter = follows(line, hasName);
