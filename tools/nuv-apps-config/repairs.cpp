@@ -383,7 +383,7 @@ void Trial::tryFar()
     const int innermost = brackets.innermost();
     if (innermost > 0
         && (bytes.at(innermost - 1) == bytes.at(innermost)
-            || bytes.at(innermost + 1) == bytes.at(innermost)))
+            || bytes.mid(innermost + 1, 1) == bytes.mid(innermost, 1)))
         tryFar(Slip::ExtraOpening, 1, innermost, 1, QByteArray(), -1);
     if (m_reading.lastValue() >= 0) {
         tryFar(Slip::MissingOpening, 6, m_reading.lastValue(), 0, "[", -1);

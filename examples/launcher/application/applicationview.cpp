@@ -72,7 +72,12 @@ ApplicationView::ApplicationView(const QString &tag, ApplicationPage::Maker make
     connect(m_page->mainFrame(), SIGNAL(javaScriptWindowObjectCleared()), SLOT(prepareScripts()));
 }
 
-ApplicationView::~ApplicationView() {}
+// A page that goes in the middle of its loading tells the keeper that it has failed, and is no whole page
+// then: the keeper goes first.
+ApplicationView::~ApplicationView()
+{
+    delete m_keeper;
+}
 
 QString ApplicationView::tag() const
 {
