@@ -56,7 +56,8 @@ const char ownHelp[] =
     "\n"
     "With --screenshot or --once nobody is there: a page's questions are printed and\n"
     "answered with no, a page has failed when it has not loaded whole in time, and\n"
-    "none is tried again.\n";
+    "none is tried again. A script that keeps the program busy for that time, and for\n"
+    "five seconds at least, ends it with status 1.\n";
 
 class UnattendedLayer : public LauncherLayer
 {
