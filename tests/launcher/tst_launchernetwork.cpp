@@ -35,6 +35,8 @@ private Q_SLOTS:
     void cookiesThatCannotBeKeptAreTold();
     void whatWasFetchedSurvivesARestartOnDemand_data();
     void whatWasFetchedSurvivesARestartOnDemand();
+    void whatHasNoExpiryDateIsAskedForAgain_data();
+    void whatHasNoExpiryDateIsAskedForAgain();
 };
 
 void tst_LauncherNetwork::theFirstRequestCarriesUserAgentAndReferrer()
@@ -310,6 +312,43 @@ void tst_LauncherNetwork::whatWasFetchedSurvivesARestartOnDemand()
     QCOMPARE(said(second), text("hello"));
     QCOMPARE(server.requests("/").size(), 2);
     QCOMPARE(server.requests("/script.js").size(), fetched);
+}
+
+void tst_LauncherNetwork::whatHasNoExpiryDateIsAskedForAgain_data()
+{
+    QTest::addColumn<QByteArray>("date");
+    QTest::addColumn<QByteArray>("question"); // of the second start
+
+    QTest::newRow("without a date") << QByteArray() << QByteArray();
+    QTest::newRow("with a version") << QByteArray("ETag: \"one\"") << QByteArray("if-none-match");
+    QTest::newRow("with the date of a change")
+        << QByteArray("Last-Modified: Sat, 01 Jan 2000 00:00:00 GMT")
+        << QByteArray("if-modified-since");
+}
+
+void tst_LauncherNetwork::whatHasNoExpiryDateIsAskedForAgain()
+{
+    QFETCH(QByteArray, date);
+    QFETCH(QByteArray, question);
+    HttpServer server;
+    server.serve("/", "<script src='script.js'></script>");
+    const QByteArray header = date.isEmpty() ? date : date + "\r\n";
+    server.serve("/script.js", "zarexExt.say('old')", header);
+    Stage stage;
+    stage.configure(tv(server.address(), ", \"UseDiskCache\": true"));
+
+    const Run first = stage.launch("--once tv");
+    server.serve("/script.js", "zarexExt.say('new')", header);
+    const Run second = stage.launch("--once tv");
+    server.serveBytes("/script.js", "HTTP/1.1 304 Not Modified\r\n\r\n");
+    const Run third = stage.launch("--once tv");
+
+    QCOMPARE(said(first), text("old"));
+    QCOMPARE(said(second), text("new"));
+    QCOMPARE(said(third), text("new"));
+    const QList<HttpRequest> requests = server.requests("/script.js");
+    QCOMPARE(requests.size(), 3);
+    QCOMPARE(requests.at(1).headers.contains(question), !question.isEmpty());
 }
 
 NUV_TEST_MAIN(tst_LauncherNetwork)

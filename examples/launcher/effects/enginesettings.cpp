@@ -2,6 +2,7 @@
 
 #include "program/console.h"
 #include "effects/debugborders.h"
+#include "effects/enginecompat.h"
 #include "effects/remoteinspector.h"
 #include "effects/storagequota.h"
 #include "program/userfolders.h"
@@ -24,7 +25,9 @@ bool EngineSettings::setDatabases(ApplicationView &view, const QVariant &on)
 {
     view.page()->setDatabasesAreOffered(on.toBool());
     StorageQuota::of(view.page());
-    return setAttribute<QWebSettings::OfflineStorageDatabaseEnabled>(view, on);
+    view.page()->settings()->setAttribute(QWebSettings::OfflineStorageDatabaseEnabled,
+                                          EngineCompat::databaseSwitch(on.toBool()));
+    return true;
 }
 
 bool EngineSettings::setDatabaseQuota(ApplicationView &view, const QVariant &bytes)

@@ -2,13 +2,13 @@
 
 #include "application/applicationview.h"
 #include "network/cookiejar.h"
+#include "network/diskcache.h"
 #include "program/userfolders.h"
 #include "effects/viewsettings.h"
 #include "values/proxyaddress.h"
 #include "values/webaddress.h"
 
 #include <QNetworkAccessManager>
-#include <QNetworkDiskCache>
 #include <QNetworkProxy>
 #include <QUrl>
 #include <QVariant>
@@ -30,9 +30,8 @@ bool NetworkSettings::setDiskCache(ApplicationView &view, const QVariant &on)
 {
     if (!on.toBool() || !view.networkAccess())
         return true;
-    QNetworkDiskCache *cache = new QNetworkDiskCache(view.networkAccess());
-    cache->setCacheDirectory(UserFolders::cache() + UserFolders::nameFor(view.tag()));
-    view.networkAccess()->setCache(cache);
+    view.networkAccess()->setCache(new DiskCache(
+        UserFolders::cache() + UserFolders::nameFor(view.tag()), view.networkAccess()));
     return true;
 }
 

@@ -102,8 +102,9 @@ const ViewSetting ViewSettings::table[] = {
       WindowSettings::setFrameRate },
 
     { "UseDiskCache", &AppConfig::getUseDiskCache, &ValueKinds::onOff, diskCache, eachRequest,
-      "what was fetched is kept below XDG_CACHE_HOME, for the next start, too", nullptr,
-      NetworkSettings::setDiskCache },
+      "what was fetched is kept below XDG_CACHE_HOME, for the next start, too; the server is asked "
+      "whether what came without an expiry date is still so",
+      nullptr, NetworkSettings::setDiskCache },
     { "UseDiskCookies", &AppConfig::getUseDiskCookies, &ValueKinds::onOff, cookieJar, eachRequest,
       "cookies with an expiry date are kept below XDG_DATA_HOME, for the next start, too", nullptr,
       NetworkSettings::setDiskCookies },
@@ -193,8 +194,8 @@ const ViewSetting ViewSettings::table[] = {
 
     // The engine forgets it when another of the web settings is applied.
     { "ShowDebugBorders", &AppConfig::getShowDebugBorders, &ValueKinds::onOff, webSettings, always,
-      "the layers of the page have coloured borders", &EngineSettings::compositing,
-      EngineSettings::setDebugBorders },
+      "the layers of the page have coloured borders; with Qt 4 they have none",
+      &EngineSettings::compositing, EngineSettings::setDebugBorders },
 };
 
 const int ViewSettings::count = int(sizeof table / sizeof table[0]);
