@@ -1,8 +1,8 @@
 #include "effects/enginesettings.h"
 
+#include "application/guicompat.h"
 #include "program/console.h"
 #include "effects/debugborders.h"
-#include "effects/enginecompat.h"
 #include "effects/remoteinspector.h"
 #include "effects/storagequota.h"
 #include "program/userfolders.h"
@@ -26,7 +26,7 @@ bool EngineSettings::setDatabases(ApplicationView &view, const QVariant &on)
     view.page()->setDatabasesAreOffered(on.toBool());
     StorageQuota::of(view.page());
     view.page()->settings()->setAttribute(QWebSettings::OfflineStorageDatabaseEnabled,
-                                          EngineCompat::databaseSwitch(on.toBool()));
+                                          GuiCompat::databaseSwitch(on.toBool()));
     return true;
 }
 
