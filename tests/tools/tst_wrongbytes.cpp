@@ -219,6 +219,20 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
         "{ \"Global\": { \"Version\": 1 }, \"Applications\": [\n"
         "{ \"Tag\": \"a\", \"Url\": \"http://a.example/\" } ]\n};\n",
         "3:2 unexpected-token: this cannot be here\n");
+    const auto around = [](const QByteArray &before, const QByteArray &scale) {
+        return "{ \"Global\": { \"Version\": 1 }, \"Applications\": [\n{ \"Tag\": \"a\",\n" + before
+            + "\"Scale\": " + scale + ",\n\"Url\": \"http://a.example/\" } ] }\n";
+    };
+    for (const char *marker : { "<<<<<<< ours\n", "=======\n", ">>>>>>> theirs\n" })
+        row(marker, around(marker, "1"), "3:1 merge-conflict: a line that a merge left\n");
+    row("an HTML comment", around("<!-- \"old\": 1\n -->", "1"),
+        "3:1 comment: this file cannot hold comments\n");
+    row("a comment without its end", around("/* old\n", "1"),
+        "3:1 comment: this file cannot hold comments\n");
+    for (const char *value :
+         { "${SCALE}", "$(scale)", "$SCALE", "@SCALE@", "%SCALE%", "<the scale>" })
+        row(value, around(QByteArray(), value),
+            "3:10 unexpected-token: a placeholder that nothing was put in for\n");
     row("a conflict",
         "{ \"Global\": { \"Version\": 1 },\n<<<<<<< ours\n"
         "\"Applications\": [ { \"Tag\": \"a\", \"Url\": \"http://a.example/\" } ]\n=======\n"

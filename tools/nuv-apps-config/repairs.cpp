@@ -429,6 +429,7 @@ Repairs::Repairs(const SourceText &source)
 {
     takeNulBytes();
     takeConflicts();
+    takeMarkers();
     run();
 }
 
@@ -468,6 +469,30 @@ void Repairs::takeConflicts()
         begin = m_text.bytes().indexOf(marker, begin);
         if (begin >= 0 && (!m_text.isFirstOnLine(begin) || !takeConflict(begin)))
             ++begin;
+    }
+}
+
+// The lines of a conflict of which not all were removed.
+void Repairs::takeMarkers()
+{
+    for (const char *marker : { "<<<<<<< ", "=======\n", ">>>>>>> " }) {
+        for (int begin = 0; isAffordable();) {
+            begin = m_text.bytes().indexOf(marker, begin);
+            if (begin < 0)
+                break;
+            if (begin > 0 && m_text.bytes().at(begin - 1) != '\n') {
+                ++begin;
+                continue;
+            }
+            const int end = m_text.lineEnd(begin);
+            const Edit edit = { begin, qMin(end + 1, m_text.size()) - begin, QByteArray() };
+            m_findings
+                .add("merge-conflict", original(begin), end - begin,
+                     QLatin1String("a line that a merge left"), QLatin1String("remove it"))
+                .edit = original(edit);
+            m_mended.add(original(begin), original(end));
+            change(edit);
+        }
     }
 }
 

@@ -53,6 +53,7 @@ private:
     void takeNulBytes();
     void takeConflicts();
     bool takeConflict(int begin);
+    void takeMarkers();
     bool takeCutOff(const Reading &reading);
     bool mendOne(const Reading &reading);
     void change(const Edit &edit);

@@ -5,6 +5,8 @@
 #include "tools/nuv-apps-config/spelling.h"
 #include "tools/nuv-apps-config/utf8.h"
 
+#include <QRegularExpression>
+
 #include <cstring>
 
 namespace {
@@ -153,6 +155,8 @@ bool Tokenizer::mend(Token *token, int firstStrayB)
         --wordBegin;
     if (m_manner == Mending && firstStrayB >= 0 && firstStrayB < wordBegin)
         reportStrayB(firstStrayB);
+    if (wordBegin == begin && mendPlaceholder(token))
+        return true;
     token->begin = wordBegin;
     if (isLetter(at(wordBegin))) {
         mendWord(token);
@@ -197,8 +201,10 @@ bool Tokenizer::skipComment(int begin)
         end = m_source.bytes().indexOf('\n', begin);
     } else if (has(begin, "/*")) {
         end = m_source.bytes().indexOf("*/", begin + 2);
-        if (end >= 0)
-            end += 2;
+        end = end >= 0 ? end + 2 : m_source.lineEnd(begin); // one that nobody ended has its line
+    } else if (has(begin, "<!--")) {
+        end = m_source.bytes().indexOf("-->", begin);
+        end = end >= 0 ? end + 3 : m_source.lineEnd(begin);
     } else {
         return false;
     }
@@ -287,6 +293,29 @@ bool Tokenizer::mendQuoted(Token *token)
              text("use the straight double quote, \""))
         .edit = Edit { begin, token->end - begin,
                        '"' + m_source.bytes().mid(begin + opening, end - begin - opening) + '"' };
+    restart(token->end);
+    return true;
+}
+
+// What a template has where a value is to be put in, as in ${SCALE}.
+bool Tokenizer::mendPlaceholder(Token *token)
+{
+    static const QRegularExpression placeholder(QLatin1String(
+        "\\A(\\$\\{[^}\"\n]*\\}|\\$\\([^)\"\n]*\\)|\\$\\w+|@\\w+@|%\\w+%|<\\w[\\w -]*>)"));
+    const int begin = token->begin;
+    if (!std::strchr("$@%<", at(begin)))
+        return false;
+    const int longest = 100;
+    const QByteArray line = m_source.bytes().mid(begin, longest);
+    const QString found = placeholder.match(QString::fromLatin1(line)).captured();
+    if (found.isEmpty())
+        return false;
+    token->code = T_STRING;
+    token->value = found;
+    token->end = begin + found.size();
+    m_findings.add("unexpected-token", begin, found.size(),
+                   text("a placeholder that nothing was put in for"),
+                   text("replace the placeholder by a value"));
     restart(token->end);
     return true;
 }

@@ -45,6 +45,7 @@ private:
     void check(Token *token, int firstStrayB);
     bool mend(Token *token, int firstStrayB);
     bool mendQuoted(Token *token);
+    bool mendPlaceholder(Token *token);
     bool mendCharacter(Token *token);
     void mendWord(Token *token);
     bool skipComment(int begin);
