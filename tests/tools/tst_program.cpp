@@ -49,6 +49,7 @@ private slots:
     void formattingKeepsModeAndLink();
     void formattingKeepsOwnerAndGroup();
     void formattingSaysWhyItCannotWrite();
+    void aSmallFileNeedsLittleMemory();
     void tellsWhatDiffersInMeaning();
     void wrongCallsAreTold_data();
     void wrongCallsAreTold();
@@ -636,6 +637,15 @@ void tst_Program::formattingSaysWhyItCannotWrite()
     QCOMPARE(file.readAll(), bytes);
     QCOMPARE(QDir(m_folder.path()).entryList(QStringList(QLatin1String("*.json.*"))),
              QStringList());
+}
+
+// What is only asked for counts on a machine that hands out no more than it has.
+void tst_Program::aSmallFileNeedsLittleMemory()
+{
+#ifndef __SANITIZE_ADDRESS__ // which takes all addresses there are
+    write(clean);
+    QCOMPARE(shell("ulimit -v 131072; '" PROGRAM "' check test.json 2>&1").status, 0);
+#endif
 }
 
 void tst_Program::tellsWhatDiffersInMeaning()

@@ -35,12 +35,14 @@ QString whyNotNamed()
         : why;
 }
 
+const qint64 pieceSize = qint64(1) << 20; // the toolkit takes memory for as much as it is asked for
+
 // A pipe gives what is there; all of it has come when it gives nothing.
 bool readAll(QFile &file, QByteArray *bytes, QString *error)
 {
     QByteArray piece;
     do {
-        piece = file.read(ConfigurationFile::LargestFile + 1 - bytes->size());
+        piece = file.read(pieceSize);
         *bytes += piece;
     } while (!piece.isEmpty() && bytes->size() <= ConfigurationFile::LargestFile);
     if (file.error() != QFile::NoError) {
