@@ -1,3 +1,4 @@
+#include "tests/support/amount.h"
 #include "config/webappsettings.h"
 #include "fuzz/sizes.h"
 #include "json/jsonparser.h"
@@ -43,19 +44,14 @@ private:
 
 namespace {
 
-int numberFrom(const char *variable, int fallback)
-{
-    return qEnvironmentVariableIsSet(variable) ? qEnvironmentVariableIntValue(variable) : fallback;
-}
-
 int fileCount()
 {
-    return numberFrom("NUV_TEST_FILES", 600);
+    return Amount::tried("NUV_TEST_FILES", 600);
 }
 
 uint seed()
 {
-    return uint(numberFrom("NUV_TEST_SEED", 1));
+    return uint(Amount::given("NUV_TEST_SEED", 1));
 }
 
 // The library's one warning, about a syntax error, comes with every second file.
