@@ -83,6 +83,14 @@ bool isWholeAddress(const std::vector<LineWord> &words, size_t i)
     return (i >= 2 && SecretNames::isKnown(words[i - 2].text)) || isAddress(words[i]);
 }
 
+// A string among members, which a quote too many made of the rest of a value.
+bool isLone(const std::vector<LineWord> &words, size_t i)
+{
+    return isMarkAt(words, i - 1, ',') && !isMarkAt(words, i + 1, ':')
+        && std::any_of(words.begin(), words.end(), [](const LineWord &w) { return w.isMark(':'); })
+        && std::none_of(words.begin(), words.end(), [](const LineWord &w) { return w.isMark('['); });
+}
+
 bool isSoundWord(const std::vector<LineWord> &words, size_t i)
 {
     const LineWord &word = words[i];
@@ -92,7 +100,8 @@ bool isSoundWord(const std::vector<LineWord> &words, size_t i)
     const bool isDoubled = i > 0 && isValue(word) && isValue(words[i - 1]);
     switch (word.type) {
     case LineWord::Text:
-        return !isDoubled && (!hasSign(word) || (isMember && isWholeAddress(words, i)));
+        return !isDoubled && !(i > 0 && isLone(words, i))
+            && (!hasSign(word) || (isMember && isWholeAddress(words, i)));
     case LineWord::Bare:
         return !isDoubled && (isNumber || SecretNames::isKnown(word.text));
     case LineWord::Mark:
