@@ -287,9 +287,13 @@ void tst_Secrets::oneMistakeDoesNotShowASecret_data()
     QTest::newRow("an escaped @") << QByteArray(
         "\"x\": 1 }, \"HttpProxy\": \"usr:pw7xKq\\u0040h:1\", \"C\": {")
                                   << proxy;
-    QTest::newRow("a quote and a comma in an address without its @")
-        << QByteArray("\"x\": 1 },\n\"Url\": \"http://me:wxq:Vj\", \":pw7xKq\\4tv.example/\",\n\"C\": {")
+    QTest::newRow("a quote and a comma in an address, and no comma before the certificate")
+        << QByteArray(
+               "\"x\": 1 },\n\"Url\": \"http://me:Jx\", \"@pw7xKq@tv.example/Certificate\": {")
         << proxy;
+    QTest::newRow("a quote and a comma in an address without its @") << QByteArray(
+        "\"x\": 1 },\n\"Url\": \"http://me:wxq:Vj\", \":pw7xKq\\4tv.example/\",\n\"C\": {")
+                                                                     << proxy;
     QTest::newRow("an escaped colon")
         << QByteArray("\"x\": 1 }, \"Urll\": \"http://usr\\u003apw7xKq@h\", \"C\": {") << proxy;
 }

@@ -88,7 +88,8 @@ bool isLone(const std::vector<LineWord> &words, size_t i)
 {
     return isMarkAt(words, i - 1, ',') && !isMarkAt(words, i + 1, ':')
         && std::any_of(words.begin(), words.end(), [](const LineWord &w) { return w.isMark(':'); })
-        && std::none_of(words.begin(), words.end(), [](const LineWord &w) { return w.isMark('['); });
+        && std::none_of(words.begin(), words.end(),
+                        [](const LineWord &w) { return w.isMark('['); });
 }
 
 bool isSoundWord(const std::vector<LineWord> &words, size_t i)
@@ -123,12 +124,12 @@ bool isSound(const std::vector<LineWord> &words)
     return true;
 }
 
-// A misspelt key is shown where a value follows it.
+// A misspelt key is shown where a value follows it. None of them has an @.
 bool isMeantKey(const std::vector<LineWord> &words, size_t index)
 {
     const bool isFollowed =
         index + 1 < words.size() && (words[index + 1].isMark(':') || words[index + 1].isMark('='));
-    return isFollowed && SecretNames::isMeant(words[index].text);
+    return isFollowed && !hasSign(words[index]) && SecretNames::isMeant(words[index].text);
 }
 
 } // namespace
@@ -192,8 +193,10 @@ bool SecretLines::isInCertificate(const Line &line, const DecodedText &decoded,
     const int tail = text.size() - decoded.text().size();
     int from = line.begin;
     if (end >= 0 && endsKey(text, end)) {
-        if (!m_isInCertificate)
+        if (!m_isInCertificate) {
             m_depth = m_strayBraces = 0;
+            m_isEmpty = true;
+        }
         from = m_isInCertificate ? line.begin : decoded.offset(qMax(0, end - tail));
         m_isInCertificate = true;
     }
@@ -210,8 +213,21 @@ void SecretLines::leaveCertificate(int begin, const std::vector<LineWord> &words
             if (m_bytes.at(at) == '{')
                 ++m_depth;
             else if (m_bytes.at(at) == '}' && word.type != LineWord::Text)
-                m_isInCertificate = m_depth > 0 ? --m_depth > 0 : ++m_strayBraces < 2;
+                closeBrace();
+            else if (m_bytes.at(at) == ':' && m_depth > 0)
+                m_isEmpty = false;
         }
+    }
+}
+
+// A brace that ends a certificate without members may be one too many.
+void SecretLines::closeBrace()
+{
+    if (m_depth > 1 || (m_depth == 1 && !m_isEmpty)) {
+        m_isInCertificate = --m_depth > 0;
+    } else {
+        m_depth = 0;
+        m_isInCertificate = ++m_strayBraces < 2;
     }
 }
 

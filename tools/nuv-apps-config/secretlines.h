@@ -32,6 +32,7 @@ private:
     bool isInCertificate(const Line &line, const DecodedText &decoded,
                          const std::vector<LineWord> &words, const QString &text);
     void leaveCertificate(int begin, const std::vector<LineWord> &words);
+    void closeBrace();
     bool follows(const Line &line, bool hasName);
     bool hasPassword(const std::vector<LineWord> &words, const DecodedText &decoded) const;
     void addWords(const std::vector<LineWord> &words);
@@ -43,6 +44,7 @@ private:
     bool m_isInCertificate = false;
     int m_depth = 0; ///< of the braces since the name of the certificate
     int m_strayBraces = 0; ///< that closed something before the first one
+    bool m_isEmpty = true; ///< the certificate has no member so far
     /// The last line that is not blank holds the name of a secret, or has a mistake in a certificate.
     bool m_followsName = false;
     int m_brackets = 0; ///< that are open since then

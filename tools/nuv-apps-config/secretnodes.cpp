@@ -66,7 +66,8 @@ void SecretNodes::findInMember(const Node::Child &member, const Surroundings &ar
     const bool isHidden = !isKnown && (isSecret || around.isCertificate);
     const bool isShown = SecretNames::isKnown(member.key) || SecretNames::isMeant(member.key);
     const bool isPiece = !isKnown && arePieces(member.key, value);
-    if (!isShown && (isHidden || isPiece))
+    const bool hasSign = member.key.contains(QLatin1Char('@')); // as the rest of an address
+    if (hasSign || (!isShown && (isHidden || isPiece)))
         add(member.keyBegin, member.keyEnd);
     else if (!isShown)
         findInText(member.keyBegin, member.keyEnd, false, false);
