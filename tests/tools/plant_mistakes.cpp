@@ -34,7 +34,7 @@ bool isBlank(char byte)
 QByteArray lines(const Mistakes::Planted &file)
 {
     int first = file.offset;
-    int last = file.offset;
+    int last = first;
     if (file.rule.startsWith("missing-")) {
         while (first > 0 && isBlank(file.bytes.at(first - 1)))
             --first;
