@@ -280,7 +280,8 @@ void SecretLines::addWords(const std::vector<LineWord> &words)
         const bool isSpared = i >= 2 && LineWord::isMember(words, i - 2)
             && !SecretNames::isSecret(words[i - 2].text) && !SecretNames::isSecret(word.text)
             && !hasSign(word) && !hasPort(word) && !(hasSigns && isAddress(word))
-            && !holdsMore(word) && !words[i - 2].text.startsWith(QLatin1Char('_'));
+            && !holdsMore(word) && !words[i - 2].text.startsWith(QLatin1Char('_'))
+            && !SecretNames::isProxy(words[i - 2].text);
         if (!isSpared)
             m_ranges.push_back({ word.begin, word.end });
     }
