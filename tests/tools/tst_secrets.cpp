@@ -291,6 +291,8 @@ void tst_Secrets::oneMistakeDoesNotShowASecret_data()
         << QByteArray(
                "\"x\": 1 },\n\"Url\": \"http://me:Jx\", \"@pw7xKq@tv.example/Certificate\": {")
         << proxy;
+    QTest::newRow("a quote and a comma in a proxy without a port")
+        << QByteArray("\"x\": 1 },\n\"HttpProxy\": \"upw7xKq\", \"8x@proxy\",\n\"C\": {") << proxy;
     QTest::newRow("a quote and a comma in an address without its @") << QByteArray(
         "\"x\": 1 },\n\"Url\": \"http://me:wxq:Vj\", \":pw7xKq\\4tv.example/\",\n\"C\": {")
                                                                      << proxy;
