@@ -1,5 +1,7 @@
 #include "benchmarks/formats.h"
 
+#include "benchmarks/rapidscalars.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -232,27 +234,6 @@ bool writeWithQt(QIODevice &device, const Map &map)
 
 typedef rapidjson::PrettyWriter<rapidjson::StringBuffer, rapidjson::UTF16<ushort>> RapidWriter;
 
-void writeScalar(RapidWriter &writer, const QVariant &value)
-{
-    switch (value.userType()) {
-    case QMetaType::Bool:
-        writer.Bool(value.toBool());
-        break;
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-        writer.Int64(value.toLongLong());
-        break;
-    case QMetaType::Double:
-        writer.Double(value.toDouble());
-        break;
-    case QMetaType::QString:
-        writer.String(value.toString().utf16(), rapidjson::SizeType(value.toString().size()));
-        break;
-    default:
-        writer.Null();
-    }
-}
-
 void write(RapidWriter &writer, const Node &node)
 {
     if (node.isArray()) {
@@ -261,7 +242,7 @@ void write(RapidWriter &writer, const Node &node)
             write(writer, node.element(i));
         writer.EndArray();
     } else if (node.children.isEmpty()) {
-        writeScalar(writer, node.value);
+        writeRapidScalar(writer, node.value);
     } else {
         writer.StartObject();
         for (auto it = node.children.constBegin(); it != node.children.constEnd(); ++it) {

@@ -1,5 +1,6 @@
 #include "benchmarks/writers.h"
 
+#include "benchmarks/rapidscalars.h"
 #include "benchmarks/treebuilder.h"
 
 #include <QJsonDocument>
@@ -11,11 +12,6 @@ namespace {
 
 typedef rapidjson::GenericStringBuffer<rapidjson::ASCII<>> Buffer;
 typedef rapidjson::PrettyWriter<Buffer, rapidjson::UTF16<ushort>, rapidjson::ASCII<>> RapidWriter;
-
-void writeText(RapidWriter &writer, const QString &text)
-{
-    writer.String(text.utf16(), rapidjson::SizeType(text.size()));
-}
 
 void write(RapidWriter &writer, const QVariant &value)
 {
@@ -36,23 +32,8 @@ void write(RapidWriter &writer, const QVariant &value)
             write(writer, child);
         writer.EndArray();
         break;
-    case QMetaType::QString:
-        writeText(writer, value.toString());
-        break;
-    case QMetaType::Bool:
-        writer.Bool(value.toBool());
-        break;
-    case QMetaType::Int:
-        writer.Int(value.toInt());
-        break;
-    case QMetaType::LongLong:
-        writer.Int64(value.toLongLong());
-        break;
-    case QMetaType::Double:
-        writer.Double(value.toDouble());
-        break;
     default:
-        writer.Null();
+        writeRapidScalar(writer, value);
     }
 }
 
