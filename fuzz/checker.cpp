@@ -46,7 +46,7 @@ void checkFinding(const SourceText &source, const Finding &finding)
 void checkSecrets(const Analysis &analysis)
 {
     int end = 0;
-    for (const SecretRanges::Range &range : analysis.secrets->ranges().all()) {
+    for (const SecretRange &range : analysis.secrets->ranges().all()) {
         Fuzz::require(range.begin >= end && range.end >= range.begin, "secrets come in order");
         end = range.end;
     }

@@ -34,6 +34,9 @@ std::unique_ptr<Analysis> analyse(const QString &name, const QByteArray &bytes,
         checkMeaning(analysis->source, analysis->document, folder, analysis->findings);
     analysis->findings.sort();
     analysis->secrets.reset(new Secrets(bytes, analysis->document, isBroken(analysis->findings)));
-    analysis->findings.hide(*analysis->secrets);
+    const Secrets &secrets = *analysis->secrets;
+    analysis->findings.rewrite([&secrets](const QString &text, const Finding &finding) {
+        return secrets.sentence(text, finding.offset, finding.length);
+    });
     return analysis;
 }

@@ -10,7 +10,7 @@ const int Behind = 90;
 // Where the secret that `offset` is in ends; `offset` itself outside of secrets.
 int endOfSecret(const SecretRanges &secrets, int offset)
 {
-    const SecretRanges::Range *const range = secrets.at(offset);
+    const SecretRange *const range = secrets.at(offset);
     return range ? range->end : offset;
 }
 

@@ -1,8 +1,5 @@
 #include "tools/nuv-apps-config/finding.h"
 
-#include "tools/nuv-apps-config/rules.h"
-#include "tools/nuv-apps-config/secrets.h"
-
 #include <algorithm>
 #include <cstring>
 
@@ -51,13 +48,13 @@ int Findings::count(Severity severity) const
     }));
 }
 
-void Findings::hide(const Secrets &secrets)
+void Findings::rewrite(const Change &change)
 {
     for (Finding &finding : m_all) {
-        finding.text = secrets.sentence(finding.text, finding.offset, finding.length);
-        finding.hint = secrets.sentence(finding.hint, finding.offset, finding.length);
+        finding.text = change(finding.text, finding);
+        finding.hint = change(finding.hint, finding);
         for (Remark &remark : finding.remarks)
-            remark.text = secrets.sentence(remark.text, finding.offset, finding.length);
+            remark.text = change(remark.text, finding);
     }
 }
 

@@ -1,14 +1,13 @@
 #ifndef FINDING_H
 #define FINDING_H
 
+#include "tools/nuv-apps-config/rules.h"
+
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <vector>
-
-class Secrets;
-
-enum class Severity { Note, Warning, Error };
 
 /// A further place that explains a finding.
 struct Remark {
@@ -61,8 +60,9 @@ public:
     /// In the order of the text, each only once.
     void sort();
 
-    /// Masks what the texts repeat of secrets.
-    void hide(const Secrets &secrets);
+    /// Changes every text that an output may show: texts, hints and remarks.
+    typedef std::function<QString(const QString &, const Finding &)> Change;
+    void rewrite(const Change &change);
 
     /// As many as anybody can read. What comes later is counted, but not kept.
     static const int Limit = 1000;

@@ -1,12 +1,12 @@
 #ifndef RULES_H
 #define RULES_H
 
-#include "tools/nuv-apps-config/finding.h"
-
 #include <QByteArray>
 #include <QString>
 
 #include <vector>
+
+enum class Severity { Note, Warning, Error };
 
 enum class RuleGroup {
     File, ///< about the file as a whole

@@ -2,7 +2,7 @@
 #define SECRETLINES_H
 
 #include "tools/nuv-apps-config/lineword.h"
-#include "tools/nuv-apps-config/secretranges.h"
+#include "tools/nuv-apps-config/secretrange.h"
 
 class DecodedText;
 
@@ -12,7 +12,7 @@ class DecodedText;
 class SecretLines
 {
 public:
-    SecretLines(const QByteArray &bytes, std::vector<SecretRanges::Range> &ranges)
+    SecretLines(const QByteArray &bytes, std::vector<SecretRange> &ranges)
         : m_bytes(bytes), m_ranges(ranges)
     {
     }
@@ -40,7 +40,7 @@ private:
     void addPassword(const LineWord &word, const QString &key);
 
     const QByteArray &m_bytes;
-    std::vector<SecretRanges::Range> &m_ranges;
+    std::vector<SecretRange> &m_ranges;
     bool m_isInCertificate = false;
     int m_depth = 0; ///< of the braces since the name of the certificate
     int m_strayBraces = 0; ///< that closed something before the first one

@@ -2,14 +2,13 @@
 #define SECRETNODES_H
 
 #include "tools/nuv-apps-config/document.h"
-#include "tools/nuv-apps-config/secretranges.h"
+#include "tools/nuv-apps-config/secretrange.h"
 
 /// Finds the secrets of a file by its tree.
 class SecretNodes
 {
 public:
-    SecretNodes(const QByteArray &bytes, const Document &document,
-                std::vector<SecretRanges::Range> &ranges)
+    SecretNodes(const QByteArray &bytes, const Document &document, std::vector<SecretRange> &ranges)
         : m_bytes(bytes),
           m_document(document),
           m_ranges(ranges),
@@ -32,7 +31,7 @@ private:
 
     const QByteArray &m_bytes;
     const Document &m_document;
-    std::vector<SecretRanges::Range> &m_ranges;
+    std::vector<SecretRange> &m_ranges;
     std::vector<Surroundings> m_surroundings; ///< of what is in each node
 };
 

@@ -13,26 +13,28 @@ SecretRanges::SecretRanges(const QByteArray &bytes, const Document &document, bo
     merge();
 }
 
-const SecretRanges::Range *SecretRanges::at(int offset) const
+const SecretRange *SecretRanges::at(int offset) const
 {
-    const auto it = std::upper_bound(m_ranges.begin(), m_ranges.end(), offset,
-                                     [](int at, const Range &range) { return at < range.end; });
+    const auto it =
+        std::upper_bound(m_ranges.begin(), m_ranges.end(), offset,
+                         [](int at, const SecretRange &range) { return at < range.end; });
     return it != m_ranges.end() && it->begin <= offset ? &*it : nullptr;
 }
 
 bool SecretRanges::touches(int offset, int length) const
 {
-    const auto it = std::upper_bound(m_ranges.begin(), m_ranges.end(), offset,
-                                     [](int at, const Range &range) { return at < range.end; });
+    const auto it =
+        std::upper_bound(m_ranges.begin(), m_ranges.end(), offset,
+                         [](int at, const SecretRange &range) { return at < range.end; });
     return it != m_ranges.end() && it->begin < offset + qMax(1, length);
 }
 
 void SecretRanges::merge()
 {
     std::sort(m_ranges.begin(), m_ranges.end(),
-              [](const Range &a, const Range &b) { return a.begin < b.begin; });
-    std::vector<Range> merged;
-    for (const Range &range : m_ranges) {
+              [](const SecretRange &a, const SecretRange &b) { return a.begin < b.begin; });
+    std::vector<SecretRange> merged;
+    for (const SecretRange &range : m_ranges) {
         if (range.begin >= range.end)
             continue;
         if (!merged.empty() && range.begin <= merged.back().end)

@@ -1,6 +1,8 @@
 #ifndef SECRETRANGES_H
 #define SECRETRANGES_H
 
+#include "tools/nuv-apps-config/secretrange.h"
+
 #include <QByteArray>
 
 #include <vector>
@@ -15,15 +17,11 @@ public:
     /// where it should be: there every word near the name of a secret is taken for one.
     SecretRanges(const QByteArray &bytes, const Document &document, bool hasSyntaxErrors);
 
-    struct Range {
-        int begin;
-        int end;
-    };
     /// In order, apart from each other.
-    const std::vector<Range> &all() const { return m_ranges; }
+    const std::vector<SecretRange> &all() const { return m_ranges; }
 
     /// The range that holds `offset`; null outside of secrets.
-    const Range *at(int offset) const;
+    const SecretRange *at(int offset) const;
 
     /// Whether one byte of the piece is secret.
     bool touches(int offset, int length) const;
@@ -31,7 +29,7 @@ public:
 private:
     void merge();
 
-    std::vector<Range> m_ranges;
+    std::vector<SecretRange> m_ranges;
 };
 
 #endif // SECRETRANGES_H

@@ -87,7 +87,7 @@ QString Secrets::mask()
 Secrets::Secrets(const QByteArray &bytes, const Document &document, bool hasSyntaxErrors)
     : m_ranges(bytes, document, hasSyntaxErrors)
 {
-    for (const SecretRanges::Range &range : m_ranges.all()) {
+    for (const SecretRange &range : m_ranges.all()) {
         const bool isQuoted = range.end - range.begin > 1 && bytes.at(range.begin) == '"';
         const int begin = isQuoted ? range.begin + 1 : range.begin;
         const int end = isQuoted && bytes.at(range.end - 1) == '"' ? range.end - 1 : range.end;
