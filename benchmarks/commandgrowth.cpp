@@ -5,7 +5,7 @@
 // Each direction has files of three sizes, twice as large each time. After each call the counts are
 // dumped under "DIRECTION COMMAND SIZE". Without arguments the directions are printed.
 
-#include "tools/nuv-apps-config/program.h"
+#include "tools/nuv-apps-config/commands/program.h"
 
 #include <QFile>
 

@@ -5,8 +5,8 @@
 #include "json/jsonparser.h"
 #include "json/varianttree.h"
 #include "tests/support/temporarydir.h"
-#include "tools/nuv-apps-config/analysis.h"
-#include "tools/nuv-apps-config/reports.h"
+#include "tools/nuv-apps-config/analysis/analysis.h"
+#include "tools/nuv-apps-config/report/reports.h"
 
 namespace {
 

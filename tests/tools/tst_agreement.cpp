@@ -9,7 +9,7 @@
 #include "tests/support/testmain.h"
 #include "tests/tools/childcall.h"
 #include "tests/tools/randomconfigurations.h"
-#include "tools/nuv-apps-config/program.h"
+#include "tools/nuv-apps-config/commands/program.h"
 
 #include <QBuffer>
 #include <QJsonDocument>

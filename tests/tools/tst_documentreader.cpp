@@ -2,7 +2,7 @@
 #include "tests/support/testmain.h"
 
 #include "json/jsonparser.h"
-#include "tools/nuv-apps-config/documentreader.h"
+#include "tools/nuv-apps-config/reading/documentreader.h"
 
 #include <random>
 

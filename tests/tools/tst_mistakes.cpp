@@ -3,8 +3,8 @@
 
 #include "json/jsonparser.h"
 #include "tests/tools/mistakes.h"
-#include "tools/nuv-apps-config/analysis.h"
-#include "tools/nuv-apps-config/rules.h"
+#include "tools/nuv-apps-config/analysis/analysis.h"
+#include "tools/nuv-apps-config/findings/rules.h"
 
 #include <QHash>
 

@@ -1,7 +1,7 @@
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
 #include "tests/tools/childcall.h"
-#include "tools/nuv-apps-config/commands.h"
+#include "tools/nuv-apps-config/commandline/commands.h"
 
 #include <QSet>
 

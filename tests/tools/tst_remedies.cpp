@@ -3,9 +3,9 @@
 
 #include "tests/tools/mistakes.h"
 #include "tests/tools/wrongbytes.h"
-#include "tools/nuv-apps-config/analysis.h"
-#include "tools/nuv-apps-config/properties.h"
-#include "tools/nuv-apps-config/rules.h"
+#include "tools/nuv-apps-config/analysis/analysis.h"
+#include "tools/nuv-apps-config/properties/properties.h"
+#include "tools/nuv-apps-config/findings/rules.h"
 
 #include <QDir>
 

@@ -2,7 +2,7 @@
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
 #include "tests/tools/secretfiles.h"
-#include "tools/nuv-apps-config/program.h"
+#include "tools/nuv-apps-config/commands/program.h"
 
 #include <QSet>
 

@@ -3,11 +3,11 @@
 #include "tests/support/testmain.h"
 
 #include "config/webappsettings.h"
-#include "tools/nuv-apps-config/analysis.h"
-#include "tools/nuv-apps-config/commands.h"
-#include "tools/nuv-apps-config/deviceexamples.h"
-#include "tools/nuv-apps-config/documents.h"
-#include "tools/nuv-apps-config/reference.h"
+#include "tools/nuv-apps-config/analysis/analysis.h"
+#include "tools/nuv-apps-config/commandline/commands.h"
+#include "tools/nuv-apps-config/documents/deviceexamples.h"
+#include "tools/nuv-apps-config/documents/documents.h"
+#include "tools/nuv-apps-config/documents/reference.h"
 
 #include <QDirIterator>
 #include <QJsonDocument>
@@ -196,7 +196,7 @@ void tst_Tables::everyRuleHasItsSample()
 void tst_Tables::everyRuleInTheSourcesIsInTheTable()
 {
     QDirIterator it(QLatin1String(SOURCE_FOLDER "/tools/nuv-apps-config"),
-                    QStringList(QLatin1String("*.cpp")));
+                    QStringList(QLatin1String("*.cpp")), QDir::Files, QDirIterator::Subdirectories);
     const QRegularExpression use(
         QLatin1String("(?:add|error|addAtKey)\\((?:findings, )?\"([a-z-]+)\","));
     QSet<QString> used;

@@ -4,9 +4,9 @@
 #include "examples/launcher/values/pageaddress.h"
 #include "examples/launcher/values/valuekind.h"
 #include "examples/launcher/values/webaddress.h"
-#include "tools/nuv-apps-config/analysis.h"
-#include "tools/nuv-apps-config/edits.h"
-#include "tools/nuv-apps-config/properties.h"
+#include "tools/nuv-apps-config/analysis/analysis.h"
+#include "tools/nuv-apps-config/tree/edits.h"
+#include "tools/nuv-apps-config/properties/properties.h"
 
 #include <QDir>
 #include <QHash>

@@ -4,8 +4,8 @@
 #include "json/jsonparser.h"
 #include "tests/tools/mistakes.h"
 #include "tests/tools/wrongbytes.h"
-#include "tools/nuv-apps-config/analysis.h"
-#include "tools/nuv-apps-config/rules.h"
+#include "tools/nuv-apps-config/analysis/analysis.h"
+#include "tools/nuv-apps-config/findings/rules.h"
 
 #include <QSet>
 

@@ -1,4 +1,4 @@
-#include "tools/nuv-apps-config/program.h"
+#include "tools/nuv-apps-config/commands/program.h"
 
 #include <QCoreApplication>
 

@@ -1,0 +1,33 @@
+#ifndef ANALYSIS_H
+#define ANALYSIS_H
+
+#include "tools/nuv-apps-config/tree/document.h"
+#include "tools/nuv-apps-config/reading/documentreader.h"
+#include "tools/nuv-apps-config/findings/finding.h"
+#include "tools/nuv-apps-config/secrets/secrets.h"
+#include "tools/nuv-apps-config/text/sourcetext.h"
+
+#include <memory>
+
+/// All that is known about one file.
+struct Analysis {
+    explicit Analysis(const SourceText &text) : source(text) {}
+
+    SourceText source;
+    Document document;
+    Findings findings; ///< in the order of the text, without secrets
+    std::unique_ptr<Secrets> secrets;
+
+    /// What keeps the library's own loader from being run on the file without harm; empty: nothing.
+    QString danger() const;
+
+    /// Beyond this depth the flat keys of a document fill the memory.
+    static const int DeepestFlattened = 5000;
+};
+
+/// `name` is what the file is called in the output. `folder` is where relative paths in it begin.
+std::unique_ptr<Analysis> analyse(const QString &name, const QByteArray &bytes,
+                                  const QString &folder,
+                                  const ProgressSink &progress = ProgressSink());
+
+#endif // ANALYSIS_H

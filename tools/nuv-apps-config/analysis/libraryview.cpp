@@ -1,0 +1,155 @@
+#include "tools/nuv-apps-config/analysis/libraryview.h"
+
+#include "json/jsonparser.h"
+#include "settings/jsonsettingsformat.h"
+
+#include <QRegularExpression>
+#include <QSettings>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+/// A file in memory, gone with the object or with the process.
+class LibraryView::MemoryFile
+{
+public:
+    explicit MemoryFile(const QByteArray &bytes)
+        : m_descriptor(::memfd_create("configuration", MFD_CLOEXEC))
+    {
+        m_isWritten = m_descriptor >= 0 && write(bytes) && makeUnlikeAllOthers();
+    }
+    ~MemoryFile()
+    {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+
+    bool isWritten() const { return m_isWritten; }
+    QByteArray path() const { return "/proc/self/fd/" + QByteArray::number(m_descriptor); }
+
+private:
+    Q_DISABLE_COPY(MemoryFile)
+
+    bool write(const QByteArray &bytes)
+    {
+        for (int done = 0; done < bytes.size();) {
+            const ssize_t count =
+                ::write(m_descriptor, bytes.constData() + done, size_t(bytes.size() - done));
+            if (count < 0 && errno == EINTR)
+                continue;
+            if (count <= 0)
+                return false;
+            done += int(count);
+        }
+        return true;
+    }
+
+    // QSettings keeps what it read by the name, the size and the time of the file.
+    bool makeUnlikeAllOthers()
+    {
+        static long second = 0;
+        const timespec time = { ++second, 0 };
+        const timespec times[2] = { time, time };
+        return ::futimens(m_descriptor, times) == 0;
+    }
+
+    int m_descriptor;
+    bool m_isWritten = false;
+};
+
+namespace {
+
+const char Variable[] = "NUV_APPS_CONFIG_FILE";
+
+/// An environment variable that has its old value again at the end of the block.
+class VariableSetter
+{
+public:
+    explicit VariableSetter(const QByteArray &value)
+        : m_before(qgetenv(Variable)), m_wasSet(qEnvironmentVariableIsSet(Variable))
+    {
+        qputenv(Variable, value);
+    }
+    ~VariableSetter()
+    {
+        if (m_wasSet)
+            qputenv(Variable, m_before);
+        else
+            qunsetenv(Variable);
+    }
+
+private:
+    Q_DISABLE_COPY(VariableSetter)
+
+    QByteArray m_before;
+    bool m_wasSet;
+};
+
+// The settings format does not tell a file that it cannot parse from one without keys.
+int findError(const QByteArray &bytes)
+{
+    JsonLexer lexer(bytes);
+    JsonParser parser;
+    return bytes.isEmpty() || parser.parse(&lexer) ? -1 : parser.errorPos();
+}
+
+// Whether the loader asks how many elements that key counts.
+bool isCount(const QString &key)
+{
+    static const QRegularExpression counts(
+        QLatin1String("^Applications/([^/]*/GrantBroadcastAccessRightDomains/)?size$"));
+    return key.startsWith(QLatin1String("Applications/")) && counts.match(key).hasMatch();
+}
+
+// The loader asks for as many elements as a "size" says, whether they are there or not. Those that are
+// there take two bytes each.
+bool keepsLoaderBusy(const QSettings &settings, int bytes)
+{
+    const qint64 fewElements = 100000;
+    qint64 elements = 0;
+    for (const QString &key : settings.allKeys()) {
+        if (isCount(key))
+            elements += qMax(0, settings.value(key).toInt());
+    }
+    return elements > qMax(fewElements, qint64(bytes));
+}
+
+} // namespace
+
+LibraryView::LibraryView() {}
+
+std::unique_ptr<LibraryView> LibraryView::load(const QByteArray &bytes, QString *error)
+{
+    std::unique_ptr<LibraryView> view(new LibraryView);
+    view->m_copy.reset(new MemoryFile(bytes));
+    if (!view->m_copy->isWritten()) {
+        *error = QLatin1String("there is not enough memory for this file");
+        return nullptr;
+    }
+    const QByteArray path = view->m_copy->path();
+    view->m_errorOffset = findError(bytes);
+    // The file is read here. The loader's own settings share what these have read.
+    view->m_settings.reset(new QSettings(QString::fromLatin1(path), JsonSettingsFormat));
+    if (keepsLoaderBusy(*view->m_settings, bytes.size())) {
+        *error = QLatin1String("a key \"size\" would keep the loader busy for minutes; see check");
+        return nullptr;
+    }
+    const VariableSetter setter(path);
+    view->m_state.reset(new WebAppSettingsPrivate);
+    return view;
+}
+
+LibraryView::~LibraryView()
+{
+    if (m_state)
+        delete m_state->settings; // a launcher never does; this program may open many files
+}
+
+int LibraryView::elementCount() const
+{
+    return settings().value(QLatin1String("Applications/size")).toInt();
+}

@@ -1,0 +1,126 @@
+#include "tools/nuv-apps-config/commandline/invocation.h"
+
+#include "tools/nuv-apps-config/text/spelling.h"
+
+#include <QCommandLineParser>
+
+#include <unistd.h>
+
+namespace {
+
+void addOptions(QCommandLineParser &parser)
+{
+    for (const Option &option : Commands::options()) {
+        QStringList names(QLatin1String(option.name));
+        if (option.letter[0])
+            names.prepend(QLatin1String(option.letter));
+        parser.addOption(QCommandLineOption(names, QLatin1String(option.description),
+                                            QLatin1String(option.argument),
+                                            QLatin1String(option.fallback)));
+    }
+}
+
+bool findCommand(const QString &name, Invocation *invocation, QString *error)
+{
+    invocation->command = Commands::find(name);
+    if (invocation->command)
+        return true;
+    QStringList names;
+    for (const Command &command : Commands::all())
+        names.append(QLatin1String(command.name));
+    const QString nearest = Spelling::nearest(name, names);
+    *error = QString(QLatin1String("there is no command \"%1\"")).arg(name);
+    *error += nearest.isEmpty() ? QString(QLatin1String("; see nuv-apps-config --help"))
+                                : QString(QLatin1String("; did you mean \"%1\"?")).arg(nearest);
+    return false;
+}
+
+bool checkOption(const Command &command, const QString &name, const QString &value, QString *error)
+{
+    if (!Commands::optionsOf(command).contains(name)) {
+        *error =
+            QString(QLatin1String("%1 has no option --%2")).arg(QLatin1String(command.name), name);
+        return false;
+    }
+    const bool isFormat = name == QLatin1String("format");
+    const QString choices =
+        QLatin1String(isFormat ? command.formats : Commands::findOption(name)->choices);
+    if (choices.isEmpty() || choices.split(QLatin1Char('|')).contains(value))
+        return true;
+    *error = QString(QLatin1String("--%1 of %2 is one of %3, not \"%4\""))
+                 .arg(name, QLatin1String(command.name), choices, value);
+    return false;
+}
+
+bool checkOptions(const QCommandLineParser &parser, const Command &command, QString *error)
+{
+    for (const QString &given : parser.optionNames()) {
+        for (const Option &option : Commands::options()) {
+            const QString name = QLatin1String(option.name);
+            const bool isThis = given == name || given == QLatin1String(option.letter);
+            if (isThis && !checkOption(command, name, parser.value(name), error))
+                return false;
+        }
+    }
+    return true;
+}
+
+bool checkArguments(const Invocation &invocation, QString *error)
+{
+    const Command &command = *invocation.command;
+    const int count = invocation.arguments.size();
+    if (count >= command.fewest && (command.most < 0 || count <= command.most))
+        return true;
+    *error = QString(QLatin1String("usage: nuv-apps-config %1 %2"))
+                 .arg(QLatin1String(command.name), QLatin1String(command.arguments));
+    return false;
+}
+
+bool wantsColour(const QString &when)
+{
+    if (when != QLatin1String("auto"))
+        return when == QLatin1String("always");
+    return isatty(STDOUT_FILENO) && qgetenv("NO_COLOR").isEmpty() && qgetenv("TERM") != "dumb";
+}
+
+Format formatNamed(const QString &name)
+{
+    if (name == QLatin1String("json"))
+        return Format::Json;
+    if (name == QLatin1String("sarif"))
+        return Format::Sarif;
+    return name == QLatin1String("github") ? Format::Github : Format::Text;
+}
+
+} // namespace
+
+bool parseCommandLine(const QStringList &arguments, Invocation *invocation, QString *error)
+{
+    QCommandLineParser parser;
+    addOptions(parser);
+    if (!parser.parse(arguments)) {
+        *error = parser.errorText();
+        return false;
+    }
+    invocation->arguments = parser.positionalArguments();
+    invocation->wantsHelp = parser.isSet(QLatin1String("help"));
+    invocation->wantsVersion = parser.isSet(QLatin1String("version"));
+    if (invocation->arguments.isEmpty()) {
+        *error = QLatin1String("a command is missing; see nuv-apps-config --help");
+        return invocation->wantsHelp || invocation->wantsVersion;
+    }
+    if (!findCommand(invocation->arguments.takeFirst(), invocation, error))
+        return false;
+    if (invocation->wantsHelp || invocation->wantsVersion)
+        return true;
+    if (!checkOptions(parser, *invocation->command, error) || !checkArguments(*invocation, error))
+        return false;
+    invocation->file = parser.value(QLatin1String("file"));
+    invocation->format = formatNamed(parser.value(QLatin1String("format")));
+    invocation->useColour = wantsColour(parser.value(QLatin1String("color")));
+    invocation->reveal = parser.isSet(QLatin1String("reveal"));
+    invocation->write = parser.isSet(QLatin1String("write"));
+    if (parser.value(QLatin1String("fail-on")) == QLatin1String("error"))
+        invocation->failOn = Severity::Error;
+    return true;
+}

@@ -1,0 +1,66 @@
+#include "tools/nuv-apps-config/commands/program.h"
+
+#include "tools/nuv-apps-config/commands/configurationfile.h"
+#include "tools/nuv-apps-config/commands/readfile.h"
+#include "tools/nuv-apps-config/report/reports.h"
+
+namespace {
+
+ExitStatus statusOf(const Findings &findings, Severity failOn)
+{
+    const int errors = findings.count(Severity::Error);
+    const int warnings = failOn == Severity::Warning ? findings.count(Severity::Warning) : 0;
+    return errors + warnings > 0 ? Found : Success;
+}
+
+// In the text form on the standard error, beside which a list of findings can be kept.
+void reportUnread(const Invocation &invocation, const QString &name, const QString &error,
+                  Report &report)
+{
+    if (invocation.format == Format::Text)
+        Output::complain(name + QLatin1String(": ") + error);
+    else
+        report.addUnread("unreadable-file", name, error);
+}
+
+ExitStatus checkFile(const Invocation &invocation, const QString &name, Report &report)
+{
+    QString error;
+    const std::unique_ptr<Analysis> analysis = readFile(name, &error);
+    if (!analysis) {
+        reportUnread(invocation, name, error, report);
+        return Trouble;
+    }
+    report.add(*analysis, Effect::of(*analysis));
+    return statusOf(analysis->findings, invocation.failOn);
+}
+
+ExitStatus checkChosenFile(const Invocation &invocation, Report &report)
+{
+    const ConfigurationFile::Choice choice = ConfigurationFile::choice();
+    if (choice.path.isEmpty()) {
+        report.addUnread("no-file", QLatin1String("AppsConfig.json"),
+                         QLatin1String("there is no configuration file: ") + choice.why);
+        return Trouble;
+    }
+    report.addChoice(choice.path, choice.why);
+    const bool isPassedBy = !choice.warning.isEmpty();
+    if (isPassedBy)
+        report.addUnread("variable-names-nothing", choice.path, choice.warning);
+    const ExitStatus status = checkFile(invocation, choice.path, report);
+    return isPassedBy && invocation.failOn == Severity::Warning ? qMax(status, Found) : status;
+}
+
+} // namespace
+
+int Program::check(const Invocation &invocation, Output &output)
+{
+    const std::unique_ptr<Report> report = Report::make(invocation, output);
+    ExitStatus status = Success;
+    if (invocation.arguments.isEmpty())
+        status = checkChosenFile(invocation, *report);
+    for (const QString &file : invocation.arguments)
+        status = qMax(status, checkFile(invocation, file, *report));
+    report->finish();
+    return status;
+}

@@ -1,0 +1,170 @@
+#include "tools/nuv-apps-config/commands/program.h"
+
+#include "json/jsonparser.h"
+#include "json/jsonwriter.h"
+#include "json/varianttree.h"
+#include "settings/flatkeys.h"
+#include "settings/jsonsettingsformat.h"
+#include "tools/nuv-apps-config/commands/configurationfile.h"
+#include "tools/nuv-apps-config/commands/readfile.h"
+#include "tools/nuv-apps-config/report/valuetext.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QSet>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+QString text(const char *latin1)
+{
+    return QLatin1String(latin1);
+}
+
+QSettings::SettingsMap flatKeys(QVariant tree)
+{
+    const VariantTree::Disposer disposer(tree);
+    QSettings::SettingsMap map;
+    QString prefix;
+    flattenVariant(prefix, map, tree);
+    return map;
+}
+
+bool isSameMap(const QSettings::SettingsMap &a, const QSettings::SettingsMap &b)
+{
+    if (a.size() != b.size())
+        return false;
+    for (auto i = a.begin(), j = b.begin(); i != a.end(); ++i, ++j) {
+        if (i.key() != j.key() || !ValueText::isSame(i.value(), j.value()))
+            return false;
+    }
+    return true;
+}
+
+// The canonical text; empty, with the reason, when it would not mean the same.
+QByteArray canonical(const QByteArray &bytes, QString *error)
+{
+    QString message;
+    QVariant tree = parseJson(bytes, &message);
+    const VariantTree::Disposer disposer(tree);
+    if (!message.isEmpty()) {
+        *error = text("it could not be parsed: ") + message.trimmed();
+        return QByteArray();
+    }
+    const QByteArray result = JsonWriter::serialize(tree, 4, 0);
+    QVariant again = parseJson(result, &message);
+    const VariantTree::Disposer otherDisposer(again);
+    if (!message.isEmpty() || !isSameMap(flatKeys(tree), flatKeys(again))) {
+        *error = text("it would lose digits of a number");
+        return QByteArray();
+    }
+    return result;
+}
+
+bool isRefused(const Analysis &analysis, QString *error)
+{
+    const Findings &findings = analysis.findings;
+    if (findings.has("lost-digits"))
+        *error = text("it would lose digits of a number");
+    for (const Finding &finding : findings.all()) {
+        const bool isDuplicate = qstrcmp(finding.rule, "duplicate-key") == 0;
+        if (!isDuplicate)
+            continue;
+        const Place place = analysis.source.place(finding.offset);
+        *error = QString(QLatin1String("it has a duplicate key in line %1, column %2"))
+                     .arg(QString::number(place.line), QString::number(place.column));
+    }
+    return !error->isEmpty();
+}
+
+// Keys that begin with _comment may stand twice for check, but one of them would be lost here.
+bool hasTwins(const Document &document)
+{
+    for (const Node &node : document.nodes) {
+        QSet<QString> known;
+        for (const Node::Child &child : node.children) {
+            if (node.type == Node::Object && known.contains(child.key))
+                return true;
+            known.insert(child.key);
+        }
+    }
+    return false;
+}
+
+// The new file belongs to whom the old one did, as far as the caller may give files away.
+void keepOwner(const QString &target, int newFile)
+{
+    struct stat old;
+    if (::stat(QFile::encodeName(target).constData(), &old) != 0)
+        return;
+    if (::fchown(newFile, old.st_uid, old.st_gid) != 0
+        && ::fchown(newFile, uid_t(-1), old.st_gid) != 0)
+        return; // only root may: the content counts more
+}
+
+// A disk that has room for a part gives no reason before the next attempt.
+bool isFlushed(QSaveFile &file)
+{
+    return file.flush() || file.flush();
+}
+
+// A symbolic link stays one, and the file keeps its mode, its owner and its group. What cannot be
+// written is noticed in flush(): commit() forgets the reason.
+bool replaceFile(const QString &name, const QByteArray &bytes, QString *error)
+{
+    const QString target = QFileInfo(name).canonicalFilePath();
+    const QFile::Permissions mode = QFile::permissions(target);
+    QSaveFile file(target);
+    bool isWritten = file.open(QIODevice::WriteOnly);
+    if (isWritten) {
+        keepOwner(target, file.handle());
+        isWritten = file.write(bytes) == bytes.size() && isFlushed(file)
+            && file.setPermissions(mode) && file.commit();
+    }
+    if (!isWritten)
+        *error = file.errorString();
+    return isWritten;
+}
+
+} // namespace
+
+int Program::format(const Invocation &invocation, Output &output)
+{
+    const QString name = invocation.arguments.at(0);
+    if (invocation.write && name == ConfigurationFile::standardInput()) {
+        Output::complain(text("the standard input cannot be written in place"));
+        return Trouble;
+    }
+    QString error;
+    const std::unique_ptr<Analysis> analysis = readFile(name, &error);
+    if (!analysis) {
+        Output::complain(name + QLatin1String(": ") + error);
+        return Trouble;
+    }
+    const QByteArray &bytes = analysis->source.bytes();
+    if (analysis->findings.has("empty-file"))
+        error = text("it is empty");
+    else if (analysis->findings.hasSyntaxError())
+        error = text("it could not be parsed; see check");
+    else if (analysis->document.depth > Analysis::DeepestFlattened)
+        error = text("it is nested too deeply");
+    else if (!isRefused(*analysis, &error) && hasTwins(analysis->document))
+        error = text("it has a duplicate key");
+    const QByteArray result = error.isEmpty() ? canonical(bytes, &error) : QByteArray();
+    if (!error.isEmpty()) {
+        Output::complain(name + text(": not touched, because ") + error);
+        return Found;
+    }
+    if (!invocation.write) {
+        output.writeBytes(result);
+        return Success;
+    }
+    if (result != bytes && !replaceFile(name, result, &error)) {
+        Output::complain(name + QLatin1String(": ") + error);
+        return Trouble;
+    }
+    return Success;
+}

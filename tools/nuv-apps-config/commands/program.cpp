@@ -1,0 +1,60 @@
+#include "tools/nuv-apps-config/commands/program.h"
+
+#include "tools/nuv-apps-config/documents/reference.h"
+#include "tools/nuv-apps-config/commandline/version.h"
+
+namespace {
+
+int printSchema(const Invocation &, Output &output)
+{
+    output.writeBytes(Reference::schema());
+    return Success;
+}
+
+int printTemplate(const Invocation &, Output &output)
+{
+    output.writeBytes(Reference::startingConfiguration());
+    return Success;
+}
+
+struct Runner {
+    const char *command;
+    int (*run)(const Invocation &, Output &);
+};
+
+const Runner runners[] = {
+    { "check", Program::check }, { "show", Program::show },     { "list", Program::list },
+    { "get", Program::get },     { "keys", Program::keys },     { "explain", Program::explain },
+    { "schema", printSchema },   { "template", printTemplate }, { "fmt", Program::format },
+    { "diff", Program::diff },
+};
+
+int runCommand(const Invocation &invocation, Output &output)
+{
+    for (const Runner &runner : runners) {
+        if (qstrcmp(runner.command, invocation.command->name) == 0)
+            return runner.run(invocation, output);
+    }
+    return Trouble;
+}
+
+} // namespace
+
+int Program::run(const QStringList &arguments, Output &output)
+{
+    Invocation invocation;
+    QString error;
+    if (!parseCommandLine(arguments, &invocation, &error)) {
+        Output::complain(error);
+        return Trouble;
+    }
+    int status = Success;
+    if (invocation.wantsHelp)
+        output.write(Commands::help(invocation.command));
+    else if (invocation.wantsVersion)
+        output.write(QLatin1String("nuv-apps-config ") + QLatin1String(ProgramVersion)
+                     + QLatin1Char('\n'));
+    else
+        status = runCommand(invocation, output);
+    return output.flush() ? status : Trouble;
+}

@@ -1,0 +1,36 @@
+#ifndef REFERENCE_H
+#define REFERENCE_H
+
+#include "tools/nuv-apps-config/properties/properties.h"
+#include "tools/nuv-apps-config/findings/rules.h"
+
+#include <QByteArray>
+
+/// The reference, made from the tables.
+namespace Reference {
+
+/// An entry for a terminal.
+QString explain(const Property &property);
+QString explain(const Rule &rule);
+
+QByteArray configurationPage(); ///< docs/configuration.md
+QByteArray rulesPage(); ///< docs/rules.md
+QByteArray formatManual(); ///< AppsConfig.json(5)
+QByteArray programManual(); ///< nuv-apps-config(1)
+
+QByteArray bashCompletion();
+QByteArray zshCompletion();
+QByteArray fishCompletion();
+
+/// The JSON Schema, draft-07.
+QByteArray schema();
+
+/// A configuration to start from.
+QByteArray startingConfiguration();
+
+/// Facts about a property, each a name and a text: its kind, range, example and so on.
+QList<QPair<QString, QString>> facts(const Property &property);
+
+} // namespace Reference
+
+#endif // REFERENCE_H

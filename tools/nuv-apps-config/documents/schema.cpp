@@ -1,0 +1,164 @@
+#include "tools/nuv-apps-config/documents/reference.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+QString text(const char *latin1)
+{
+    return QLatin1String(latin1);
+}
+
+QJsonValue exampleOf(const Property &property)
+{
+    const QByteArray wrapped = QByteArray("[") + property.example + ']';
+    return QJsonDocument::fromJson(wrapped).array().at(0);
+}
+
+// What an editor shows when the pointer rests on a key.
+QString hoverText(const Property &property)
+{
+    QString hover = text(property.description);
+    if (property.unit[0])
+        hover += text(" Unit: ") + text(property.unit) + QLatin1Char('.');
+    const QStringList needs = Properties::needed(property);
+    if (!needs.isEmpty())
+        hover += text(" Needs ") + needs.join(text(" or ")) + QLatin1Char('.');
+    return hover + text(" When missing: ") + text(property.whenMissing);
+}
+
+QJsonObject sectionSchema(Section section);
+
+QJsonObject typed(const char *type)
+{
+    QJsonObject schema;
+    schema.insert(text("type"), text(type));
+    return schema;
+}
+
+QJsonObject arrayOf(Section section)
+{
+    QJsonObject schema = typed("array");
+    schema.insert(text("items"), sectionSchema(section));
+    return schema;
+}
+
+void insertRange(const Property &property, QJsonObject *schema)
+{
+    schema->insert(text("minimum"), property.minimum);
+    schema->insert(text("maximum"), property.maximum);
+}
+
+// A text that holds the number passes as well.
+QJsonObject versionSchema()
+{
+    QJsonObject number = typed("number");
+    number.insert(text("minimum"), 1);
+    number.insert(text("exclusiveMaximum"), 2);
+    QJsonObject words = typed("string");
+    words.insert(text("pattern"), text("^1(\\.[0-9]+)?$"));
+    QJsonObject schema;
+    schema.insert(text("anyOf"), QJsonArray() << number << words);
+    return schema;
+}
+
+QJsonObject kindSchema(const Property &property)
+{
+    QJsonObject schema;
+    switch (property.kind) {
+    case Kind::Switch:
+        return typed("boolean");
+    case Kind::Text:
+    case Kind::Address:
+    case Kind::Referrer:
+    case Kind::Proxy:
+    case Kind::UserAgent:
+    case Kind::Domain:
+    case Kind::FilePath:
+    case Kind::ScriptFile:
+        return typed("string");
+    case Kind::Number:
+        schema = typed("number");
+        break;
+    case Kind::Integer:
+    case Kind::Port:
+        schema = typed("integer");
+        break;
+    case Kind::Version:
+        return versionSchema();
+    case Kind::Object:
+        return sectionSchema(qstrcmp(property.key, "Global") == 0 ? Section::Global
+                                                                  : Section::Certificate);
+    case Kind::Array:
+        return arrayOf(property.section == Section::Document ? Section::Application
+                                                             : Section::Domain);
+    }
+    insertRange(property, &schema);
+    return schema;
+}
+
+QJsonArray requiredIn(Section section)
+{
+    switch (section) {
+    case Section::Document:
+        return QJsonArray() << text("Global");
+    case Section::Global:
+        return QJsonArray() << text("Version");
+    case Section::Application:
+        return QJsonArray() << text("Tag");
+    case Section::Domain:
+        return QJsonArray() << text("Domain");
+    case Section::Certificate:
+        break;
+    }
+    return QJsonArray();
+}
+
+QJsonObject certificateDependencies()
+{
+    const QJsonArray path = QJsonArray() << text("Path");
+    QJsonObject dependencies;
+    dependencies.insert(text("PrivateKey"), path);
+    dependencies.insert(text("PassPhrase"), path);
+    return dependencies;
+}
+
+QJsonObject sectionSchema(Section section)
+{
+    QJsonObject properties;
+    for (const Property *property : Properties::of(section)) {
+        QJsonObject schema = kindSchema(*property);
+        schema.insert(text("title"), text(property->key));
+        schema.insert(text("description"), hoverText(*property));
+        schema.insert(text("examples"), QJsonArray() << exampleOf(*property));
+        properties.insert(text(property->key), schema);
+    }
+    if (section == Section::Document)
+        properties.insert(text("$schema"), typed("string"));
+    QJsonObject remarks;
+    remarks.insert(text("^_comment"), QJsonObject());
+
+    QJsonObject schema = typed("object");
+    schema.insert(text("properties"), properties);
+    schema.insert(text("patternProperties"), remarks);
+    schema.insert(text("additionalProperties"), false);
+    if (!requiredIn(section).isEmpty())
+        schema.insert(text("required"), requiredIn(section));
+    if (section == Section::Certificate)
+        schema.insert(text("dependencies"), certificateDependencies());
+    return schema;
+}
+
+} // namespace
+
+QByteArray Reference::schema()
+{
+    QJsonObject schema = sectionSchema(Section::Document);
+    schema.insert(text("$schema"), text("http://json-schema.org/draft-07/schema#"));
+    schema.insert(text("title"), text("AppsConfig.json"));
+    schema.insert(text("description"),
+                  text("The configuration of web applications that nuvlaunchersupport reads."));
+    return QJsonDocument(schema).toJson();
+}

@@ -1,0 +1,69 @@
+#include "tools/nuv-apps-config/findings/finding.h"
+
+#include <algorithm>
+#include <cstring>
+
+Finding &Findings::add(const char *rule, int offset, int length, const QString &text,
+                       const QString &hint)
+{
+    const Finding finding = {
+        rule, Rules::find(rule).severity, offset, length, text, hint, {}, {}
+    };
+    if (isFull()) {
+        ++m_dropped;
+        m_ignored = finding;
+        return m_ignored;
+    }
+    m_all.push_back(finding);
+    return m_all.back();
+}
+
+void Findings::remove(const char *rule, int offset)
+{
+    const auto isMeant = [rule, offset](const Finding &finding) {
+        return finding.offset == offset && std::strcmp(finding.rule, rule) == 0;
+    };
+    m_all.erase(std::remove_if(m_all.begin(), m_all.end(), isMeant), m_all.end());
+}
+
+bool Findings::has(const char *rule) const
+{
+    return std::any_of(m_all.begin(), m_all.end(), [rule](const Finding &finding) {
+        return std::strcmp(finding.rule, rule) == 0;
+    });
+}
+
+bool Findings::hasSyntaxError() const
+{
+    return std::any_of(m_all.begin(), m_all.end(), [](const Finding &finding) {
+        const Rule &rule = Rules::find(finding.rule);
+        return rule.severity == Severity::Error && rule.group == RuleGroup::Syntax;
+    });
+}
+
+int Findings::count(Severity severity) const
+{
+    return int(std::count_if(m_all.begin(), m_all.end(), [severity](const Finding &finding) {
+        return finding.severity == severity;
+    }));
+}
+
+void Findings::rewrite(const Change &change)
+{
+    for (Finding &finding : m_all) {
+        finding.text = change(finding.text, finding);
+        finding.hint = change(finding.hint, finding);
+        for (Remark &remark : finding.remarks)
+            remark.text = change(remark.text, finding);
+    }
+}
+
+void Findings::sort()
+{
+    std::stable_sort(m_all.begin(), m_all.end(),
+                     [](const Finding &a, const Finding &b) { return a.offset < b.offset; });
+    const auto isSame = [](const Finding &a, const Finding &b) {
+        return a.offset == b.offset && std::strcmp(a.rule, b.rule) == 0 && a.text == b.text;
+    };
+    m_all.erase(std::unique(m_all.begin(), m_all.end(), isSame), m_all.end());
+}

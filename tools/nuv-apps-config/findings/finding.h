@@ -1,0 +1,78 @@
+#ifndef FINDING_H
+#define FINDING_H
+
+#include "tools/nuv-apps-config/findings/rules.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <vector>
+
+/// A further place that explains a finding.
+struct Remark {
+    int offset;
+    QString text;
+};
+
+/// A change of the file's bytes.
+struct Edit {
+    int offset = 0;
+    int removed = 0;
+    QByteArray inserted;
+
+    bool isNothing() const { return removed == 0 && inserted.isEmpty(); }
+    QByteArray appliedTo(QByteArray bytes) const
+    {
+        return bytes.replace(offset, removed, inserted);
+    }
+};
+
+struct Finding {
+    const char *rule; ///< its id in the table of rules
+    Severity severity;
+    int offset; ///< into the file; -1 for the file as a whole
+    int length;
+    QString text;
+    QString hint; ///< may be empty
+    std::vector<Remark> remarks;
+    Edit
+        edit; ///< does what the hint proposes; nothing where that is no text to be written. May hold
+    ///< a secret that the file holds
+};
+
+/// What was found in one file.
+class Findings
+{
+public:
+    /// Adds a finding with the severity that its rule has. The reference is good until the next one.
+    Finding &add(const char *rule, int offset, int length, const QString &text,
+                 const QString &hint = QString());
+
+    /// Takes away what another finding at the same place says better.
+    void remove(const char *rule, int offset);
+
+    const std::vector<Finding> &all() const { return m_all; }
+    bool has(const char *rule) const;
+    bool hasSyntaxError() const;
+    int count(Severity severity) const;
+
+    /// In the order of the text, each only once.
+    void sort();
+
+    /// Changes every text that an output may show: texts, hints and remarks.
+    typedef std::function<QString(const QString &, const Finding &)> Change;
+    void rewrite(const Change &change);
+
+    /// As many as anybody can read. What comes later is counted, but not kept.
+    static const int Limit = 1000;
+    bool isFull() const { return int(m_all.size()) >= Limit; }
+    int dropped() const { return m_dropped; }
+
+private:
+    std::vector<Finding> m_all;
+    int m_dropped = 0;
+    Finding m_ignored = Finding();
+};
+
+#endif // FINDING_H

@@ -1,0 +1,103 @@
+#include "tools/nuv-apps-config/secrets/secretnodes.h"
+
+#include "examples/launcher/values/passwords.h"
+#include "tools/nuv-apps-config/secrets/decodedtext.h"
+#include "tools/nuv-apps-config/secrets/secretnames.h"
+
+namespace {
+
+// A text of megabytes is looked at in pieces, which overlap.
+const int LongestPiece = 65536;
+const int LongestName = 64;
+
+bool isRead(const QString &key)
+{
+    return SecretNames::isKnown(key) && !key.startsWith(QLatin1String("_comment"));
+}
+
+// Whether key and value are the two pieces of an address with a password: "http://me:se": "cret@host".
+bool arePieces(const QString &key, const Node &value)
+{
+    const QString text = value.value.toString();
+    return value.type == Node::Text && text.contains(QLatin1Char('@'))
+        && !text.contains(QLatin1String("//")) && key.contains(QLatin1String("//"));
+}
+
+// Whether the text goes on after the name as a member would. "reset-password" in an address does not.
+bool holdsMember(const QString &text)
+{
+    int at = SecretNames::endOfSecretName(text);
+    while (at >= 0 && at < text.size() && (text.at(at).isLetter() || text.at(at).isSpace()))
+        ++at;
+    return at >= 0 && at < text.size() && QString(QLatin1String("\"':")).contains(text.at(at));
+}
+
+} // namespace
+
+void SecretNodes::add(int begin, int end)
+{
+    m_ranges.push_back({ begin, end });
+}
+
+// A container comes before what is in it.
+void SecretNodes::find()
+{
+    for (size_t i = 0; i < m_document.nodes.size(); ++i) {
+        const Node &node = m_document.nodes[i];
+        const bool isObject = node.type == Node::Object;
+        for (const Node::Child &child : node.children) {
+            Surroundings &inner = m_surroundings[size_t(child.node)];
+            inner = m_surroundings[i];
+            inner.isCertificate |= isObject && SecretNames::isCertificate(child.key);
+            inner.isProxy |= isObject && SecretNames::isProxy(child.key);
+            if (isObject)
+                findInMember(child, m_surroundings[i]);
+            else
+                findInElement(m_document.at(child), m_surroundings[i]);
+        }
+    }
+}
+
+void SecretNodes::findInMember(const Node::Child &member, const Surroundings &around)
+{
+    const Node &value = m_document.at(member);
+    const bool isKnown = isRead(member.key);
+    const bool isSecret = SecretNames::isSecret(member.key);
+    const bool isHidden = !isKnown && (isSecret || around.isCertificate);
+    const bool isShown = SecretNames::isKnown(member.key) || SecretNames::isMeant(member.key);
+    const bool isPiece = !isKnown && arePieces(member.key, value);
+    const bool hasSign = member.key.contains(QLatin1Char('@')); // as the rest of an address
+    if (hasSign || (!isShown && (isHidden || isPiece)))
+        add(member.keyBegin, member.keyEnd);
+    else if (!isShown)
+        findInText(member.keyBegin, member.keyEnd, false, false);
+    if (isSecret || isHidden || isPiece)
+        add(value.begin, value.end);
+    else if (value.type == Node::Text)
+        findInText(value.begin, value.end, m_surroundings[size_t(member.node)].isProxy, isKnown);
+}
+
+void SecretNodes::findInElement(const Node &element, const Surroundings &around)
+{
+    if (around.isCertificate && !element.isContainer())
+        add(element.begin, element.end);
+    else if (element.type == Node::Text)
+        findInText(element.begin, element.end, around.isProxy, false);
+}
+
+void SecretNodes::findInText(int begin, int end, bool isProxy, bool isRead)
+{
+    if (begin >= end)
+        return;
+    const int quote = m_bytes.at(begin) == '"' ? 1 : 0;
+    const int textEnd = end - quote;
+    for (int at = begin + quote; at < textEnd; at += LongestPiece - LongestName) {
+        const DecodedText decoded(m_bytes, at, qMin(at + LongestPiece, textEnd));
+        const Passwords::Piece piece =
+            Passwords::find(decoded.text(), isProxy ? Passwords::Proxy : Passwords::AnyText);
+        if (isRead ? holdsMember(decoded.text()) : SecretNames::isSecret(decoded.text()))
+            add(begin, end);
+        else if (piece.length > 0)
+            add(decoded.offset(piece.begin), decoded.offset(piece.begin + piece.length));
+    }
+}
