@@ -3,7 +3,7 @@
 #include "tools/nuv-apps-config/slips/brackets.h"
 #include "tools/nuv-apps-config/tree/edits.h"
 #include "tools/nuv-apps-config/reading/foreign.h"
-#include "tools/nuv-apps-config/slips/repairs.h"
+#include "tools/nuv-apps-config/slips/mendedtext.h"
 #include "tools/nuv-apps-config/findings/rules.h"
 #include "tools/nuv-apps-config/tokens/tokenizer.h"
 
@@ -538,14 +538,14 @@ bool readAll(const SourceText &source, Document &document, Findings &findings,
 }
 
 // From the places of the mended text to those of the file.
-void moveBack(const Repairs &repairs, Document &document)
+void moveBack(const MendedText &mended, Document &document)
 {
     for (Node &node : document.nodes) {
-        node.end = repairs.originalEnd(node.begin, node.end);
-        node.begin = repairs.original(node.begin);
+        node.end = mended.originalEnd(node.begin, node.end);
+        node.begin = mended.original(node.begin);
         for (Node::Child &child : node.children) {
-            child.keyEnd = repairs.originalEnd(child.keyBegin, child.keyEnd);
-            child.keyBegin = repairs.original(child.keyBegin);
+            child.keyEnd = mended.originalEnd(child.keyBegin, child.keyEnd);
+            child.keyBegin = mended.original(child.keyBegin);
         }
     }
 }
@@ -566,10 +566,10 @@ bool isWithinToken(const char *rule)
                        [rule](const char *each) { return std::strcmp(each, rule) == 0; });
 }
 
-void noteOddities(const Repairs *repairs, const Findings &found, Document &document)
+void noteOddities(const MendedText *mended, const Findings &found, Document &document)
 {
     for (const Finding &finding : found.all()) {
-        const int begin = repairs ? repairs->original(finding.offset) : finding.offset;
+        const int begin = mended ? mended->original(finding.offset) : finding.offset;
         if (Rules::find(finding.rule).group == RuleGroup::Dialect)
             document.odd.add(begin, begin + finding.length);
     }
@@ -578,17 +578,17 @@ void noteOddities(const Repairs *repairs, const Findings &found, Document &docum
 
 // Where the reader itself had to make something out, it is less sure than a repair: the whole line is
 // doubtful.
-void noteMistakes(const SourceText &source, const Repairs &repairs, const Findings &found,
+void noteMistakes(const SourceText &source, const MendedText &mended, const Findings &found,
                   Document &document)
 {
-    document.doubtful = repairs.doubtful();
-    document.mended = repairs.mended();
-    document.moved = repairs.moved();
-    document.loose = repairs.loose();
+    document.doubtful = mended.doubtful();
+    document.mended = mended.mended();
+    document.moved = mended.moved();
+    document.loose = mended.loose();
     for (const Finding &finding : found.all()) {
         if (!isMistake(finding))
             continue;
-        const int place = repairs.original(finding.offset);
+        const int place = mended.original(finding.offset);
         if (isWithinToken(finding.rule)) {
             document.doubtful.add(place, place + finding.length);
             continue;
@@ -604,13 +604,13 @@ void noteMistakes(const SourceText &source, const Repairs &repairs, const Findin
 }
 
 // The first mistake of a line is the cause of the others there. What was mended comes first.
-Findings oneALine(const SourceText &source, const Repairs &repairs, const Findings &found)
+Findings oneALine(const SourceText &source, const MendedText &mended, const Findings &found)
 {
     Findings result;
     QSet<int> lines;
     const auto take = [&](const Finding &finding, int offset) {
         const int line = source.place(offset).line;
-        if (!repairs.isEmpty() && std::strcmp(finding.rule, "empty-file") == 0)
+        if (!mended.isEmpty() && std::strcmp(finding.rule, "empty-file") == 0)
             return; // all that was there was a mistake
         if (isMistake(finding) && lines.contains(line))
             return;
@@ -618,13 +618,13 @@ Findings oneALine(const SourceText &source, const Repairs &repairs, const Findin
             lines.insert(line);
         copy(finding, offset, result);
     };
-    for (const Finding &finding : repairs.findings().all())
+    for (const Finding &finding : mended.findings().all())
         take(finding, finding.offset);
     for (Finding finding : found.all()) {
-        finding.edit = repairs.original(finding.edit);
+        finding.edit = mended.original(finding.edit);
         for (Remark &remark : finding.remarks)
-            remark.offset = repairs.original(remark.offset);
-        take(finding, repairs.original(finding.offset));
+            remark.offset = mended.original(remark.offset);
+        take(finding, mended.original(finding.offset));
     }
     return result;
 }
@@ -650,14 +650,14 @@ bool readDocument(const SourceText &source, Document &document, Findings &findin
     }
     if (Foreign::report(source.bytes(), findings))
         return false;
-    const Repairs repairs(source);
-    if (!repairs.isEmpty()) {
+    const MendedText mended(source);
+    if (!mended.isEmpty()) {
         found = Findings();
-        isReliable = readAll(repairs.text(), document, found, progress);
-        moveBack(repairs, document);
+        isReliable = readAll(mended.text(), document, found, progress);
+        moveBack(mended, document);
     }
-    noteOddities(&repairs, found, document);
-    noteMistakes(source, repairs, found, document);
-    append(oneALine(source, repairs, found), findings);
+    noteOddities(&mended, found, document);
+    noteMistakes(source, mended, found, document);
+    append(oneALine(source, mended, found), findings);
     return isReliable;
 }

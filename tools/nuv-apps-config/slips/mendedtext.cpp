@@ -1,4 +1,4 @@
-#include "tools/nuv-apps-config/slips/repairs.h"
+#include "tools/nuv-apps-config/slips/mendedtext.h"
 
 #include "tools/nuv-apps-config/slips/brackets.h"
 #include "tools/nuv-apps-config/tokens/literals.h"
@@ -422,7 +422,7 @@ bool endsEarly(const SourceText &text, const Token &error)
 
 } // namespace
 
-Repairs::Repairs(const SourceText &source)
+MendedText::MendedText(const SourceText &source)
     : m_source(source),
       m_text(source),
       m_budget(qint64(32) * 1024 * 1024 + 3 * qint64(source.size()))
@@ -433,20 +433,20 @@ Repairs::Repairs(const SourceText &source)
     run();
 }
 
-bool Repairs::isAffordable()
+bool MendedText::isAffordable()
 {
     m_budget -= m_text.size();
     return m_budget >= 0 && int(m_edits.size()) < MostRepairs;
 }
 
-void Repairs::change(const Edit &edit)
+void MendedText::change(const Edit &edit)
 {
     m_text = SourceText(m_source.name(), edit.appliedTo(m_text.bytes()));
     m_edits.push_back(edit);
 }
 
 // A file system that lost its last write leaves zeros where the end of the file would be.
-void Repairs::takeNulBytes()
+void MendedText::takeNulBytes()
 {
     int begin = m_source.size();
     while (begin > 0 && m_source.bytes().at(begin - 1) == '\0')
@@ -461,7 +461,7 @@ void Repairs::takeNulBytes()
     change(Edit { begin, count, QByteArray() });
 }
 
-void Repairs::takeConflicts()
+void MendedText::takeConflicts()
 {
     const QByteArray marker = "<<<<<<<";
     int begin = 0;
@@ -473,7 +473,7 @@ void Repairs::takeConflicts()
 }
 
 // The lines of a conflict of which not all were removed.
-void Repairs::takeMarkers()
+void MendedText::takeMarkers()
 {
     for (const char *marker : { "<<<<<<< ", "=======\n", ">>>>>>> " }) {
         for (int begin = 0; isAffordable();) {
@@ -497,7 +497,7 @@ void Repairs::takeMarkers()
 }
 
 // Our side of the conflict stays.
-bool Repairs::takeConflict(int begin)
+bool MendedText::takeConflict(int begin)
 {
     const QByteArray &bytes = m_text.bytes();
     const int base = bytes.indexOf("\n|||||||", begin);
@@ -521,7 +521,7 @@ bool Repairs::takeConflict(int begin)
     return true;
 }
 
-void Repairs::run()
+void MendedText::run()
 {
     while (isAffordable()) {
         Reading reading(m_text);
@@ -533,7 +533,7 @@ void Repairs::run()
     }
 }
 
-bool Repairs::mendOne(const Reading &reading)
+bool MendedText::mendOne(const Reading &reading)
 {
     Slip slip;
     int opened = -1;
@@ -550,7 +550,7 @@ bool Repairs::mendOne(const Reading &reading)
 }
 
 // Takes away the entry that was begun, and closes what is open.
-bool Repairs::takeCutOff(const Reading &reading)
+bool MendedText::takeCutOff(const Reading &reading)
 {
     Structure structure = reading.structure();
     if (structure.depth() == 0)
@@ -581,13 +581,13 @@ bool Repairs::takeCutOff(const Reading &reading)
 }
 
 // What the hint proposes, where anything is proposed.
-Edit Repairs::numberWritten(int place, const QByteArray &given)
+Edit MendedText::numberWritten(int place, const QByteArray &given)
 {
     const QByteArray number = Numbers::meant(given);
     return number.isEmpty() ? Edit() : Edit { place, given.size(), number };
 }
 
-void Repairs::take(const Slip &slip, int opened)
+void MendedText::take(const Slip &slip, int opened)
 {
     const QByteArray given = m_text.bytes().mid(slip.place, slip.length);
     const int place = original(slip.place);
@@ -613,7 +613,7 @@ void Repairs::take(const Slip &slip, int opened)
     change(slip.edit);
 }
 
-int Repairs::original(int offset) const
+int MendedText::original(int offset) const
 {
     for (auto edit = m_edits.rbegin(); edit != m_edits.rend(); ++edit) {
         if (offset >= edit->offset + edit->inserted.size())
@@ -624,7 +624,7 @@ int Repairs::original(int offset) const
     return offset;
 }
 
-Edit Repairs::original(const Edit &edit) const
+Edit MendedText::original(const Edit &edit) const
 {
     const int begin = original(edit.offset);
     return Edit { begin, original(edit.offset + edit.removed) - begin, edit.inserted };

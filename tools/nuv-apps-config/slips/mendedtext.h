@@ -1,5 +1,5 @@
-#ifndef REPAIRS_H
-#define REPAIRS_H
+#ifndef MENDEDTEXT_H
+#define MENDEDTEXT_H
 
 #include "tools/nuv-apps-config/findings/finding.h"
 #include "tools/nuv-apps-config/tree/places.h"
@@ -13,11 +13,12 @@ class Reading;
 /// Takes back the slips of the hand in a text that the library rejects. For each syntax error all
 /// changes of one or two bytes near it are tried, and the one after which the text reads on furthest is
 /// what was meant. What no small change mends stays as it is.
-class Repairs
+class MendedText
 {
 public:
-    explicit Repairs(const SourceText &source);
+    explicit MendedText(const SourceText &source);
 
+    /// Whether nothing had to be changed.
     bool isEmpty() const { return m_edits.empty(); }
 
     /// The text with all changes.
@@ -73,4 +74,4 @@ private:
     qint64 m_budget;
 };
 
-#endif // REPAIRS_H
+#endif // MENDEDTEXT_H
