@@ -20,8 +20,8 @@ JsonParser::JsonParser() : m_limit(nullptr), m_errorLine(0), m_errorPos(0) {}
 // A tree that a syntax error or an exception left here may be as deep as the document.
 JsonParser::~JsonParser()
 {
-    for (int i = 0; i < m_stack.size(); ++i)
-        VariantTree::dispose(m_stack[i].value);
+    for (Slot &slot : m_stack)
+        VariantTree::dispose(slot.value);
     VariantTree::dispose(m_result);
 }
 
@@ -44,7 +44,7 @@ bool JsonParser::parse(JsonLexer *lexer)
 {
     const int noToken = -1;
     int token = noToken;
-    Slot *top = push(reallocateStack(), 0);
+    Slot *top = push(addSlot(), 0);
     for (;;) {
         // A state that has nothing but its default action does not wait for a token.
         if (token == noToken && !JsonGrammar::isDefaultOnly(top->state))
@@ -65,13 +65,15 @@ bool JsonParser::parse(JsonLexer *lexer)
     }
 }
 
-// Doubles the stack and returns its first new slot.
-JsonParser::Slot *JsonParser::reallocateStack()
+// The stack has room for 128 slots at first, then for twice as many. A slot is made when it is reached for
+// the first time, as most documents need few.
+JsonParser::Slot *JsonParser::addSlot()
 {
-    const int oldSize = m_stack.size();
-    m_stack.resize(oldSize == 0 ? 128 : oldSize * 2);
+    if (m_stack.size() == m_stack.capacity())
+        m_stack.reserve(m_stack.empty() ? 128 : 2 * m_stack.size());
+    m_stack.push_back(Slot());
     m_limit = m_stack.data() + m_stack.size();
-    return m_stack.data() + oldSize;
+    return &m_stack.back();
 }
 
 // Moves the top up by one slot and returns it. A reduction by an empty rule does so as well as a shift,
@@ -80,7 +82,7 @@ inline JsonParser::Slot *JsonParser::push(Slot *top, int state)
 {
     ++top;
     if (top == m_limit)
-        top = reallocateStack();
+        top = addSlot();
     top->state = state;
     return top;
 }

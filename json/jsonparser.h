@@ -6,7 +6,8 @@
 #include <QByteArray>
 #include <QString>
 #include <QVariant>
-#include <QVector>
+
+#include <vector>
 
 /// Parses JSON text into a variant tree.
 ///
@@ -61,7 +62,7 @@ private:
         QVariant value;
     };
 
-    Slot *reallocateStack();
+    Slot *addSlot();
     Slot *push(Slot *top, int state);
     Slot *shift(Slot *top, int state, int token, JsonLexer *lexer);
     Slot *reduce(Slot *top, int rule);
@@ -70,7 +71,7 @@ private:
     static void addElement(QVariant &array, Slot &element);
     void setError(const JsonLexer &lexer, int state);
 
-    QVector<Slot> m_stack; ///< slot 0 is never used
+    std::vector<Slot> m_stack; ///< slot 0 is never used
     Slot *m_limit; ///< after the last slot
     QVariant m_result;
     QString m_errorMessage;

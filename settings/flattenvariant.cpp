@@ -41,7 +41,8 @@ public:
         : m_prefix(prefix),
           m_isPath(prefix.isEmpty() || prefix.endsWith(FlatKeySeparator)),
           m_map(map),
-          m_next(map.end())
+          m_next(map.end()),
+          m_isElement(false)
     {
     }
 
@@ -71,7 +72,8 @@ private:
     QString &m_prefix;
     const bool m_isPath; ///< whether the prefix is as it should be
     QSettings::SettingsMap &m_map;
-    QSettings::SettingsMap::iterator m_next; ///< after the entry that was stored last
+    QSettings::SettingsMap::iterator m_next; ///< before which the next key most likely comes
+    bool m_isElement; ///< whether the next key is the first of an element of an array, or its size
     std::vector<OpenContainer> m_containers;
 };
 
@@ -121,6 +123,7 @@ void Flattener::visitEntries()
     if (m_containers.size() != depth)
         return;
     if (VariantTree::isList(innermost.container)) {
+        m_isElement = true;
         QVariant size = VariantTree::list(innermost.container).size();
         store(innermost.sizeKey, size);
     }
@@ -142,6 +145,7 @@ void Flattener::visitElements(OpenContainer &array, size_t depth)
     QVariantList &list = VariantTree::list(array.container);
     while (m_containers.size() == depth && array.index < list.size()) {
         QVariant &element = list[array.index++];
+        m_isElement = true;
         visit(elementName(array.index), element);
     }
 }
@@ -161,12 +165,15 @@ void Flattener::visit(const QString &name, QVariant &value)
         leaveComponent(m_prefix);
 }
 
-// A key most often sorts directly after the one before it.
+// A key most often sorts directly after the one before it, and before what that one came before. Not so in
+// an array: its element 10 comes before its element 2.
 void Flattener::store(const QString &key, QVariant &value)
 {
-    m_next = QtCompat::insertBefore(m_map, m_next, key);
-    m_next.value().swap(value);
-    ++m_next;
+    QSettings::SettingsMap::iterator stored = QtCompat::insertBefore(m_map, m_next, key);
+    stored.value().swap(value);
+    if (m_isElement)
+        m_next = ++stored;
+    m_isElement = false;
 }
 
 } // namespace
