@@ -8,15 +8,12 @@
 #include <ZarexExtBase>
 
 #include <QApplication>
-#include <QDir>
-#include <QFile>
+#include <QFileInfo>
 #include <QNetworkAccessManager>
 #include <QSslConfiguration>
 #include <QSslKey>
 #include <QUrl>
 #include <QWebView>
-
-#include <cstdio>
 
 // What the library leaves to the launcher: how an extension object is made.
 class ZarexExtFactory
@@ -35,10 +32,7 @@ public:
 
 public Q_SLOTS:
     QString model() const { return QLatin1String("box-1"); }
-    void say(const QString &text) const
-    {
-        std::fprintf(stderr, "the page says: %s\n", qPrintable(text));
-    }
+    void say(const QString &text) const { qWarning("the page says: %s", qPrintable(text)); }
 };
 
 class ExtensionFactory : public ZarexExtFactory
@@ -94,38 +88,39 @@ public Q_SLOTS:
     {
         if (loaded)
             return;
-        std::fprintf(stderr, "the page does not load: %s\n", qPrintable(url().toString()));
+        qWarning("the page does not load: %s", qPrintable(url().toString()));
         QApplication::exit(1);
     }
 };
 
-// Returns false when there is no network access, or none with the certificate.
-static bool giveNetwork(QWebPage *page, const AppConfig &config)
+// The configuration's file, as the library looks for it.
+static QString configurationFile()
 {
-    NetworkAccessManager *network = createNetworkAccessManager(page);
-    if (network && config.getCertPath().isValid())
-        network->setSslConfiguration(config.getCertPath().toString(),
-                                     config.getCertPrivateKey().toString(),
-                                     config.getCertPassPhrase().toString());
-    QNetworkAccessManager *access = network ? network->impl() : nullptr;
-    if (access)
-        page->setNetworkAccessManager(access);
-    return access != nullptr;
+    const QString named = QString::fromLatin1(qgetenv("NUV_APPS_CONFIG_FILE").constData());
+    return QFile::exists(named) ? named : QString::fromLatin1("AppsConfig.json");
 }
 
+// Returns false when the application is not configured, or its certificate cannot be used.
 static bool open(QWebView &view, const QString &tag)
 {
     AppConfig config;
-    if (!getWebAppSettings()->getAppConfig(tag, config) || !giveNetwork(view.page(), config))
+    if (!getWebAppSettings()->getAppConfig(tag, config))
         return false;
-    if (getZarexExtFactory())
-        getZarexExtFactory()->create(view.page());
+    NetworkAccessManager *network = createNetworkAccessManager(view.page());
+    if (config.getCertPath().isValid())
+        network->setSslConfiguration(config.getCertPath().toString(),
+                                     config.getCertPrivateKey().toString(),
+                                     config.getCertPassPhrase().toString());
+    if (!network->impl())
+        return false;
+    view.page()->setNetworkAccessManager(network->impl());
+    getZarexExtFactory()->create(view.page());
 
     if (config.getScale().isValid()) // invalid: not configured, so the browser's default stays
         view.setZoomFactor(config.getScale().toReal());
-    // One without a scheme is a file here; what it is relative to is the launcher's to say.
-    const QUrl folder = QUrl::fromLocalFile(QDir::currentPath() + QLatin1Char('/'));
-    view.load(folder.resolved(QUrl(config.getUrl().toString())));
+    // An address without a scheme is relative to the configuration's file.
+    const QUrl base = QUrl::fromLocalFile(QFileInfo(configurationFile()).absoluteFilePath());
+    view.load(base.resolved(QUrl(config.getUrl().toString())));
     return true;
 }
 
@@ -142,7 +137,7 @@ int main(int argc, char **argv)
     QObject::connect(&view, SIGNAL(loadFinished(bool)), &view, SLOT(endUnless(bool)),
                      Qt::QueuedConnection);
     if (!open(view, QLatin1String("tv"))) {
-        std::fprintf(stderr, "there is no application \"tv\", or no use for its certificate\n");
+        qWarning("there is no application \"tv\", or no use for its certificate");
         return 1;
     }
     view.show();

@@ -63,6 +63,7 @@ class tst_SmallLauncher : public QObject
 private Q_SLOTS:
     void itShowsThePageThatItShipsWith();
     void itStaysOpenWhenThePageHasLoaded();
+    void aRelativeAddressIsBesideTheConfiguration();
     void itFailsWhereThereIsNothingToShow_data();
     void itFailsWhereThereIsNothingToShow();
     void theCertificateIsPresented();
@@ -96,6 +97,22 @@ void tst_SmallLauncher::itStaysOpenWhenThePageHasLoaded()
 
     QVERIFY(Stage::awaitOutput(&process, "the page says: shown\n"));
     QCOMPARE(process.state(), QProcess::Running);
+    end(&process);
+}
+
+void tst_SmallLauncher::aRelativeAddressIsBesideTheConfiguration()
+{
+    SmallStage stage;
+    stage.configure("{ \"Tag\": \"tv\", \"Url\": \"page.html\" }");
+    stage.set("NUV_APPS_CONFIG_FILE", stage.path("AppsConfig.json"));
+    stage.write("page.html", "<script>zarexExt.say(location.pathname)</script>");
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+
+    stage.start(&process, QStringList(), text("/"));
+
+    QVERIFY(Stage::awaitOutput(&process,
+                               ("the page says: " + stage.path("page.html").toUtf8()).constData()));
     end(&process);
 }
 
