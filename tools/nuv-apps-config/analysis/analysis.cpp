@@ -1,9 +1,11 @@
 #include "tools/nuv-apps-config/analysis/analysis.h"
 
 #include "tools/nuv-apps-config/rules/meaning.h"
+#include "tools/nuv-apps-config/analysis/ignores.h"
 #include "tools/nuv-apps-config/findings/rules.h"
 
 #include <algorithm>
+#include <limits>
 
 QString Analysis::danger() const
 {
@@ -27,11 +29,19 @@ bool isBroken(const Findings &findings)
 } // namespace
 
 std::unique_ptr<Analysis> analyse(const QString &name, const QByteArray &bytes,
-                                  const QString &folder, const ProgressSink &progress)
+                                  const DeviceFiles &files, const ProgressSink &progress,
+                                  const QStringList &ignored)
 {
     std::unique_ptr<Analysis> analysis(new Analysis(SourceText(name, bytes)));
-    if (readDocument(analysis->source, analysis->document, analysis->findings, progress))
-        checkMeaning(analysis->source, analysis->document, folder, analysis->findings);
+    Findings &findings = analysis->findings;
+    for (const QString &rule : ignored)
+        findings.ignore(rule.toLatin1(), 0, std::numeric_limits<int>::max());
+    if (readDocument(analysis->source, analysis->document, findings, progress)) {
+        Ignores ignores(analysis->document, findings);
+        ignores.read();
+        checkMeaning(analysis->source, analysis->document, files, findings);
+        ignores.reportUnused();
+    }
     analysis->findings.sort();
     analysis->secrets.reset(new Secrets(bytes, analysis->document, isBroken(analysis->findings)));
     const Secrets &secrets = *analysis->secrets;

@@ -4,8 +4,11 @@
 #include "tools/nuv-apps-config/tree/document.h"
 #include "tools/nuv-apps-config/reading/documentreader.h"
 #include "tools/nuv-apps-config/findings/finding.h"
+#include "tools/nuv-apps-config/rules/devicefiles.h"
 #include "tools/nuv-apps-config/secrets/secrets.h"
 #include "tools/nuv-apps-config/text/sourcetext.h"
+
+#include <QStringList>
 
 #include <memory>
 
@@ -25,9 +28,11 @@ struct Analysis {
     static const int DeepestFlattened = 5000;
 };
 
-/// `name` is what the file is called in the output. `folder` is where relative paths in it begin.
+/// `name` is what the file is called in the output, `files` is where the files are that it names. Of
+/// the rules in `ignored` nothing is found.
 std::unique_ptr<Analysis> analyse(const QString &name, const QByteArray &bytes,
-                                  const QString &folder,
-                                  const ProgressSink &progress = ProgressSink());
+                                  const DeviceFiles &files,
+                                  const ProgressSink &progress = ProgressSink(),
+                                  const QStringList &ignored = QStringList());
 
 #endif // ANALYSIS_H

@@ -7,9 +7,9 @@ const char Plain[] = "text|json";
 
 // clang-format off
 const std::vector<Command> commandTable = {
-    { "check", "[FILE...]", 0, -1, "format|color|fail-on", Reports, "say what is wrong, where and why",
+    { "check", "[FILE...]", 0, -1, "root|ignore|fail-on|format|color", Reports, "say what is wrong, where and why",
       "Checks the files, or the one that the library would pick. - is the standard input. All problems are reported in one run, each with its place, a hint and the id of its rule." },
-    { "show", "[TAG...]", 0, -1, "file|format|reveal", Plain, "show what the launcher will see",
+    { "show", "[TAG...]", 0, -1, "file|root|format|reveal", Plain, "show what the launcher will see",
       "Shows which file is read and why, whether its version passes, the global values and the applications with each value, its type and its place in the file, and what was skipped. With tags, only those applications." },
     { "list", "", 0, 0, "file|format", Plain, "list the tags",
       "Lists the tags of the applications that are loaded." },
@@ -32,7 +32,9 @@ const std::vector<Command> commandTable = {
 const std::vector<Option> optionTable = {
     { "file", "f", "FILE", "", "", "look at this file, not at the one that the library would pick" },
     { "format", "", "FORMAT", Reports, "text", "the form of the output" },
-    { "fail-on", "", "SEVERITY", "error|warning", "warning", "exit with status 1 for findings from this severity on" },
+    { "root", "", "DIR", "", "", "look below DIR for absolute paths: a copy of the device's files, or /" },
+    { "ignore", "", "RULE", "", "", "leave out what this rule finds; more than once, or RULE,RULE" },
+    { "fail-on", "", "SEVERITY", "error|warning|note", "warning", "exit with status 1 for findings from this severity on" },
     { "color", "", "WHEN", "auto|always|never", "auto", "colours: auto is on a terminal, unless NO_COLOR is set" },
     { "reveal", "", "", "", "", "show secrets" },
     { "write", "w", "", "", "", "write the file in place, if it changes" },

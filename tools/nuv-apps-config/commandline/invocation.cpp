@@ -1,8 +1,10 @@
 #include "tools/nuv-apps-config/commandline/invocation.h"
 
+#include "tools/nuv-apps-config/findings/rules.h"
 #include "tools/nuv-apps-config/text/spelling.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
 
 #include <unistd.h>
 
@@ -83,6 +85,50 @@ bool wantsColour(const QString &when)
     return isatty(STDOUT_FILENO) && qgetenv("NO_COLOR").isEmpty() && qgetenv("TERM") != "dumb";
 }
 
+Severity severityNamed(const QString &name)
+{
+    if (name == QLatin1String("note"))
+        return Severity::Note;
+    return name == QLatin1String("error") ? Severity::Error : Severity::Warning;
+}
+
+QString wrongRule(const QString &id)
+{
+    if (Rules::lookUp(id))
+        return QString(QLatin1String("%1 cannot be ignored: the library reads nothing of such a "
+                                     "file"))
+            .arg(id);
+    QStringList ids;
+    for (const Rule &rule : Rules::all())
+        ids.append(QLatin1String(rule.id));
+    const QString nearest = Spelling::nearest(id, ids);
+    return QString(QLatin1String("there is no rule \"%1\"")).arg(id)
+        + (nearest.isEmpty() ? QString(QLatin1String("; explain lists them all"))
+                             : QString(QLatin1String("; did you mean \"%1\"?")).arg(nearest));
+}
+
+bool readIgnored(const QStringList &values, Invocation *invocation, QString *error)
+{
+    invocation->ignored = values.join(QLatin1Char(',')).split(QLatin1Char(','), Qt::SkipEmptyParts);
+    for (const QString &id : invocation->ignored) {
+        const Rule *const rule = Rules::lookUp(id);
+        if (rule && Rules::canBeIgnored(*rule))
+            continue;
+        *error = wrongRule(id);
+        return false;
+    }
+    return true;
+}
+
+bool readRoot(const QString &root, Invocation *invocation, QString *error)
+{
+    invocation->root = root;
+    if (root.isEmpty() || QFileInfo(root).isDir())
+        return true;
+    *error = QString(QLatin1String("--root names a directory, and \"%1\" is none")).arg(root);
+    return false;
+}
+
 Format formatNamed(const QString &name)
 {
     if (name == QLatin1String("json"))
@@ -120,7 +166,7 @@ bool parseCommandLine(const QStringList &arguments, Invocation *invocation, QStr
     invocation->useColour = wantsColour(parser.value(QLatin1String("color")));
     invocation->reveal = parser.isSet(QLatin1String("reveal"));
     invocation->write = parser.isSet(QLatin1String("write"));
-    if (parser.value(QLatin1String("fail-on")) == QLatin1String("error"))
-        invocation->failOn = Severity::Error;
-    return true;
+    invocation->failOn = severityNamed(parser.value(QLatin1String("fail-on")));
+    return readIgnored(parser.values(QLatin1String("ignore")), invocation, error)
+        && readRoot(parser.value(QLatin1String("root")), invocation, error);
 }

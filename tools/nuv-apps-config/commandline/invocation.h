@@ -17,6 +17,8 @@ struct Invocation {
     QStringList arguments;
     QString file; ///< empty: the one that the library would pick
     Format format = Format::Text;
+    QString root; ///< with the files of the device; empty: not known
+    QStringList ignored; ///< ids of rules
     Severity failOn = Severity::Warning;
     bool useColour = false;
     bool reveal = false;

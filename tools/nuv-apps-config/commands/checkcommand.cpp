@@ -6,13 +6,6 @@
 
 namespace {
 
-ExitStatus statusOf(const Findings &findings, Severity failOn)
-{
-    const int errors = findings.count(Severity::Error);
-    const int warnings = failOn == Severity::Warning ? findings.count(Severity::Warning) : 0;
-    return errors + warnings > 0 ? Found : Success;
-}
-
 // In the text form on the standard error, beside which a list of findings can be kept.
 void reportUnread(const Invocation &invocation, const QString &name, const QString &error,
                   Report &report)
@@ -26,13 +19,13 @@ void reportUnread(const Invocation &invocation, const QString &name, const QStri
 ExitStatus checkFile(const Invocation &invocation, const QString &name, Report &report)
 {
     QString error;
-    const std::unique_ptr<Analysis> analysis = readFile(name, &error);
+    const std::unique_ptr<Analysis> analysis = readFile(name, invocation, &error);
     if (!analysis) {
         reportUnread(invocation, name, error, report);
         return Trouble;
     }
     report.add(*analysis, Effect::of(*analysis));
-    return statusOf(analysis->findings, invocation.failOn);
+    return analysis->findings.hasFrom(invocation.failOn) ? Found : Success;
 }
 
 ExitStatus checkChosenFile(const Invocation &invocation, Report &report)
@@ -44,11 +37,13 @@ ExitStatus checkChosenFile(const Invocation &invocation, Report &report)
         return Trouble;
     }
     report.addChoice(choice.path, choice.why);
-    const bool isPassedBy = !choice.warning.isEmpty();
+    const char *const passedBy = "variable-names-nothing";
+    const bool isPassedBy =
+        !choice.warning.isEmpty() && !invocation.ignored.contains(QLatin1String(passedBy));
     if (isPassedBy)
-        report.addUnread("variable-names-nothing", choice.path, choice.warning);
+        report.addUnread(passedBy, choice.path, choice.warning);
     const ExitStatus status = checkFile(invocation, choice.path, report);
-    return isPassedBy && invocation.failOn == Severity::Warning ? qMax(status, Found) : status;
+    return isPassedBy && invocation.failOn <= Severity::Warning ? qMax(status, Found) : status;
 }
 
 } // namespace

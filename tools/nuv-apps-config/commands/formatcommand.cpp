@@ -139,7 +139,7 @@ int Program::format(const Invocation &invocation, Output &output)
         return Trouble;
     }
     QString error;
-    const std::unique_ptr<Analysis> analysis = readFile(name, &error);
+    const std::unique_ptr<Analysis> analysis = readFile(name, invocation, &error);
     if (!analysis) {
         Output::complain(name + QLatin1String(": ") + error);
         return Trouble;

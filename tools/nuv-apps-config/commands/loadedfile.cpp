@@ -12,7 +12,8 @@ const char List[] = "Applications";
 
 } // namespace
 
-std::unique_ptr<LoadedFile> LoadedFile::open(const QString &name, ExitStatus *status)
+std::unique_ptr<LoadedFile> LoadedFile::open(const QString &name, const Invocation &invocation,
+                                             ExitStatus *status)
 {
     ConfigurationFile::Choice choice;
     choice.path = name;
@@ -29,7 +30,7 @@ std::unique_ptr<LoadedFile> LoadedFile::open(const QString &name, ExitStatus *st
     QString error;
     std::unique_ptr<LoadedFile> file(new LoadedFile);
     file->m_why = choice.why;
-    file->m_analysis = readFile(choice.path, &error);
+    file->m_analysis = readFile(choice.path, invocation, &error);
     if (file->m_analysis && file->load(&error))
         return file;
     *status = file->m_analysis ? Found : Trouble;

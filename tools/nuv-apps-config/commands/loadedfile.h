@@ -17,7 +17,8 @@ class LoadedFile
 public:
     /// `name` is empty for the file that the library would pick. Null, with the reason on the standard
     /// error and the exit status in `*status`, when it cannot be read or loading it would do harm.
-    static std::unique_ptr<LoadedFile> open(const QString &name, ExitStatus *status);
+    static std::unique_ptr<LoadedFile> open(const QString &name, const Invocation &invocation,
+                                            ExitStatus *status);
 
     QString name() const { return m_analysis->source.name(); }
     QString why() const { return m_why; }

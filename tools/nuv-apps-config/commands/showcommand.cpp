@@ -30,6 +30,15 @@ const char *const skips[] = { "no-tag",
                               "not-an-object",
                               "empty-file" };
 
+// The findings that say that a file is not where the configuration says.
+const char *const missing[] = { "missing-file", "missing-here", "certificate-missing" };
+
+bool isMissing(const Finding &finding)
+{
+    return std::any_of(std::begin(missing), std::end(missing),
+                       [&](const char *rule) { return qstrcmp(rule, finding.rule) == 0; });
+}
+
 bool isSkip(const Finding &finding, bool isRead)
 {
     if (!isRead)
@@ -38,15 +47,23 @@ bool isSkip(const Finding &finding, bool isRead)
                        [&](const char *rule) { return qstrcmp(rule, finding.rule) == 0; });
 }
 
-std::vector<const Finding *> skippedIn(const LoadedFile &file)
+typedef std::vector<const Finding *> Shown;
+
+template<class Choice>
+Shown chosenIn(const LoadedFile &file, const Choice &isChosen)
+{
+    Shown chosen;
+    for (const Finding &finding : file.analysis().findings.all()) {
+        if (isChosen(finding))
+            chosen.push_back(&finding);
+    }
+    return chosen;
+}
+
+Shown skippedIn(const LoadedFile &file)
 {
     const bool isRead = file.isRead();
-    std::vector<const Finding *> skipped;
-    for (const Finding &finding : file.analysis().findings.all()) {
-        if (isSkip(finding, isRead))
-            skipped.push_back(&finding);
-    }
-    return skipped;
+    return chosenIn(file, [isRead](const Finding &finding) { return isSkip(finding, isRead); });
 }
 
 // Whether all the tags are there; says which are not.
@@ -90,7 +107,7 @@ public:
 
     void global();
     void application(const QString &tag);
-    void skipped();
+    void findings(const char *title, const Shown &findings);
 
 private:
     void config(const AppConfig &config, const Node *object);
@@ -140,11 +157,10 @@ void ShownText::application(const QString &tag)
     config(m_file.state().applications.value(tag), object);
 }
 
-void ShownText::skipped()
+void ShownText::findings(const char *title, const Shown &findings)
 {
-    const std::vector<const Finding *> findings = skippedIn(m_file);
     if (!findings.empty())
-        line(text("\nSkipped or lost:"));
+        line(text(title));
     for (const Finding *finding : findings) {
         const Place place = m_file.analysis().source.place(finding->offset);
         line(QString(QLatin1String("    %1:%2: %3 [%4]"))
@@ -165,7 +181,7 @@ private:
     void global();
     void config(const AppConfig &config, const Node *object);
     void application(const QString &tag);
-    void skipped();
+    void findings(const char *name, const Shown &findings);
     void place(int offset);
 
     const LoadedFile &m_file;
@@ -218,11 +234,11 @@ void ShownJson::application(const QString &tag)
     m_json.endObject();
 }
 
-void ShownJson::skipped()
+void ShownJson::findings(const char *name, const Shown &findings)
 {
-    m_json.key("skipped");
+    m_json.key(name);
     m_json.beginArray();
-    for (const Finding *finding : skippedIn(m_file)) {
+    for (const Finding *finding : findings) {
         m_json.beginObject();
         place(finding->offset);
         m_json.member("rule", text(finding->rule));
@@ -245,7 +261,8 @@ QByteArray ShownJson::document(const QStringList &tags)
     for (const QString &tag : tags)
         application(tag);
     m_json.endArray();
-    skipped();
+    findings("skipped", skippedIn(m_file));
+    findings("missingFiles", chosenIn(m_file, isMissing));
     m_json.endObject();
     return m_json.document();
 }
@@ -255,7 +272,7 @@ QByteArray ShownJson::document(const QStringList &tags)
 int Program::show(const Invocation &invocation, Output &output)
 {
     ExitStatus status;
-    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &status);
+    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, invocation, &status);
     if (!file)
         return status;
     if (file->isRead() && !haveTags(*file, invocation.arguments))
@@ -269,7 +286,8 @@ int Program::show(const Invocation &invocation, Output &output)
         shown.global();
         for (const QString &tag : tags)
             shown.application(tag);
-        shown.skipped();
+        shown.findings("\nSkipped or lost:", skippedIn(*file));
+        shown.findings("\nFiles that are missing:", chosenIn(*file, isMissing));
     }
     return file->isRead() ? Success : Found;
 }
@@ -277,7 +295,7 @@ int Program::show(const Invocation &invocation, Output &output)
 int Program::list(const Invocation &invocation, Output &output)
 {
     ExitStatus status;
-    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &status);
+    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, invocation, &status);
     if (!file)
         return status;
     if (!file->isRead()) {

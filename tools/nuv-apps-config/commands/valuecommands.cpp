@@ -160,7 +160,7 @@ QByteArray keysAsJson(const QSettings &settings, const Secrets *secrets)
 int Program::get(const Invocation &invocation, Output &output)
 {
     ExitStatus status;
-    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &status);
+    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, invocation, &status);
     if (!file)
         return status;
     const QString tag = invocation.arguments.at(0);
@@ -186,7 +186,7 @@ int Program::get(const Invocation &invocation, Output &output)
 int Program::keys(const Invocation &invocation, Output &output)
 {
     ExitStatus status;
-    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, &status);
+    const std::unique_ptr<LoadedFile> file = LoadedFile::open(invocation.file, invocation, &status);
     if (!file)
         return status;
     if (!file->isRead()) {
@@ -204,9 +204,10 @@ int Program::keys(const Invocation &invocation, Output &output)
 int Program::diff(const Invocation &invocation, Output &output)
 {
     ExitStatus status;
-    const std::unique_ptr<LoadedFile> a = LoadedFile::open(invocation.arguments.at(0), &status);
+    const std::unique_ptr<LoadedFile> a =
+        LoadedFile::open(invocation.arguments.at(0), invocation, &status);
     const std::unique_ptr<LoadedFile> b =
-        a ? LoadedFile::open(invocation.arguments.at(1), &status) : nullptr;
+        a ? LoadedFile::open(invocation.arguments.at(1), invocation, &status) : nullptr;
     if (!b)
         return status;
     for (const LoadedFile *file : { a.get(), b.get() }) {

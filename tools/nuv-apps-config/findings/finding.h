@@ -49,6 +49,11 @@ public:
     Finding &add(const char *rule, int offset, int length, const QString &text,
                  const QString &hint = QString());
 
+    /// From now on the rule finds nothing between the two places of the file, and what it found
+    /// there is gone. Returns what isUsed() takes.
+    size_t ignore(const QByteArray &rule, int begin, int end);
+    bool isUsed(size_t ignored) const { return m_ignores[ignored].isUsed; }
+
     /// Takes away what another finding at the same place says better.
     void remove(const char *rule, int offset);
 
@@ -56,6 +61,9 @@ public:
     bool has(const char *rule) const;
     bool hasSyntaxError() const;
     int count(Severity severity) const;
+
+    /// Whether one has this severity or a worse one, or may have: those that were not kept count, too.
+    bool hasFrom(Severity severity) const;
 
     /// In the order of the text, each only once.
     void sort();
@@ -69,10 +77,26 @@ public:
     bool isFull() const { return int(m_all.size()) >= Limit; }
     int dropped() const { return m_dropped; }
 
+    /// Whether a reader gave up because of so many, so that nobody knows what else there is.
+    void setCut(bool isCut) { m_isCut = isCut; }
+    bool isCut() const { return m_isCut; }
+
 private:
+    struct Ignore {
+        QByteArray rule;
+        int begin;
+        int end;
+        bool isUsed;
+    };
+
+    bool isIgnored(const char *rule, int offset);
+
+    std::vector<Ignore> m_ignores;
     std::vector<Finding> m_all;
     int m_dropped = 0;
-    Finding m_ignored = Finding();
+    Severity m_worstDropped = Severity::Note;
+    bool m_isCut = false;
+    Finding m_unkept = Finding();
 };
 
 #endif // FINDING_H

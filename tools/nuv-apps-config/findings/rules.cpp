@@ -77,7 +77,8 @@ const std::vector<Rule> table = {
     { "unusable-proxy", Me, E, "A proxy that cannot be used", "A proxy is written as host:port, with user:password@ before it where it asks for them." },
     { "unusable-domain", Me, E, "A domain that cannot be used", "The name of a domain or of a host is written alone: no scheme, no port, no path, no pattern. What is below a domain is granted as well. The reference launcher refuses the whole list for one such element." },
     { "unusable-user-agent", Me, E, "A user agent of more than one line", "It becomes a line of each request. A line break in it would begin another line, so the reference launcher refuses it." },
-    { "missing-file", Me, E, "A file that is not next to the configuration file", "A page or a script that is named without a leading / is looked for in the directory of the configuration file. Nothing like ~ or $HOME is replaced. What begins with / may be there on the device, so it is not looked for." },
+    { "missing-file", Me, E, "A file that does not exist", "A page or a script that is named without a leading / is looked for in the directory of the configuration file, and one with it below the DIR of --root. Nothing like ~ or $HOME is replaced." },
+    { "missing-here", Me, N, "A file that is not on this machine", "A path that begins with / names a file of the device, and this machine may be another one. With --root DIR the file is looked for below DIR, a copy of the device's file system, and is an error where it is missing; on the device itself that is --root /." },
     { "control-character", Me, W, "An escape that gives a control character", "\\b, \\f, \\n, \\r and \\t are control characters, so that \"C:\\tv\\new\" holds a tab and a line feed. A backslash is written twice." },
     { "blank-at-edge", Me, W, "A blank at the beginning or the end", "It is a part of the value. A tag with a blank is another tag than the one without." },
     { "no-tag", Me, E, "An application without a tag", "The whole application is skipped, without a message." },
@@ -93,6 +94,7 @@ const std::vector<Rule> table = {
     { "plain-domain", Me, E, "A domain that is not an object", "Each element is an object: { \"Domain\": \"broadcaster.example\" }. Nothing of a plain string is used, but the list counts as configured, and is empty." },
     { "no-domain", Me, W, "An element without a domain", "It grants nothing." },
     { "needs-certificate", Me, E, "A private key or a pass phrase without a certificate", "PrivateKey and PassPhrase are read only where Path is given." },
+    { "unused-ignore", Me, N, "An ignore that ignores nothing", "A key that begins with \"_comment check\" and has a value such as \"ignore unknown-key\" keeps check from reporting that rule in its object and in all that the object holds. Here it keeps nothing back: the mistake is gone, the rule has another name, or it cannot be ignored because the library reads nothing of a file with it. Remove it, or correct the name." },
     { "no-effect", Me, W, "A property without the one that it needs", "The value is handed out, but changes nothing." },
     { "two-names", Me, W, "Two names of one property with different values", "The name that begins with Use decides." },
 
@@ -134,6 +136,12 @@ QByteArray Rules::sample(const Rule &rule)
 {
     QFile file(QLatin1String(":/samples/") + QLatin1String(rule.id) + QLatin1String(".json"));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool Rules::canBeIgnored(const Rule &rule)
+{
+    return rule.severity != Severity::Error
+        || (rule.group != RuleGroup::Syntax && rule.group != RuleGroup::File);
 }
 
 QString Rules::groupName(RuleGroup group)

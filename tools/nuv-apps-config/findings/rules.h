@@ -37,6 +37,9 @@ const Rule &find(const char *id);
 /// A file in which the rule finds something; empty for what no file can show.
 QByteArray sample(const Rule &rule);
 
+/// False for what keeps the library from reading anything: nobody is helped by not seeing it.
+bool canBeIgnored(const Rule &rule);
+
 QString groupName(RuleGroup group);
 QString severityName(Severity severity);
 

@@ -646,6 +646,7 @@ bool readDocument(const SourceText &source, Document &document, Findings &findin
     if (!found.hasSyntaxError()) {
         noteOddities(nullptr, found, document);
         append(found, findings);
+        findings.setCut(found.isFull());
         return isReliable;
     }
     if (Foreign::report(source.bytes(), findings))
@@ -659,5 +660,6 @@ bool readDocument(const SourceText &source, Document &document, Findings &findin
     noteOddities(&mended, found, document);
     noteMistakes(source, mended, found, document);
     append(oneALine(source, mended, found), findings);
+    findings.setCut(found.isFull());
     return isReliable;
 }

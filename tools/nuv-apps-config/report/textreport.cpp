@@ -114,6 +114,10 @@ void TextReport::add(const Analysis &analysis, const Effect &effect)
         m_output.write(QString(QLatin1String("%1: %2 more findings are not shown\n"))
                            .arg(Output::printable(analysis.source.name()),
                                 QString::number(analysis.findings.dropped())));
+    if (analysis.findings.isCut())
+        m_output.write(
+            QString(QLatin1String("%1: after so many findings the rest was not looked at\n"))
+                .arg(Output::printable(analysis.source.name())));
     m_effect = effect.text;
     if (m_fileCount > 1)
         m_output.write(Output::printable(analysis.source.name()) + QLatin1String(": ") + effect.text

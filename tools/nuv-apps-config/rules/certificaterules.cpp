@@ -36,27 +36,34 @@ const Node *textMember(const Document &document, const Node &object, const char 
     return value && value->type == Node::Text ? value : nullptr;
 }
 
-void reportMissing(const Node &path, const QString &name, const QString &folder, Findings &findings)
+void reportMissing(const Node &path, const QString &name, const DeviceFiles &files,
+                   Findings &findings)
 {
     const QString given = path.value.toString();
+    if (files.mayHave(given)) {
+        add(findings, "missing-here", path,
+            QString(QLatin1String("there is no %1 on this machine")).arg(given),
+            text("--root DIR looks below DIR for the files of the device"));
+        return;
+    }
     const QString near = given.isEmpty() || QDir::isAbsolutePath(given)
         ? QString()
-        : NearbyFiles::nearest(given, folder);
+        : NearbyFiles::nearest(given, files.folder());
     Finding &finding = findings.add("certificate-missing", path.begin, path.length(),
-                                    text("there is no file ") + QDir::cleanPath(name),
+                                    text("there is no file ") + name,
                                     near.isEmpty() ? QString() : near + text(" is there"));
     if (!near.isEmpty())
         finding.edit = Edits::replace(path, Edits::quoted(near));
 }
 
 // Returns false, and says why, when the file cannot be had.
-bool read(const Node &path, const QString &folder, QByteArray *bytes, Findings &findings)
+bool read(const Node &path, const DeviceFiles &files, QByteArray *bytes, Findings &findings)
 {
     const qint64 largest = Q_INT64_C(4) * 1024 * 1024;
-    const QString name = QDir(folder).absoluteFilePath(path.value.toString());
+    const QString name = files.find(path.value.toString());
     const QFileInfo info(name);
     if (path.value.toString().isEmpty() || !info.exists()) {
-        reportMissing(path, name, folder, findings);
+        reportMissing(path, name, files, findings);
         return false;
     }
     QFile file(name);
@@ -74,9 +81,9 @@ bool read(const Node &path, const QString &folder, QByteArray *bytes, Findings &
     return true;
 }
 
-void checkMode(const Node &path, const QString &folder, Findings &findings)
+void checkMode(const Node &path, const DeviceFiles &files, Findings &findings)
 {
-    const QString name = QDir(folder).absoluteFilePath(path.value.toString());
+    const QString name = files.find(path.value.toString());
     if (QFileInfo(name).permission(QFile::ReadOther))
         add(findings, "key-readable-by-all", path, text("everyone can read this private key"),
             text("chmod go-r ") + path.value.toString());
@@ -148,7 +155,7 @@ bool isInOneFile(const Document &document, const Node &certificate)
 
 // What a key file is examined for, in a file that holds a certificate.
 void checkKeyInside(const Node &path, const QByteArray &bytes, const Node *passPhrase,
-                    const QString &folder, Findings &findings)
+                    const DeviceFiles &files, Findings &findings)
 {
     if (Certificates::readKey(bytes, QByteArray()) == Certificates::NoKey) {
         add(findings, "certificate-invalid", path,
@@ -156,14 +163,14 @@ void checkKeyInside(const Node &path, const QByteArray &bytes, const Node *passP
             text("\"PrivateKey\" names the file of the key"));
         return;
     }
-    checkMode(path, folder, findings);
+    checkMode(path, files, findings);
     checkKey(path, bytes, passPhrase, bytes, true, findings);
 }
 
 } // namespace
 
 void CertificateRules::check(const Document &document, const Node &certificate,
-                             const QString &folder, Findings &findings)
+                             const DeviceFiles &files, Findings &findings)
 {
     const Node *path = textMember(document, certificate, "Path");
     const Node *keyPath = textMember(document, certificate, "PrivateKey");
@@ -171,10 +178,10 @@ void CertificateRules::check(const Document &document, const Node &certificate,
         return;
     QByteArray certificateBytes;
     QByteArray keyBytes;
-    const bool hasCertificate = read(*path, folder, &certificateBytes, findings);
-    const bool hasKey = keyPath && read(*keyPath, folder, &keyBytes, findings);
+    const bool hasCertificate = read(*path, files, &certificateBytes, findings);
+    const bool hasKey = keyPath && read(*keyPath, files, &keyBytes, findings);
     if (hasKey)
-        checkMode(*keyPath, folder, findings);
+        checkMode(*keyPath, files, findings);
     if (!hasCertificate && !hasKey)
         return;
     if (!Certificates::areAvailable()) {
@@ -187,5 +194,5 @@ void CertificateRules::check(const Document &document, const Node &certificate,
     if (hasKey)
         checkKey(*keyPath, keyBytes, passPhrase, certificateBytes, canCompare, findings);
     else if (canCompare && isInOneFile(document, certificate))
-        checkKeyInside(*path, certificateBytes, passPhrase, folder, findings);
+        checkKeyInside(*path, certificateBytes, passPhrase, files, findings);
 }

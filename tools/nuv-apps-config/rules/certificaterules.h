@@ -1,14 +1,15 @@
 #ifndef CERTIFICATERULES_H
 #define CERTIFICATERULES_H
 
+#include "tools/nuv-apps-config/rules/devicefiles.h"
 #include "tools/nuv-apps-config/tree/document.h"
 #include "tools/nuv-apps-config/findings/finding.h"
 
 /// Looks into the files that a "Certificate" names.
 namespace CertificateRules {
 
-/// `certificate` is the object; relative paths begin at `folder`.
-void check(const Document &document, const Node &certificate, const QString &folder,
+/// `certificate` is the object; `files` is where they are.
+void check(const Document &document, const Node &certificate, const DeviceFiles &files,
            Findings &findings);
 
 } // namespace CertificateRules

@@ -59,12 +59,12 @@ QByteArray toNumber(const Property &property, const Node &value)
 }
 
 QByteArray toText(const Property &property, const Node &value, const QByteArray &source,
-                  const QString &folder)
+                  const DeviceFiles &files)
 {
     const bool isScalar = value.type == Node::Number || value.type == Node::Bool;
     const QString given = QString::fromLatin1(source);
-    return isScalar && TextRules::isUsable(property, given, folder) ? Edits::quoted(given)
-                                                                    : QByteArray();
+    return isScalar && TextRules::isUsable(property, given, files) ? Edits::quoted(given)
+                                                                   : QByteArray();
 }
 
 QByteArray toObject(const Property &property, const Node &value)
@@ -77,7 +77,7 @@ QByteArray toObject(const Property &property, const Node &value)
 
 // One element without the array around it.
 QByteArray toArray(const Property &property, const Node &value, const Document &document,
-                   const QByteArray &source, const QString &folder)
+                   const QByteArray &source, const DeviceFiles &files)
 {
     const bool isOfDomains = property.section == Section::Application;
     const char *const key = isOfDomains ? "Domain" : "Tag";
@@ -85,7 +85,7 @@ QByteArray toArray(const Property &property, const Node &value, const Document &
         return document.member(value, QLatin1String(key)) ? "[ " + source + " ]" : QByteArray();
     const Property &domain = *Properties::find(Section::Domain, QLatin1String("Domain"));
     const bool isDomain = isOfDomains && value.type == Node::Text
-        && TextRules::isUsable(domain, value.value.toString(), folder);
+        && TextRules::isUsable(domain, value.value.toString(), files);
     return isDomain ? "[ { \"Domain\": " + Edits::quoted(value.value.toString()) + " } ]"
                     : QByteArray();
 }
@@ -94,10 +94,10 @@ QByteArray toArray(const Property &property, const Node &value, const Document &
 
 QByteArray Conversions::toKind(const Property &property, const Node &value,
                                const Document &document, const QByteArray &source,
-                               const QString &folder)
+                               const DeviceFiles &files)
 {
     if (Properties::isText(property))
-        return toText(property, value, source, folder);
+        return toText(property, value, source, files);
     switch (property.kind) {
     case Kind::Switch:
         return toSwitch(value);
@@ -110,7 +110,7 @@ QByteArray Conversions::toKind(const Property &property, const Node &value,
     case Kind::Object:
         return toObject(property, value);
     default:
-        return toArray(property, value, document, source, folder);
+        return toArray(property, value, document, source, files);
     }
 }
 

@@ -1,6 +1,7 @@
 #ifndef CONVERSIONS_H
 #define CONVERSIONS_H
 
+#include "tools/nuv-apps-config/rules/devicefiles.h"
 #include "tools/nuv-apps-config/tree/document.h"
 #include "tools/nuv-apps-config/properties/properties.h"
 
@@ -10,9 +11,9 @@
 namespace Conversions {
 
 /// A value of the right kind, as JSON; empty when nobody can tell. `source` is the value as it is
-/// written, `folder` is where relative paths begin.
+/// written, `files` is where the named files are.
 QByteArray toKind(const Property &property, const Node &value, const Document &document,
-                  const QByteArray &source, const QString &folder);
+                  const QByteArray &source, const DeviceFiles &files);
 
 /// 05 written as 0.5, where the range allows it. Empty for anything else.
 QByteArray withLostPoint(const Property &property, const QByteArray &written);

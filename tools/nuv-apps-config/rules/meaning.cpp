@@ -23,14 +23,14 @@ QString quoted(const QString &name)
 class Meaning
 {
 public:
-    Meaning(const SourceText &source, const Document &document, const QString &folder,
+    Meaning(const SourceText &source, const Document &document, const DeviceFiles &files,
             Findings &findings)
         : m_source(source),
           m_document(document),
-          m_folder(folder),
+          m_files(files),
           m_findings(findings),
           m_tags(document, findings),
-          m_values(source, document, m_folder, findings)
+          m_values(source, document, m_files, findings)
     {
     }
 
@@ -63,7 +63,7 @@ private:
 
     const SourceText &m_source;
     const Document &m_document;
-    QString m_folder;
+    DeviceFiles m_files;
     Findings &m_findings;
     TagRules m_tags;
     ValueRules m_values;
@@ -338,7 +338,7 @@ void Meaning::checkCertificate(const Node &certificate)
     const bool isDoubtful = m_document.doubtful.touch(certificate.begin, certificate.end)
         || m_document.isMoved(certificate);
     if (hasPath && !isDoubtful && m_document.at(*path).type == Node::Text)
-        CertificateRules::check(m_document, certificate, m_folder, m_findings);
+        CertificateRules::check(m_document, certificate, m_files, m_findings);
 }
 
 // Whether the switch may be on: what is not given goes by the browser's default.
@@ -406,9 +406,9 @@ void Meaning::checkSecondNames(const Node &application)
 
 } // namespace
 
-void checkMeaning(const SourceText &source, const Document &document, const QString &folder,
+void checkMeaning(const SourceText &source, const Document &document, const DeviceFiles &files,
                   Findings &findings)
 {
     if (!document.isEmpty())
-        Meaning(source, document, folder, findings).checkDocument();
+        Meaning(source, document, files, findings).checkDocument();
 }

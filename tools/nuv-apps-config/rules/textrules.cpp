@@ -66,37 +66,44 @@ Judgement judgeMissingPage(const QString &address, const QString &folder, const 
     return { "missing-file", objection };
 }
 
-// What is named from the root may be there on the device.
-Judgement judgeAddress(const QString &address, const QString &folder)
+// What is named from the root may be there on the device only.
+Judgement judgeAddress(const QString &address, const DeviceFiles &files)
 {
-    const Parsed<QUrl> page = toPageAddress(address, folder);
+    const Parsed<QUrl> page = toPageAddress(address, files.folder());
+    if (!page.isUsable() || !page.value.isLocalFile())
+        return { "unusable-address", page.objection };
     const bool isRelative =
         WebAddress::schemeOf(address).isEmpty() && !address.startsWith(QLatin1Char('/'));
-    if (!page.isUsable() || !isRelative)
-        return { "unusable-address", page.objection };
-    const Objection missing = judgeFile(page.value.toLocalFile());
-    return missing.isNone() ? Judgement { "missing-file", missing }
-                            : judgeMissingPage(address, folder, missing);
+    const QString path = page.value.toLocalFile();
+    const QString name = isRelative ? QDir(files.folder()).relativeFilePath(path) : path;
+    const Objection missing = judgeFile(files.find(name));
+    if (missing.isNone() || (files.mayHave(name) && QFileInfo::exists(path)))
+        return { "missing-file", Objection() };
+    if (!isRelative)
+        return { files.mayHave(name) ? "missing-here" : "missing-file", missing };
+    return judgeMissingPage(address, files.folder(), missing);
 }
 
-Judgement judgeScript(const QString &path, const QString &folder)
+Judgement judgeScript(const QString &path, const DeviceFiles &files)
 {
-    Objection objection = findScript(path, folder).objection;
-    const bool isMissing = !QFileInfo(QDir(folder), path).exists();
-    if (!objection.isNone() && isMissing && path.startsWith(QLatin1Char('/')))
-        objection = Objection();
-    if (!objection.isNone() && isMissing && objection.instead.isEmpty())
-        objection.instead = NearbyFiles::nearest(path, folder);
+    const QString found = files.find(path);
+    const bool isAbsolute = path.startsWith(QLatin1Char('/'));
+    Objection objection = findScript(isAbsolute ? found : path, files.folder()).objection;
+    const bool isMissing = !QFileInfo::exists(found);
+    if (!objection.isNone() && isMissing && files.mayHave(path))
+        return { "missing-here", objection };
+    if (!objection.isNone() && isMissing && !isAbsolute && objection.instead.isEmpty())
+        objection.instead = NearbyFiles::nearest(path, files.folder());
     return { "missing-file", objection };
 }
 
-Judgement judge(const Property &property, const QString &value, const QString &folder)
+Judgement judge(const Property &property, const QString &value, const DeviceFiles &files)
 {
     switch (property.kind) {
     case Kind::Address:
-        return judgeAddress(value, folder);
+        return judgeAddress(value, files);
     case Kind::ScriptFile:
-        return judgeScript(value, folder);
+        return judgeScript(value, files);
     case Kind::Referrer:
         return { "unusable-address", parseReferrer(value).objection };
     case Kind::Proxy:
@@ -127,13 +134,20 @@ QString quotedName(const Property &property)
 QString sentence(const Property &property, const Node &value, const Judgement &judgement)
 {
     const QString given = value.value.toString();
+    const auto shown = [&property](const QString &path) {
+        return Secrets::shown(text(property.key), path).toString();
+    };
+    const bool isAbsolute = given.startsWith(QLatin1Char('/')) || given.startsWith(text("file:"));
     const bool isThere = judgement.objection.reason != text("there is no such file");
     if (qstrcmp(judgement.rule, "blank-at-edge") == 0)
         return quotedName(property) + text(" begins or ends with a blank");
+    if (qstrcmp(judgement.rule, "missing-here") == 0)
+        return QString(QLatin1String("there is no %1 on this machine")).arg(shown(given));
     if (isThere || given.isEmpty())
         return quotedName(property) + text(" cannot be used: ") + judgement.objection.reason;
-    return QString(QLatin1String("there is no %1 next to the configuration file"))
-        .arg(Secrets::shown(text(property.key), given).toString());
+    return QString(QLatin1String(isAbsolute ? "there is no %1 on the device"
+                                            : "there is no %1 next to the configuration file"))
+        .arg(shown(given));
 }
 
 void report(const Property &property, const Node &value, const Judgement &judgement,
@@ -147,7 +161,9 @@ void report(const Property &property, const Node &value, const Judgement &judgem
         || (property.kind == Kind::ScriptFile
             && judgement.objection.reason != text("there is no such file"));
     const bool isNeeded = property.kind == Kind::Address || property.kind == Kind::Domain;
-    if (instead.isEmpty() && isForeign)
+    if (qstrcmp(judgement.rule, "missing-here") == 0)
+        hint = text("--root DIR looks below DIR for the files of the device");
+    else if (instead.isEmpty() && isForeign)
         hint = text("for instance ") + text(property.example)
             + text(isNeeded ? "" : ", or remove the key");
     if (!instead.isEmpty())
@@ -162,7 +178,7 @@ void report(const Property &property, const Node &value, const Judgement &judgem
 } // namespace
 
 void TextRules::check(const SourceText &source, const Property &property, const Node &value,
-                      const QString &folder, Findings &findings)
+                      const DeviceFiles &files, Findings &findings)
 {
     const QString given = value.value.toString();
     const bool isHeader = property.kind == Kind::UserAgent;
@@ -170,14 +186,14 @@ void TextRules::check(const SourceText &source, const Property &property, const 
         return;
     if (!isHeader && !EscapedControls::isPlain(source, value))
         return; // the value is not what was meant
-    Judgement judgement = judge(property, given, folder);
+    Judgement judgement = judge(property, given, files);
     if (judgement.objection.isNone())
         judgement = judgeBlanks(property, given);
     if (!judgement.objection.isNone())
         report(property, value, judgement, findings);
 }
 
-bool TextRules::isUsable(const Property &property, const QString &text, const QString &folder)
+bool TextRules::isUsable(const Property &property, const QString &text, const DeviceFiles &files)
 {
-    return judge(property, text, folder).objection.isNone();
+    return judge(property, text, files).objection.isNone();
 }

@@ -1,6 +1,7 @@
 #ifndef TEXTRULES_H
 #define TEXTRULES_H
 
+#include "tools/nuv-apps-config/rules/devicefiles.h"
 #include "tools/nuv-apps-config/tree/document.h"
 #include "tools/nuv-apps-config/findings/finding.h"
 #include "tools/nuv-apps-config/properties/properties.h"
@@ -10,12 +11,12 @@
 /// same functions, those of its folder "values".
 namespace TextRules {
 
-/// `folder` is where relative paths begin.
+/// `files` is where the named files are.
 void check(const SourceText &source, const Property &property, const Node &value,
-           const QString &folder, Findings &findings);
+           const DeviceFiles &files, Findings &findings);
 
 /// Whether check() would find nothing that keeps the value from being used.
-bool isUsable(const Property &property, const QString &text, const QString &folder);
+bool isUsable(const Property &property, const QString &text, const DeviceFiles &files);
 
 } // namespace TextRules
 

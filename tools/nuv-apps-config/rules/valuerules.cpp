@@ -141,7 +141,7 @@ void ValueRules::check(const KnownValue &known)
     if (value.type == Node::Null)
         return checkNull(known);
     if (fits(property, value) && Properties::isText(property))
-        return TextRules::check(m_source, property, value, m_folder, m_findings);
+        return TextRules::check(m_source, property, value, m_files, m_findings);
     if (isTag)
         return;
     if (!fits(property, value))
@@ -176,7 +176,7 @@ void ValueRules::checkKind(const KnownValue &known)
         return; // found as such
     const QByteArray bytes =
         Conversions::toKind(known.property, value, m_document,
-                            m_source.bytes().mid(value.begin, value.length()), m_folder);
+                            m_source.bytes().mid(value.begin, value.length()), m_files);
     Finding &finding = m_findings.add(
         "wrong-kind", value.begin, value.isContainer() ? 1 : value.length(),
         QString(QLatin1String("%1 must be %2, not %3"))

@@ -1,6 +1,7 @@
 #ifndef VALUERULES_H
 #define VALUERULES_H
 
+#include "tools/nuv-apps-config/rules/devicefiles.h"
 #include "tools/nuv-apps-config/tree/document.h"
 #include "tools/nuv-apps-config/findings/finding.h"
 #include "tools/nuv-apps-config/properties/properties.h"
@@ -18,10 +19,10 @@ struct KnownValue {
 class ValueRules
 {
 public:
-    /// `folder` is where relative paths begin.
-    ValueRules(const SourceText &source, const Document &document, const QString &folder,
+    /// `files` is where the named files are.
+    ValueRules(const SourceText &source, const Document &document, const DeviceFiles &files,
                Findings &findings)
-        : m_source(source), m_document(document), m_folder(folder), m_findings(findings)
+        : m_source(source), m_document(document), m_files(files), m_findings(findings)
     {
     }
 
@@ -42,7 +43,7 @@ private:
 
     const SourceText &m_source;
     const Document &m_document;
-    const QString &m_folder;
+    const DeviceFiles &m_files;
     Findings &m_findings;
 };
 
