@@ -131,18 +131,18 @@ void tst_CheckOptions::absolutePathsAreLookedUpBelowTheRoot()
     QFETCH(QByteArray, url);
     QFETCH(QString, root);
     QFETCH(QString, expected);
-    const auto analysis = analyse(QLatin1String("test"), withUrl(url),
-                                  DeviceFiles(m_folder.path(), root));
+    const auto analysis =
+        analyse(QLatin1String("test"), withUrl(url), DeviceFiles(m_folder.path(), root));
     QString rules;
     for (const Finding &finding : analysis->findings.all())
         rules += QLatin1String(finding.rule);
     QCOMPARE(rules, expected);
 
-    const QByteArray asScript =
-        withUrl("\"http://tv.example/\", \"UserScript\": " + url);
+    const QByteArray asScript = withUrl("\"http://tv.example/\", \"UserScript\": " + url);
     if (url.contains(':') || url.contains('?') || url.endsWith("/\""))
         return;
-    const auto script = analyse(QLatin1String("test"), asScript, DeviceFiles(m_folder.path(), root));
+    const auto script =
+        analyse(QLatin1String("test"), asScript, DeviceFiles(m_folder.path(), root));
     QCOMPARE(script->findings.has(expected.isEmpty() ? "missing-file" : expected.toLatin1()),
              !expected.isEmpty());
 
@@ -150,8 +150,7 @@ void tst_CheckOptions::absolutePathsAreLookedUpBelowTheRoot()
         withUrl("\"http://tv.example/\", \"Certificate\": { \"Path\": " + url + " }");
     const auto certificate =
         analyse(QLatin1String("test"), asCertificate, DeviceFiles(m_folder.path(), root));
-    QCOMPARE(certificate->findings.has("missing-here"),
-             expected == QLatin1String("missing-here"));
+    QCOMPARE(certificate->findings.has("missing-here"), expected == QLatin1String("missing-here"));
 }
 
 void tst_CheckOptions::anIgnoredRuleFindsNothingAndNothingElseChanges()
@@ -188,16 +187,20 @@ void tst_CheckOptions::aFileIgnoresARuleInOneObject_data()
         QTest::newRow(name) << QByteArray(applications) << QString(QLatin1String(expected));
     };
     row("beside it", "{ \"Tag\": \"a\", \"_comment check\": \"ignore no-address\" }", "");
-    row("after it", "{ \"Tag\": \"a\", \"Scale\": null, \"_comment check\": \"ignore null-value, "
-                    "no-address\" }", "");
+    row("after it",
+        "{ \"Tag\": \"a\", \"Scale\": null, \"_comment check\": \"ignore null-value, "
+        "no-address\" }",
+        "");
     row("with a reason",
         "{ \"Tag\": \"a\", \"_comment check\": \"ignore no-address: it is shown: never\" }", "");
     row("a second one",
         "{ \"Tag\": \"a\", \"X\": 1, \"_comment check 1\": \"ignore no-address\", "
-        "\"_comment check 2\": \"ignore unknown-key\" }", "");
+        "\"_comment check 2\": \"ignore unknown-key\" }",
+        "");
     row("above it",
         "{ \"Tag\": \"a\", \"Url\": \"http://a/\", \"_comment check\": \"ignore unknown-key\", "
-        "\"Certificate\": { \"_Path\": 1 } }", "");
+        "\"Certificate\": { \"_Path\": 1 } }",
+        "");
     row("not in its neighbour",
         "{ \"Tag\": \"a\", \"_comment check\": \"ignore no-address\" }, { \"Tag\": \"b\" }",
         "no-address");
@@ -208,8 +211,7 @@ void tst_CheckOptions::aFileIgnoresARuleInOneObject_data()
         "{ \"Tag\": \"a\", \"_comment check\": \"ignore no-address, two-names\" }",
         "unused-ignore");
     row("a rule in another spelling",
-        "{ \"Tag\": \"a\", \"_comment check\": \"ignore no-adress\" }",
-        "no-address unused-ignore");
+        "{ \"Tag\": \"a\", \"_comment check\": \"ignore no-adress\" }", "no-address unused-ignore");
     row("an error of the syntax",
         "{ \"Tag\": \"a\", \"Url\": \"http://a/\", \"_comment check\": \"ignore comment\" }",
         "unused-ignore");
@@ -237,7 +239,8 @@ void tst_CheckOptions::aFileThatIgnoresARuleChangesNothingElse()
             if (!kind.plant(&file, engine) || !mayBeIgnored(kind.rule) || file.bytes[0] != '{')
                 continue;
             const auto before = analyse(QLatin1String("test"), file.bytes, m_folder.path());
-            const QByteArray member = "\"_comment check\": \"ignore " + QByteArray(kind.rule) + "\",";
+            const QByteArray member =
+                "\"_comment check\": \"ignore " + QByteArray(kind.rule) + "\",";
             const QByteArray asking = QByteArray(file.bytes).insert(1, member);
             const auto after = analyse(QLatin1String("test"), asking, m_folder.path());
             QVERIFY2(before->findings.has(kind.rule), kind.name);
@@ -262,7 +265,8 @@ void tst_CheckOptions::theExitStatusFollowsTheOptions_data()
         many += ", \"_" + QByteArray::number(i) + "\": 1";
         odd += ", \"_comment" + QByteArray::number(i) + "\": \"\xc3\xa9\"";
     }
-    const auto row = [](const char *name, const QByteArray &bytes, const char *options, int expected) {
+    const auto row = [](const char *name, const QByteArray &bytes, const char *options,
+                        int expected) {
         QTest::newRow(name) << bytes << QString(QLatin1String(options)) << expected;
     };
     row("a note passes", note, "", 0);
@@ -280,12 +284,10 @@ void tst_CheckOptions::theExitStatusFollowsTheOptions_data()
     row("an error after a thousand warnings", withUrl("\"http://x/\"" + many + ", \"Scale\": true"),
         "--fail-on error", 1);
     row("an error after a thousand that are ignored",
-        withUrl("\"http://x/\"" + many + ", \"Scale\": true"),
-        "--ignore unknown-key", 1);
+        withUrl("\"http://x/\"" + many + ", \"Scale\": true"), "--ignore unknown-key", 1);
     row("an error after so much that nobody reads on",
         withUrl("\"http://x/\"" + odd + ", \"Scale\": true"), "--fail-on error", 1);
-    row("a thousand that are ignored", withUrl("\"http://x/\"" + many),
-        "--ignore unknown-key", 0);
+    row("a thousand that are ignored", withUrl("\"http://x/\"" + many), "--ignore unknown-key", 0);
 }
 
 void tst_CheckOptions::theExitStatusFollowsTheOptions()

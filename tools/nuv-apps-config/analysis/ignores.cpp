@@ -31,8 +31,7 @@ QString didYouMean(const QString &rule)
     for (const Rule &known : Rules::all())
         ids.append(QLatin1String(known.id));
     const QString nearest = Spelling::nearest(rule, ids);
-    return nearest.isEmpty() ? QString()
-                             : QString(QLatin1String("did you mean %1?")).arg(nearest);
+    return nearest.isEmpty() ? QString() : QString(QLatin1String("did you mean %1?")).arg(nearest);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "tools/nuv-apps-config/report/reports.h"
 
+#include "tools/nuv-apps-config/report/columns.h"
 #include "tools/nuv-apps-config/report/excerpt.h"
 #include "tools/nuv-apps-config/findings/rules.h"
 
@@ -29,6 +30,9 @@ public:
     TextReport(bool useColour, int fileCount, Output &output)
         : m_useColour(useColour), m_output(output), m_fileCount(fileCount)
     {
+        const int columns = Columns::ofTerminal();
+        if (columns > 0)
+            m_columns = qMax(columns, NarrowestTerminal);
     }
 
     void addChoice(const QString &name, const QString &why) override;
@@ -42,8 +46,11 @@ private:
     void addExcerpt(const Analysis &analysis, const Finding &finding);
     QString coloured(const char *colour, const QString &text) const;
 
+    static const int NarrowestTerminal = 40;
+
     bool m_useColour;
     Output &m_output;
+    int m_columns = Excerpt::UsualColumns + 8; ///< as wide as a line of the source may be shown
     int m_files = 0;
     int m_fileCount;
     QString m_effect; ///< of a file that is the only one
@@ -70,16 +77,17 @@ void TextReport::addLine(const Analysis &analysis, int offset, Severity severity
 
 void TextReport::addExcerpt(const Analysis &analysis, const Finding &finding)
 {
-    const Excerpt excerpt =
-        makeExcerpt(analysis.source, finding.offset, finding.length, *analysis.secrets);
+    const QString number =
+        QString::number(analysis.source.place(finding.offset).line).rightJustified(5)
+        + QLatin1String(" | ");
+    const Excerpt excerpt = makeExcerpt(analysis.source, finding.offset, finding.length,
+                                        *analysis.secrets, m_columns - number.size());
     if (excerpt.line.trimmed().isEmpty())
         return;
-    const QString number =
-        QString::number(analysis.source.place(finding.offset).line).rightJustified(5);
     QString mark = QString(excerpt.caret, QLatin1Char(' ')) + QLatin1Char('^');
     mark += QString(excerpt.width - 1, QLatin1Char('~'));
-    m_output.write(number + QLatin1String(" | ") + excerpt.line + QLatin1Char('\n')
-                   + QString(5, QLatin1Char(' ')) + QLatin1String(" | ")
+    m_output.write(number + excerpt.line + QLatin1Char('\n')
+                   + QString(number.size() - 3, QLatin1Char(' ')) + QLatin1String(" | ")
                    + coloured(colourOf(finding.severity), mark) + QLatin1Char('\n'));
 }
 

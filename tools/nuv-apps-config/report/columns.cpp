@@ -1,0 +1,54 @@
+#include "tools/nuv-apps-config/report/columns.h"
+
+#include <QByteArray>
+
+#include <algorithm>
+#include <clocale>
+#include <cwchar>
+
+#include <locale.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace {
+
+bool isAscii(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
+
+// The C library knows the widths where its locale has the characters, whatever the user's is. It stays:
+// to make one for each character would take longer than all else.
+locale_t utf8Locale()
+{
+    static const locale_t locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    return locale;
+}
+
+} // namespace
+
+int Columns::of(const QString &text)
+{
+    if (isAscii(text) || !utf8Locale())
+        return text.size();
+    const locale_t previous = ::uselocale(utf8Locale());
+    int columns = 0;
+    for (const uint character : text.toUcs4()) {
+        const int width = ::wcwidth(wchar_t(character));
+        columns += width < 0 ? 1 : width;
+    }
+    ::uselocale(previous);
+    return columns;
+}
+
+int Columns::ofTerminal()
+{
+    bool isNumber = false;
+    const int given = qgetenv("COLUMNS").toInt(&isNumber);
+    if (isNumber && given > 0)
+        return given;
+    winsize size = {};
+    const bool isTerminal =
+        ::isatty(STDOUT_FILENO) && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0;
+    return isTerminal ? size.ws_col : 0;
+}
