@@ -146,20 +146,24 @@ void tst_Excerpt::theReportFitsTheTerminal_data()
     QTest::addColumn<QByteArray>("columns");
     QTest::addColumn<QByteArray>("expected");
 
-    QTest::newRow("40") << QByteArray("40")
-                        << QByteArray("    1 | \xe2\x80\xa6\"Tag\": \"tv\", \"Ulr\": \"http://tv\xe2\x80\xa6\n"
-                                      "      |               ^~~~~\n");
-    QTest::newRow("narrower than anything") << QByteArray("7")
-                        << QByteArray("    1 | \xe2\x80\xa6\"Tag\": \"tv\", \"Ulr\": \"http://tv\xe2\x80\xa6\n"
-                                      "      |               ^~~~~\n");
+    QTest::newRow("40")
+        << QByteArray("40")
+        << QByteArray("    1 | \xe2\x80\xa6\"Tag\": \"tv\", \"Ulr\": \"http://tv\xe2\x80\xa6\n"
+                      "      |               ^~~~~\n");
+    QTest::newRow("narrower than anything")
+        << QByteArray("7")
+        << QByteArray("    1 | \xe2\x80\xa6\"Tag\": \"tv\", \"Ulr\": \"http://tv\xe2\x80\xa6\n"
+                      "      |               ^~~~~\n");
     QTest::newRow("60") << QByteArray("60")
-                        << QByteArray("    1 | \xe2\x80\xa6s\": [ { \"Tag\": \"tv\", \"Ulr\": \"http://tv.example/\" }\xe2\x80\xa6\n"
+                        << QByteArray("    1 | \xe2\x80\xa6s\": [ { \"Tag\": \"tv\", \"Ulr\": "
+                                      "\"http://tv.example/\" }\xe2\x80\xa6\n"
                                       "      |                       ^~~~~\n");
-    QTest::newRow("no terminal") << QByteArray()
-                        << QByteArray("    1 | { \"Global\": { \"Version\": 1 }, \"Applications\": [ "
-                                      "{ \"Tag\": \"tv\", \"Ulr\": \"http://tv.example/\" } ] }\n"
-                                      "      |                                             "
-                                      "                   ^~~~~\n");
+    QTest::newRow("no terminal")
+        << QByteArray()
+        << QByteArray("    1 | { \"Global\": { \"Version\": 1 }, \"Applications\": [ "
+                      "{ \"Tag\": \"tv\", \"Ulr\": \"http://tv.example/\" } ] }\n"
+                      "      |                                             "
+                      "                   ^~~~~\n");
 }
 
 void tst_Excerpt::theReportFitsTheTerminal()

@@ -202,8 +202,8 @@ void tst_Outcomes::everyCommandEndsWithTheStatusOfTheCause_data()
         add("There is no such tag", QLatin1String(call));
     add("check: a finding", QLatin1String("check twice.json"));
     add("diff: a difference", QLatin1String("diff good.json other.json"));
-    add("fmt: something", QLatin1String("fmt twice.json"));
-    add("fmt: something", QLatin1String("fmt -w twice.json"));
+    add("fmt: the file has", QLatin1String("fmt --sort twice.json"));
+    add("fmt: the file has", QLatin1String("fmt -w --sort twice.json"));
     add("A wrong call", QString());
     add("A wrong call", QLatin1String("nix"));
     add("A wrong call", QLatin1String("fmt -w -"));

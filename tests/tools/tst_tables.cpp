@@ -8,6 +8,7 @@
 #include "tools/nuv-apps-config/documents/deviceexamples.h"
 #include "tools/nuv-apps-config/documents/documents.h"
 #include "tools/nuv-apps-config/documents/reference.h"
+#include "tools/nuv-apps-config/documents/templates.h"
 
 #include <QDirIterator>
 #include <QJsonDocument>
@@ -307,7 +308,7 @@ void tst_Tables::everyCommandAndOptionIsDocumented()
 void tst_Tables::theTemplateLoads()
 {
     TemporaryDir folder;
-    const QByteArray bytes = Reference::startingConfiguration();
+    const QByteArray bytes = Templates::text(QLatin1String("all"));
     const QString path = folder.write(QLatin1String("AppsConfig.json"), bytes);
     QCOMPARE(rulesFoundIn(bytes, folder.path()), QStringList());
 
@@ -326,7 +327,7 @@ void tst_Tables::theTemplateLoads()
 
 void tst_Tables::theTemplateNamesEveryProperty()
 {
-    const QByteArray bytes = Reference::startingConfiguration();
+    const QByteArray bytes = Templates::text(QLatin1String("all"));
     for (const Property &property : Properties::all())
         QVERIFY2(bytes.contains(property.key), property.key);
 }

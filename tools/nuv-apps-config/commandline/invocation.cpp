@@ -22,19 +22,38 @@ void addOptions(QCommandLineParser &parser)
     }
 }
 
-bool findCommand(const QString &name, Invocation *invocation, QString *error)
+bool findCommand(const QString &name, const Command **command, QString *error)
 {
-    invocation->command = Commands::find(name);
-    if (invocation->command)
+    *command = Commands::find(name);
+    if (*command)
         return true;
     QStringList names;
-    for (const Command &command : Commands::all())
-        names.append(QLatin1String(command.name));
-    const QString nearest = Spelling::nearest(name, names);
-    *error = QString(QLatin1String("there is no command \"%1\"")).arg(name);
-    *error += nearest.isEmpty() ? QString(QLatin1String("; see nuv-apps-config --help"))
-                                : QString(QLatin1String("; did you mean \"%1\"?")).arg(nearest);
+    for (const Command &known : Commands::all())
+        names.append(QLatin1String(known.name));
+    const QString meant = Spelling::didYouMean(name, names);
+    *error = QString(QLatin1String("there is no command \"%1\"")).arg(name)
+        + (meant.isEmpty() ? QString(QLatin1String("; see nuv-apps-config --help")) : meant);
     return false;
+}
+
+// "help check" is "check --help".
+bool readHelp(Invocation *invocation, QString *error)
+{
+    invocation->wantsHelp = true;
+    invocation->command = nullptr;
+    return invocation->arguments.isEmpty()
+        || findCommand(invocation->arguments.first(), &invocation->command, error);
+}
+
+// The file comes first, for every command, if --file does not name it.
+void takeFile(const QCommandLineParser &parser, Invocation *invocation)
+{
+    const QString option = QLatin1String("file");
+    invocation->file = parser.value(option);
+    const Command &command = *invocation->command;
+    const bool takesOne = Commands::optionsOf(command).contains(option);
+    if (takesOne && !parser.isSet(option) && invocation->arguments.size() > command.fewest)
+        invocation->file = invocation->arguments.takeFirst();
 }
 
 bool checkOption(const Command &command, const QString &name, const QString &value, QString *error)
@@ -101,10 +120,9 @@ QString wrongRule(const QString &id)
     QStringList ids;
     for (const Rule &rule : Rules::all())
         ids.append(QLatin1String(rule.id));
-    const QString nearest = Spelling::nearest(id, ids);
+    const QString meant = Spelling::didYouMean(id, ids);
     return QString(QLatin1String("there is no rule \"%1\"")).arg(id)
-        + (nearest.isEmpty() ? QString(QLatin1String("; explain lists them all"))
-                             : QString(QLatin1String("; did you mean \"%1\"?")).arg(nearest));
+        + (meant.isEmpty() ? QString(QLatin1String("; explain lists them all")) : meant);
 }
 
 bool readIgnored(const QStringList &values, Invocation *invocation, QString *error)
@@ -155,16 +173,19 @@ bool parseCommandLine(const QStringList &arguments, Invocation *invocation, QStr
         *error = QLatin1String("a command is missing; see nuv-apps-config --help");
         return invocation->wantsHelp || invocation->wantsVersion;
     }
-    if (!findCommand(invocation->arguments.takeFirst(), invocation, error))
+    if (!findCommand(invocation->arguments.takeFirst(), &invocation->command, error))
         return false;
     if (invocation->wantsHelp || invocation->wantsVersion)
         return true;
+    takeFile(parser, invocation);
     if (!checkOptions(parser, *invocation->command, error) || !checkArguments(*invocation, error))
         return false;
-    invocation->file = parser.value(QLatin1String("file"));
+    if (qstrcmp(invocation->command->name, "help") == 0)
+        return readHelp(invocation, error);
     invocation->format = formatNamed(parser.value(QLatin1String("format")));
     invocation->useColour = wantsColour(parser.value(QLatin1String("color")));
     invocation->reveal = parser.isSet(QLatin1String("reveal"));
+    invocation->sort = parser.isSet(QLatin1String("sort"));
     invocation->write = parser.isSet(QLatin1String("write"));
     invocation->failOn = severityNamed(parser.value(QLatin1String("fail-on")));
     return readIgnored(parser.values(QLatin1String("ignore")), invocation, error)

@@ -23,6 +23,7 @@ struct Invocation {
     bool useColour = false;
     bool reveal = false;
     bool write = false;
+    bool sort = false;
     bool wantsHelp = false;
     bool wantsVersion = false;
 };

@@ -35,6 +35,12 @@ QString whyNotNamed()
         : why;
 }
 
+// What a shell makes of <(COMMAND).
+bool isOpenAlready(const QString &name)
+{
+    return name.startsWith(text("/dev/fd/")) || name.startsWith(text("/proc/self/fd/"));
+}
+
 const qint64 pieceSize = qint64(1) << 20; // the toolkit takes memory for as much as it is asked for
 
 // A pipe gives what is there; all of it has come when it gives nothing.
@@ -92,7 +98,8 @@ bool ConfigurationFile::read(const QString &name, QByteArray *bytes, QString *er
         return false;
     }
     const QFileInfo info(name);
-    if (info.exists() && !info.isFile()) { // opening a pipe would wait for its writer
+    const bool mayWait = info.exists() && !info.isFile() && !isOpenAlready(name);
+    if (mayWait) { // opening a pipe would wait for its writer
         *error = info.isDir() ? text("a directory")
                               : text("not a file but a pipe or a device; standard input is -");
         return false;

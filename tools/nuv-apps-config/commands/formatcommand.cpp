@@ -7,6 +7,7 @@
 #include "settings/jsonsettingsformat.h"
 #include "tools/nuv-apps-config/commands/configurationfile.h"
 #include "tools/nuv-apps-config/commands/readfile.h"
+#include "tools/nuv-apps-config/report/layout.h"
 #include "tools/nuv-apps-config/report/valuetext.h"
 
 #include <QFile>
@@ -18,6 +19,8 @@
 #include <unistd.h>
 
 namespace {
+
+const int Step = 4; // spaces for a level
 
 QString text(const char *latin1)
 {
@@ -44,26 +47,46 @@ bool isSameMap(const QSettings::SettingsMap &a, const QSettings::SettingsMap &b)
     return true;
 }
 
-// The canonical text; empty, with the reason, when it would not mean the same.
-QByteArray canonical(const QByteArray &bytes, QString *error)
+/// What the library makes of a text.
+class Parsed
 {
-    QString message;
-    QVariant tree = parseJson(bytes, &message);
-    const VariantTree::Disposer disposer(tree);
-    if (!message.isEmpty()) {
-        *error = text("it could not be parsed: ") + message.trimmed();
+public:
+    explicit Parsed(const QByteArray &bytes)
+        : m_tree(parseJson(bytes, &m_message)), m_disposer(m_tree)
+    {
+    }
+
+    const QVariant &tree() const { return m_tree; }
+    const QString &message() const { return m_message; }
+    bool isSameAs(const Parsed &other) const
+    {
+        return m_message.isEmpty() && isSameMap(flatKeys(m_tree), flatKeys(other.m_tree));
+    }
+
+private:
+    QString m_message;
+    QVariant m_tree;
+    VariantTree::Disposer m_disposer;
+};
+
+// Empty, with the reason, when it would not mean the same.
+QByteArray formatted(const Analysis &analysis, bool isSorted, QString *error)
+{
+    const QByteArray &bytes = analysis.source.bytes();
+    const Parsed before(bytes);
+    if (!before.message().isEmpty()) {
+        *error = text("it could not be parsed: ") + before.message().trimmed();
         return QByteArray();
     }
-    const QByteArray result = JsonWriter::serialize(tree, 4, 0);
-    QVariant again = parseJson(result, &message);
-    const VariantTree::Disposer otherDisposer(again);
-    if (!message.isEmpty() || !isSameMap(flatKeys(tree), flatKeys(again))) {
-        *error = text("it would lose digits of a number");
-        return QByteArray();
-    }
-    return result;
+    const QByteArray result = isSorted ? JsonWriter::serialize(before.tree(), Step, 0)
+                                       : Layout::of(analysis.document, bytes);
+    if (Parsed(result).isSameAs(before))
+        return result;
+    *error = isSorted ? text("it would lose digits of a number") : text("it would change");
+    return QByteArray();
 }
 
+// What only sorting loses.
 bool isRefused(const Analysis &analysis, QString *error)
 {
     const Findings &findings = analysis.findings;
@@ -151,9 +174,10 @@ int Program::format(const Invocation &invocation, Output &output)
         error = text("it could not be parsed; see check");
     else if (analysis->document.depth > Analysis::DeepestFlattened)
         error = text("it is nested too deeply");
-    else if (!isRefused(*analysis, &error) && hasTwins(analysis->document))
+    else if (invocation.sort && !isRefused(*analysis, &error) && hasTwins(analysis->document))
         error = text("it has a duplicate key");
-    const QByteArray result = error.isEmpty() ? canonical(bytes, &error) : QByteArray();
+    const QByteArray result =
+        error.isEmpty() ? formatted(*analysis, invocation.sort, &error) : QByteArray();
     if (!error.isEmpty()) {
         Output::complain(name + text(": not touched, because ") + error);
         return Found;

@@ -3,12 +3,15 @@
 #include "tools/nuv-apps-config/report/output.h"
 #include "tools/nuv-apps-config/commands/readfile.h"
 #include "tools/nuv-apps-config/report/valuetext.h"
+#include "tools/nuv-apps-config/text/spelling.h"
 
+#include <QFileInfo>
 #include <QSettings>
 
 namespace {
 
 const char List[] = "Applications";
+const int MostListed = 10;
 
 } // namespace
 
@@ -34,8 +37,41 @@ std::unique_ptr<LoadedFile> LoadedFile::open(const QString &name, const Invocati
     if (file->m_analysis && file->load(&error))
         return file;
     *status = file->m_analysis ? Found : Trouble;
-    Output::complain(choice.path + QLatin1String(": ") + error);
+    Output::complain(choice.path + QLatin1String(": ") + error + whereItIsATag(name));
     return nullptr;
+}
+
+// For "show tv", which was meant for the application of that tag.
+QString LoadedFile::whereItIsATag(const QString &name)
+{
+    const QString path = ConfigurationFile::choice().path;
+    if (name.isEmpty() || path.isEmpty() || QFileInfo::exists(name))
+        return QString();
+    Invocation invocation;
+    QString error;
+    LoadedFile chosen;
+    chosen.m_analysis = readFile(path, invocation, &error);
+    if (!chosen.m_analysis || !chosen.load(&error) || !chosen.m_tags.contains(name))
+        return QString();
+    return QString(QLatin1String("; it is an application of %1, and the file comes before the tag"))
+        .arg(path);
+}
+
+bool LoadedFile::hasTag(const QString &tag) const
+{
+    if (state().applications.contains(tag))
+        return true;
+    QString what = QString(QLatin1String("%1 has no application \"%2\"")).arg(name(), tag);
+    const QString meant = Spelling::didYouMean(tag, m_tags);
+    if (QFileInfo(tag).isFile())
+        what += QString(QLatin1String("; \"%1\" is a file, and the file comes before the tag"))
+                    .arg(tag);
+    else if (!meant.isEmpty())
+        what += meant;
+    else if (!m_tags.isEmpty() && m_tags.size() <= MostListed)
+        what += QLatin1String("; it has ") + m_tags.join(QLatin1String(", "));
+    Output::complain(what);
+    return false;
 }
 
 bool LoadedFile::load(QString *error)

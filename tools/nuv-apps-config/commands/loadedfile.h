@@ -29,6 +29,10 @@ public:
     /// False for a syntax error and for an empty file: the library uses nothing of it.
     bool isRead() const;
 
+    /// Whether a launcher can ask for the application; says on the standard error what is near when
+    /// it cannot.
+    bool hasTag(const QString &tag) const;
+
     /// Says on the standard error why the library reads nothing of the file.
     void complainUnread() const;
 
@@ -52,6 +56,7 @@ public:
 private:
     LoadedFile() {}
     bool load(QString *error);
+    static QString whereItIsATag(const QString &name);
     void findApplications();
     const Node *elementNode(int index, const QString &tag) const;
 

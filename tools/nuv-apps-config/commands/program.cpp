@@ -1,6 +1,8 @@
 #include "tools/nuv-apps-config/commands/program.h"
 
 #include "tools/nuv-apps-config/documents/reference.h"
+#include "tools/nuv-apps-config/documents/templates.h"
+#include "tools/nuv-apps-config/text/spelling.h"
 #include "tools/nuv-apps-config/commandline/version.h"
 
 namespace {
@@ -11,10 +13,20 @@ int printSchema(const Invocation &, Output &output)
     return Success;
 }
 
-int printTemplate(const Invocation &, Output &output)
+int printTemplate(const Invocation &invocation, Output &output)
 {
-    output.writeBytes(Reference::startingConfiguration());
-    return Success;
+    const QString name = invocation.arguments.value(0, QLatin1String("minimal"));
+    const QByteArray text = Templates::text(name);
+    output.writeBytes(text);
+    if (!text.isEmpty())
+        return Success;
+    const QString meant = Spelling::didYouMean(name, Templates::names());
+    Output::complain(QString(QLatin1String("there is no template \"%1\"%2"))
+                         .arg(name,
+                              meant.isEmpty() ? QLatin1String("; there are ")
+                                      + Templates::names().join(QLatin1String(", "))
+                                              : meant));
+    return Found;
 }
 
 struct Runner {

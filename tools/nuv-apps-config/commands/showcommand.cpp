@@ -70,14 +70,18 @@ Shown skippedIn(const LoadedFile &file)
 bool haveTags(const LoadedFile &file, const QStringList &tags)
 {
     bool haveAll = true;
-    for (const QString &tag : tags) {
-        if (file.state().applications.contains(tag))
-            continue;
-        Output::complain(
-            QString(QLatin1String("%1 has no application \"%2\"")).arg(file.name(), tag));
-        haveAll = false;
-    }
+    for (const QString &tag : tags)
+        haveAll = file.hasTag(tag) && haveAll;
     return haveAll;
+}
+
+QStringList propertiesOf(const LoadedFile &file, const QString &tag)
+{
+    QStringList names;
+    for (const ValueText::Entry &entry :
+         ValueText::entriesOf(file.state().applications.value(tag), false))
+        names.append(entry.property);
+    return names;
 }
 
 QString gateText(const LoadedFile &file)
@@ -302,13 +306,18 @@ int Program::list(const Invocation &invocation, Output &output)
         file->complainUnread();
         return Found;
     }
+    if (!haveTags(*file, invocation.arguments))
+        return Found;
+    const QStringList names = invocation.arguments.isEmpty()
+        ? file->tags()
+        : propertiesOf(*file, invocation.arguments.first());
     if (invocation.format == Format::Json) {
         JsonText json;
-        json.value(file->tags());
+        json.value(names);
         output.writeBytes(json.document());
         return Success;
     }
-    for (const QString &tag : file->tags())
-        output.write(Output::printable(tag) + QLatin1Char('\n'));
+    for (const QString &name : names)
+        output.write(Output::printable(name) + QLatin1Char('\n'));
     return Success;
 }

@@ -4,6 +4,7 @@
 #include "tools/nuv-apps-config/commands/loadedfile.h"
 #include "tools/nuv-apps-config/properties/properties.h"
 #include "tools/nuv-apps-config/secrets/secrets.h"
+#include "tools/nuv-apps-config/text/spelling.h"
 #include "tools/nuv-apps-config/report/valuetext.h"
 
 #include <QSettings>
@@ -15,6 +16,20 @@ QString propertyNamed(const QString &name)
 {
     const Property *property = Properties::findAnywhere(name);
     return property && property->property ? QString(QLatin1String(property->property)) : name;
+}
+
+QString noValue(const QString &tag, const QString &key)
+{
+    const QString property = propertyNamed(key);
+    if (Properties::findProperty(property))
+        return QString(QLatin1String("%1 has no value for %2")).arg(tag, key);
+    QStringList names;
+    for (const Property &known : Properties::all()) {
+        if (known.property)
+            names.append(QLatin1String(known.property));
+    }
+    return QString(QLatin1String("there is no key \"%1\"%2"))
+        .arg(key, Spelling::didYouMean(key, names));
 }
 
 /// One difference between two files.
@@ -169,14 +184,11 @@ int Program::get(const Invocation &invocation, Output &output)
         file->complainUnread();
         return Found;
     }
-    if (!file->state().applications.contains(tag)) {
-        Output::complain(
-            QString(QLatin1String("%1 has no application \"%2\"")).arg(file->name(), tag));
+    if (!file->hasTag(tag))
         return Found;
-    }
     const QVariant value = file->state().applications.value(tag).getProperty(propertyNamed(key));
     if (!value.isValid()) {
-        Output::complain(QString(QLatin1String("%1 has no value for %2")).arg(tag, key));
+        Output::complain(noValue(tag, key));
         return Found;
     }
     output.write(ValueText::plain(value) + QLatin1Char('\n'));

@@ -25,9 +25,6 @@ QByteArray fishCompletion();
 /// The JSON Schema, draft-07.
 QByteArray schema();
 
-/// A configuration to start from.
-QByteArray startingConfiguration();
-
 /// Facts about a property, each a name and a text: its kind, range, example and so on.
 QList<QPair<QString, QString>> facts(const Property &property);
 

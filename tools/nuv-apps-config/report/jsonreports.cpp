@@ -1,6 +1,8 @@
 #include "tools/nuv-apps-config/report/reports.h"
 
 #include "tools/nuv-apps-config/report/excerpt.h"
+#include "tools/nuv-apps-config/report/proposal.h"
+#include "tools/nuv-apps-config/tree/path.h"
 #include "tools/nuv-apps-config/findings/rules.h"
 #include "tools/nuv-apps-config/commandline/version.h"
 
@@ -23,6 +25,12 @@ QJsonObject textObject(const QString &text)
     QJsonObject object;
     object.insert(key("text"), text);
     return object;
+}
+
+// After the last character of what is found, or after one where nothing has a length.
+Place endOf(const SourceText &source, const Finding &finding)
+{
+    return source.place(qMin(finding.offset + qMax(1, finding.length), source.size()));
 }
 
 /// The findings as they are.
@@ -85,6 +93,17 @@ private:
         object.insert(key("column"), place.column);
     }
 
+    static QJsonObject repair(const Proposal &proposal)
+    {
+        QJsonObject object;
+        object.insert(key("line"), proposal.begin.line);
+        object.insert(key("column"), proposal.begin.column);
+        object.insert(key("endLine"), proposal.end.line);
+        object.insert(key("endColumn"), proposal.end.column);
+        object.insert(key("text"), proposal.inserted);
+        return object;
+    }
+
     static QJsonObject finding_(const Analysis &analysis, const Finding &finding)
     {
         QJsonObject object;
@@ -94,6 +113,15 @@ private:
         if (!finding.hint.isEmpty())
             object.insert(key("hint"), finding.hint);
         insertPlace(object, analysis.source, finding.offset);
+        const Place end = endOf(analysis.source, finding);
+        object.insert(key("endLine"), end.line);
+        object.insert(key("endColumn"), end.column);
+        const QString path = Path::at(analysis.document, finding.offset);
+        if (!path.isEmpty())
+            object.insert(key("path"), analysis.secrets->text(path));
+        const Proposal proposal = Proposal::of(analysis, finding);
+        if (proposal.isGiven)
+            object.insert(key("repair"), repair(proposal));
         object.insert(
             key("excerpt"),
             makeExcerpt(analysis.source, finding.offset, finding.length, *analysis.secrets).line);
@@ -189,8 +217,35 @@ private:
             entry.insert(key("message"), textObject(remark.text));
             related.append(entry);
         }
-        return makeResult(finding.rule, finding.severity, text,
-                          location(analysis.source, finding.offset, finding.length), related);
+        QJsonObject object =
+            makeResult(finding.rule, finding.severity, text,
+                       location(analysis.source, finding.offset, finding.length), related);
+        const Proposal proposal = Proposal::of(analysis, finding);
+        if (proposal.isGiven)
+            object.insert(key("fixes"),
+                          QJsonArray() << fix(analysis.source, proposal, finding.hint));
+        return object;
+    }
+
+    static QJsonObject fix(const SourceText &source, const Proposal &proposal, const QString &hint)
+    {
+        QJsonObject region;
+        region.insert(key("startLine"), proposal.begin.line);
+        region.insert(key("startColumn"), proposal.begin.column);
+        region.insert(key("endLine"), proposal.end.line);
+        region.insert(key("endColumn"), proposal.end.column);
+        QJsonObject replacement;
+        replacement.insert(key("deletedRegion"), region);
+        if (!proposal.inserted.isEmpty())
+            replacement.insert(key("insertedContent"), textObject(proposal.inserted));
+        QJsonObject change;
+        change.insert(key("artifactLocation"), artifact(source.name()));
+        change.insert(key("replacements"), QJsonArray() << replacement);
+        QJsonObject object;
+        if (!hint.isEmpty())
+            object.insert(key("description"), textObject(hint));
+        object.insert(key("artifactChanges"), QJsonArray() << change);
+        return object;
     }
 
     // A remark on a file that is no finding.
@@ -245,6 +300,7 @@ void SarifReport::finish()
     QJsonObject driver;
     driver.insert(key("name"), QLatin1String("nuv-apps-config"));
     driver.insert(key("version"), QLatin1String(ProgramVersion));
+    driver.insert(key("informationUri"), QLatin1String("man:nuv-apps-config(1)"));
     driver.insert(key("rules"), rules());
     QJsonObject tool;
     tool.insert(key("driver"), driver);

@@ -43,3 +43,27 @@ QString Spelling::nearest(const QString &name, const QStringList &names)
     }
     return found;
 }
+
+QStringList Spelling::similar(const QString &name, const QStringList &names)
+{
+    const int fewest = 3; // letters that tell something
+    const int most = 5;
+    QStringList found;
+    const QString near = nearest(name, names);
+    if (!near.isEmpty())
+        found.append(near);
+    for (const QString &candidate : names) {
+        const bool isPart = name.size() >= fewest && candidate.contains(name, Qt::CaseInsensitive);
+        if (isPart && found.size() < most && !found.contains(candidate))
+            found.append(candidate);
+    }
+    return found;
+}
+
+QString Spelling::didYouMean(const QString &name, const QStringList &names)
+{
+    const QStringList found = similar(name, names);
+    return found.isEmpty() ? QString()
+                           : QString(QLatin1String("; did you mean \"%1\"?"))
+                                 .arg(found.join(QLatin1String("\" or \"")));
+}

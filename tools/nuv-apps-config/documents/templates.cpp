@@ -1,6 +1,8 @@
-#include "tools/nuv-apps-config/documents/reference.h"
+#include "tools/nuv-apps-config/documents/templates.h"
 
 #include "json/jsonwriter.h"
+#include "tools/nuv-apps-config/documents/deviceexamples.h"
+#include "tools/nuv-apps-config/properties/properties.h"
 
 #include <QStringList>
 
@@ -54,9 +56,8 @@ QByteArray members(Section section, int indentation)
     return lines.join(",\n") + '\n';
 }
 
-} // namespace
-
-QByteArray Reference::startingConfiguration()
+// Every key, with what it means.
+QByteArray everything()
 {
     return "{\n"
         + member(
@@ -66,4 +67,34 @@ QByteArray Reference::startingConfiguration()
         + ",\n    \"Global\": {\n" + members(Section::Global, 8)
         + "    },\n    \"Applications\": [\n        {\n" + members(Section::Application, 12)
         + "        }\n    ]\n}\n";
+}
+
+// What a launcher needs to show a page.
+QByteArray minimal()
+{
+    return "{\n    \"Global\": { \"Version\": 1 },\n    \"Applications\": [\n"
+           "        { \"Tag\": \"tv\", \"Url\": \"http://tv.example/\" }\n    ]\n}\n";
+}
+
+} // namespace
+
+QStringList Templates::names()
+{
+    QStringList names(QLatin1String("minimal"));
+    for (const DeviceExample &example : DeviceExamples::all())
+        names.append(QLatin1String(example.name));
+    return names << QLatin1String("all");
+}
+
+QByteArray Templates::text(const QString &name)
+{
+    if (name == QLatin1String("minimal"))
+        return minimal();
+    if (name == QLatin1String("all"))
+        return everything();
+    for (const DeviceExample &example : DeviceExamples::all()) {
+        if (name == QLatin1String(example.name))
+            return DeviceExamples::configuration(example);
+    }
+    return QByteArray();
 }

@@ -1,0 +1,231 @@
+#include "tests/support/temporarydir.h"
+#include "tests/support/testmain.h"
+#include "tests/tools/childcall.h"
+#include "tools/nuv-apps-config/analysis/analysis.h"
+#include "tools/nuv-apps-config/commands/program.h"
+#include "tools/nuv-apps-config/documents/templates.h"
+#include "tools/nuv-apps-config/findings/rules.h"
+#include "tools/nuv-apps-config/properties/properties.h"
+
+#include <QProcess>
+
+/// How commands are called: where the file goes, what is said of a name that is none, and what is
+/// explained.
+class tst_Calls : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void theFileIsInOnePlace_data();
+    void theFileIsInOnePlace();
+    void aNameThatIsNoneIsTold_data();
+    void aNameThatIsNoneIsTold();
+    void helpIsACommand();
+    void everyPlaceIsExplained();
+    void rulesAreExplainedWithTheRightFile();
+    void everyTemplateIsPrinted();
+    void diffReadsWhatTheShellMakesOfACommand();
+
+private:
+    ChildCall::Result call(const QString &line) const;
+
+    TemporaryDir m_folder;
+};
+
+// The standard error comes with the output.
+ChildCall::Result tst_Calls::call(const QString &line) const
+{
+    return ChildCall::run([&] {
+        ::dup2(STDOUT_FILENO, STDERR_FILENO);
+        Output output;
+        const QStringList words = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        return Program::run(QStringList(QLatin1String("nuv-apps-config")) + words, output);
+    });
+}
+
+void tst_Calls::initTestCase()
+{
+    qunsetenv("NUV_APPS_CONFIG_FILE");
+    const auto file = [this](const char *name, const char *applications) {
+        m_folder.write(QLatin1String(name),
+                       "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ "
+                           + QByteArray(applications) + " ] }");
+    };
+    file("AppsConfig.json",
+         "{ \"Tag\": \"tv\", \"Scale\": 1.5, \"UseWebGL\": true }, { \"Tag\": \"menu\" }, "
+         "{ \"Tag\": \"menu-2\" }");
+    file("other.json", "{ \"Tag\": \"other\", \"Scale\": 2.5 }");
+    file("tv.json", "{ \"Tag\": \"tv\", \"Scale\": 3.5 }");
+    QVERIFY(QDir::setCurrent(m_folder.path()));
+}
+
+void tst_Calls::theFileIsInOnePlace_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QByteArray>("expected");
+    const auto row = [](const char *line, const char *expected) {
+        QTest::newRow(line) << QString(QLatin1String(line)) << QByteArray(expected);
+    };
+    row("list", "tv\nmenu\nmenu-2\n");
+    row("list other.json", "other\n");
+    row("list -f other.json", "other\n");
+    row("list other.json other", "Scale\n");
+    row("list -f other.json other", "Scale\n");
+    row("list AppsConfig.json tv", "Scale\nUseWebGL\n");
+    row("get tv Scale", "1.5\n");
+    row("get other.json other Scale", "2.5\n");
+    row("get -f other.json other Scale", "2.5\n");
+    row("get tv.json tv Scale", "3.5\n");
+    row("keys other.json",
+        "Applications/1/Scale = 2.5  (double)\nApplications/1/Tag = \"other\"  (string)\n"
+        "Applications/size = 1  (int)\nGlobal/Version = 1  (int)\n");
+}
+
+void tst_Calls::theFileIsInOnePlace()
+{
+    QFETCH(QString, line);
+    const ChildCall::Result result = call(line);
+    QTEST(result.output, "expected");
+    QCOMPARE(result.exitStatus(), 0);
+
+    if (!line.startsWith(QLatin1String("list other")))
+        return;
+    QString shown = line;
+    shown.replace(0, 4, QLatin1String("show"));
+    QVERIFY(call(shown).output.startsWith("File: other.json (named on the command line)\n"));
+    QVERIFY(call(shown).output.contains("Application \"other\""));
+}
+
+void tst_Calls::aNameThatIsNoneIsTold_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("expected");
+    const auto row = [](const char *line, int status, const char *expected) {
+        QTest::newRow(line) << QString(QLatin1String(line)) << status
+                            << "nuv-apps-config: " + QByteArray(expected) + '\n';
+    };
+    row("show tv", 2,
+        "tv: No such file or directory; it is an application of AppsConfig.json, and the file comes "
+        "before the tag");
+    row("show nothing", 2, "nothing: No such file or directory");
+    row("show other.json AppsConfig.json", 1,
+        "other.json has no application \"AppsConfig.json\"; \"AppsConfig.json\" is a file, and the "
+        "file comes before the tag");
+    row("get other.json other", 1,
+        "AppsConfig.json has no application \"other.json\"; \"other.json\" is a file, and the file "
+        "comes before the tag");
+    row("show AppsConfig.json mneu", 1,
+        "AppsConfig.json has no application \"mneu\"; did you mean \"menu\"?");
+    row("show AppsConfig.json men", 1,
+        "AppsConfig.json has no application \"men\"; did you mean \"menu\" or \"menu-2\"?");
+    row("show AppsConfig.json nothing", 1,
+        "AppsConfig.json has no application \"nothing\"; it has tv, menu, menu-2");
+    row("get tv Scael", 1, "there is no key \"Scael\"; did you mean \"Scale\"?");
+    row("get tv WebGL", 1, "there is no key \"WebGL\"; did you mean \"UseWebGL\"?");
+    row("get tv ShowChrome", 1, "tv has no value for ShowChrome");
+    row("explain Proxy", 1, "there is no key and no rule \"Proxy\"; did you mean \"HttpProxy\" or "
+                            "\"unusable-proxy\"?");
+    row("template kisok", 1, "there is no template \"kisok\"; did you mean \"kiosk\"?");
+    row("template x", 1,
+        "there is no template \"x\"; there are minimal, set-top-box, kiosk, hotel-television, "
+        "development, all");
+    row("help chekc", 2, "there is no command \"chekc\"; did you mean \"check\"?");
+    row("list a.json b c", 2, "usage: nuv-apps-config list [FILE [TAG]]");
+    row("keys a.json b.json", 2, "usage: nuv-apps-config keys [FILE]");
+    row("keys -f a.json b.json", 2, "usage: nuv-apps-config keys [FILE]");
+    row("get tv", 2, "usage: nuv-apps-config get [FILE] TAG KEY");
+    row("get a b c d", 2, "usage: nuv-apps-config get [FILE] TAG KEY");
+}
+
+void tst_Calls::aNameThatIsNoneIsTold()
+{
+    QFETCH(QString, line);
+    QFETCH(int, status);
+    const ChildCall::Result result = call(line);
+    QTEST(result.output, "expected");
+    QCOMPARE(result.exitStatus(), status);
+}
+
+void tst_Calls::helpIsACommand()
+{
+    const auto output = [this](const char *line) { return call(QLatin1String(line)).output; };
+    QCOMPARE(output("help"), output("--help"));
+    for (const Command &command : Commands::all()) {
+        const QByteArray name = command.name;
+        QCOMPARE(output("help " + name), output(name + " --help"));
+        QVERIFY(output("help " + name).startsWith("Usage: nuv-apps-config " + name));
+    }
+}
+
+void tst_Calls::everyPlaceIsExplained()
+{
+    const QByteArray all = call(QLatin1String("explain")).output;
+    for (const Property &property : Properties::all()) {
+        const QString places = Properties::place(property);
+        QVERIFY2(all.contains("\n  " + places.toUtf8() + '\n'), property.key);
+        for (QString place : places.split(QLatin1String(" and "))) {
+            for (const char *index : { "[]", "[0]", "[17]", "" }) {
+                QString asked = place;
+                asked.replace(QLatin1String("[]"), QLatin1String(index));
+                const ChildCall::Result result = call(QLatin1String("explain ") + asked);
+                QCOMPARE(result.exitStatus(), 0);
+                QVERIFY2(result.output.contains("\n  place:         " + places.toUtf8() + '\n'),
+                         qPrintable(asked));
+            }
+        }
+    }
+    for (const Rule &rule : Rules::all())
+        QVERIFY2(all.contains("\n  " + QByteArray(rule.id) + ' '), rule.id);
+    QCOMPARE(call(QLatin1String("explain Global.Version")).output.count("place:"), 1);
+}
+
+// What is given as the right file has not got the mistake.
+void tst_Calls::rulesAreExplainedWithTheRightFile()
+{
+    int corrected = 0;
+    for (const Rule &rule : Rules::all()) {
+        const QByteArray output = call(QLatin1String("explain ") + QLatin1String(rule.id)).output;
+        const QByteArray title = "\nThe same file, corrected:\n\n";
+        const int at = output.indexOf(title);
+        if (at < 0)
+            continue;
+        const QByteArray right = output.mid(at + title.size());
+        const auto analysis =
+            analyse(QLatin1String("right"), right, QString(QLatin1String("/")));
+        QVERIFY2(!analysis->findings.has(rule.id), rule.id);
+        QVERIFY2(output.left(at).contains("\nA file in which it is found:\n\n"), rule.id);
+        ++corrected;
+    }
+    QVERIFY2(corrected > 40, QByteArray::number(corrected).constData());
+}
+
+void tst_Calls::everyTemplateIsPrinted()
+{
+    QCOMPARE(call(QLatin1String("template")).output, Templates::text(QLatin1String("minimal")));
+    for (const QString &name : Templates::names()) {
+        QCOMPARE(call(QLatin1String("template ") + name).output, Templates::text(name));
+        const auto analysis =
+            analyse(name, Templates::text(name),
+                    QString(QLatin1String(SOURCE_FOLDER "/examples/configurations")));
+        for (const Finding &finding : analysis->findings.all()) // the paths of a device of its own
+            QVERIFY2(qstrcmp(finding.rule, "certificate-missing") == 0, finding.rule);
+    }
+}
+
+void tst_Calls::diffReadsWhatTheShellMakesOfACommand()
+{
+    QProcess shell;
+    shell.start(QLatin1String("bash"),
+                QStringList() << QLatin1String("-c")
+                              << QLatin1String(PROGRAM " diff <(cat tv.json) <(cat other.json)"));
+    QVERIFY(shell.waitForFinished());
+    const QByteArray output = shell.readAllStandardOutput();
+    QVERIFY2(output.contains("- tv: Scale = 3.5\n") && output.contains("+ other: Scale = 2.5\n"),
+             output + shell.readAllStandardError());
+    QCOMPARE(shell.exitCode(), 1);
+}
+
+NUV_TEST_MAIN(tst_Calls)
+#include "tst_calls.moc"
