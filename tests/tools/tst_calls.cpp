@@ -107,7 +107,8 @@ void tst_Calls::aNameThatIsNoneIsTold_data()
                             << "nuv-apps-config: " + QByteArray(expected) + '\n';
     };
     row("show tv", 2,
-        "tv: No such file or directory; it is an application of AppsConfig.json, and the file comes "
+        "tv: No such file or directory; it is an application of AppsConfig.json, and the file "
+        "comes "
         "before the tag");
     row("show nothing", 2, "nothing: No such file or directory");
     row("show other.json AppsConfig.json", 1,
@@ -125,8 +126,9 @@ void tst_Calls::aNameThatIsNoneIsTold_data()
     row("get tv Scael", 1, "there is no key \"Scael\"; did you mean \"Scale\"?");
     row("get tv WebGL", 1, "there is no key \"WebGL\"; did you mean \"UseWebGL\"?");
     row("get tv ShowChrome", 1, "tv has no value for ShowChrome");
-    row("explain Proxy", 1, "there is no key and no rule \"Proxy\"; did you mean \"HttpProxy\" or "
-                            "\"unusable-proxy\"?");
+    row("explain Proxy", 1,
+        "there is no key and no rule \"Proxy\"; did you mean \"HttpProxy\" or "
+        "\"unusable-proxy\"?");
     row("template kisok", 1, "there is no template \"kisok\"; did you mean \"kiosk\"?");
     row("template x", 1,
         "there is no template \"x\"; there are minimal, set-top-box, kiosk, hotel-television, "
@@ -192,8 +194,7 @@ void tst_Calls::rulesAreExplainedWithTheRightFile()
         if (at < 0)
             continue;
         const QByteArray right = output.mid(at + title.size());
-        const auto analysis =
-            analyse(QLatin1String("right"), right, QString(QLatin1String("/")));
+        const auto analysis = analyse(QLatin1String("right"), right, QString(QLatin1String("/")));
         QVERIFY2(!analysis->findings.has(rule.id), rule.id);
         QVERIFY2(output.left(at).contains("\nA file in which it is found:\n\n"), rule.id);
         ++corrected;

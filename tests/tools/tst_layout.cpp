@@ -145,9 +145,8 @@ void tst_Layout::whatIsOddStaysAsItIs()
 
 void tst_Layout::theProjectsOwnFilesAreInOrder()
 {
-    QDirIterator it(QLatin1String(SOURCE_FOLDER "/examples"),
-                    QStringList(QLatin1String("*.json")), QDir::Files,
-                    QDirIterator::Subdirectories);
+    QDirIterator it(QLatin1String(SOURCE_FOLDER "/examples"), QStringList(QLatin1String("*.json")),
+                    QDir::Files, QDirIterator::Subdirectories);
     int tried = 0;
     while (it.hasNext()) {
         QFile file(it.next());

@@ -75,8 +75,7 @@ void tst_Reports::initTestCase()
             Mistakes::Planted file;
             file.bytes = Mistakes::configurations().at(i);
             if (kind.plant(&file, engine) && isText(file.bytes))
-                m_files.push_back(
-                    analyse(QLatin1String("test.json"), file.bytes, m_folder.path()));
+                m_files.push_back(analyse(QLatin1String("test.json"), file.bytes, m_folder.path()));
         }
     }
 }
@@ -153,8 +152,9 @@ void tst_Reports::thePathLeadsToTheValue_data()
     const auto row = [](const char *name, const char *bytes, const char *expected) {
         QTest::newRow(name) << QByteArray(bytes) << QString(QLatin1String(expected));
     };
-    row("a value", "{ \"Global\": { \"Version\": 3 }, \"Applications\": [ { \"Tag\": \"a\", "
-                   "\"Url\": \"http://a/\" } ] }",
+    row("a value",
+        "{ \"Global\": { \"Version\": 3 }, \"Applications\": [ { \"Tag\": \"a\", "
+        "\"Url\": \"http://a/\" } ] }",
         "Global.Version");
     row("an element",
         "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ { \"Tag\": \"a\", \"Url\": "
@@ -177,8 +177,7 @@ void tst_Reports::thePathLeadsToTheValue()
     QFETCH(QByteArray, bytes);
     m_files.clear();
     m_files.push_back(analyse(QLatin1String("test.json"), bytes, m_folder.path()));
-    const QJsonValue file =
-        reported(makeJsonReport).value(QLatin1String("files")).toArray().at(0);
+    const QJsonValue file = reported(makeJsonReport).value(QLatin1String("files")).toArray().at(0);
     const QJsonArray findings = member(file, "findings").toArray();
     QCOMPARE(findings.size(), 1);
     QTEST(member(findings.at(0), "path").toString(), "expected");
