@@ -25,6 +25,8 @@ private slots:
     void everyPlaceIsExplained();
     void rulesAreExplainedWithTheRightFile();
     void everyTemplateIsPrinted();
+    void completesWhatMayComeNext_data();
+    void completesWhatMayComeNext();
     void diffReadsWhatTheShellMakesOfACommand();
 
 private:
@@ -213,6 +215,65 @@ void tst_Calls::everyTemplateIsPrinted()
         for (const Finding &finding : analysis->findings.all()) // the paths of a device of its own
             QVERIFY2(qstrcmp(finding.rule, "certificate-missing") == 0, finding.rule);
     }
+}
+
+void tst_Calls::completesWhatMayComeNext_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QByteArray>("expected");
+    const auto row = [](const char *line, const char *expected) {
+        QTest::newRow(line) << QString(QLatin1String(line)) << QByteArray(expected);
+    };
+    row("", "check show list get keys explain schema template fmt diff help ");
+    row("-", "--help --version ");
+    row("show -", "--file --format --root --reveal --help ");
+    row("check --format ", "text json sarif github ");
+    row("show --format ", "text json ");
+    row("show --format=", "--format=text --format=json ");
+    row("check --fail-on=no", "--fail-on=error --fail-on=warning --fail-on=note ");
+    row("show --file ", ":files ");
+    row("check --root ", ":directories ");
+    row("check --root=", ":directories ");
+    row("check ", ":files ");
+    row("check a.json ", ":files ");
+    row("show ", ":files ");
+    row("show other.json ", "other ");
+    row("show AppsConfig.json tv ", "tv menu menu-2 ");
+    row("show -f other.json ", "other ");
+    row("show --file=other.json other ", "other ");
+    row("list other.json ", "other ");
+    row("list other.json other ", "");
+    row("keys ", ":files ");
+    row("keys other.json ", "");
+    row("get ", ":files tv menu menu-2 ");
+    row("get tv ", "Scale UseWebGL ");
+    row("get menu ", "");
+    row("get other.json ", "other ");
+    row("get other.json other ", "Scale ");
+    row("get -f other.json ", "other ");
+    row("get -f other.json other ", "Scale ");
+    row("get none.json tv ", "");
+    row("template ", "minimal set-top-box kiosk hotel-television development all ");
+    row("template all ", "");
+    row("help ", "check show list get keys explain schema template fmt diff help ");
+    row("nothing ", "check show list get keys explain schema template fmt diff help ");
+}
+
+void tst_Calls::completesWhatMayComeNext()
+{
+    QFETCH(QString, line);
+    const QStringList words = line.split(QLatin1Char(' '));
+    const ChildCall::Result result = ChildCall::run([&] {
+        Output output;
+        return Program::run(QStringList(QLatin1String("nuv-apps-config"))
+                                << QLatin1String("__complete") << words,
+                            output);
+    });
+    QByteArray names;
+    for (const QByteArray &candidate : result.output.split('\n'))
+        names += candidate.isEmpty() ? QByteArray() : candidate.split('\t').first() + ' ';
+    QTEST(names, "expected");
+    QCOMPARE(result.exitStatus(), 0);
 }
 
 void tst_Calls::diffReadsWhatTheShellMakesOfACommand()

@@ -287,10 +287,6 @@ void tst_Tables::everyCommandAndOptionIsDocumented_data()
     QTest::newRow("manual") << contentsOf("tools/nuv-apps-config/man/nuv-apps-config.1")
                                    .replace("\\-", "-")
                                    .replace("\\fB", "");
-    QTest::newRow("bash") << contentsOf("tools/nuv-apps-config/completions/nuv-apps-config.bash");
-    QTest::newRow("zsh") << contentsOf("tools/nuv-apps-config/completions/_nuv-apps-config");
-    QTest::newRow("fish") << contentsOf("tools/nuv-apps-config/completions/nuv-apps-config.fish")
-                                 .replace(" -l ", " --");
 }
 
 void tst_Tables::everyCommandAndOptionIsDocumented()

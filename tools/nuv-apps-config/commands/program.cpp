@@ -54,6 +54,10 @@ int runCommand(const Invocation &invocation, Output &output)
 
 int Program::run(const QStringList &arguments, Output &output)
 {
+    if (arguments.value(1) == QLatin1String("__complete")) {
+        complete(arguments.mid(2), output);
+        return output.flush() ? Success : Trouble;
+    }
     Invocation invocation;
     QString error;
     if (!parseCommandLine(arguments, &invocation, &error)) {

@@ -10,6 +10,10 @@ namespace Program {
 /// Parses the arguments, of which the first is the program's name, and runs the command.
 int run(const QStringList &arguments, Output &output);
 
+/// For the completions of the shells: prints what may be the last of the words, one on a line, with a
+/// description after a tab; ":files" or ":directories" where it may be the name of one.
+int complete(QStringList words, Output &output);
+
 int check(const Invocation &invocation, Output &output);
 int show(const Invocation &invocation, Output &output);
 int list(const Invocation &invocation, Output &output);

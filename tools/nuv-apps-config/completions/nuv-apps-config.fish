@@ -1,25 +1,17 @@
-# Completion of nuv-apps-config for fish. Made from its tables; do not edit.
+# Completion of nuv-apps-config for fish. The program itself says what may come next.
 
-complete -c nuv-apps-config -n __fish_use_subcommand -f -a check -d 'say what is wrong, where and why'
-complete -c nuv-apps-config -n __fish_use_subcommand -f -a show -d 'show what the launcher will see'
-complete -c nuv-apps-config -n __fish_use_subcommand -f -a list -d 'list the tags, or the properties of one'
-complete -c nuv-apps-config -n __fish_use_subcommand -f -a get -d 'print one value, for scripts'
-complete -c nuv-apps-config -n __fish_use_subcommand -f -a keys -d 'show the flat keys of the settings'
-complete -c nuv-apps-config -n __fish_use_subcommand -f -a explain -d 'explain a key or a rule'
-complete -c nuv-apps-config -n __fish_use_subcommand -f -a schema -d 'print the JSON Schema'
-complete -c nuv-apps-config -n __fish_use_subcommand -f -a template -d 'print a configuration to start from'
-complete -c nuv-apps-config -n __fish_use_subcommand -f -a fmt -d 'print the file with its lines and blanks in order'
-complete -c nuv-apps-config -n __fish_use_subcommand -f -a diff -d 'show what differs in meaning'
-complete -c nuv-apps-config -n __fish_use_subcommand -f -a help -d 'explain a command'
-complete -c nuv-apps-config -n '__fish_seen_subcommand_from show list get keys' -s f -l file -r -d 'look at this file, not at the one that the library would pick'
-complete -c nuv-apps-config -n '__fish_seen_subcommand_from check show list keys diff' -l format -x -a 'text json sarif github' -d 'the form of the output'
-complete -c nuv-apps-config -n '__fish_seen_subcommand_from check show' -l root -r -d 'look below DIR for absolute paths: a copy of the device's files, or /'
-complete -c nuv-apps-config -n '__fish_seen_subcommand_from check' -l ignore -r -d 'leave out what this rule finds; more than once, or RULE,RULE'
-complete -c nuv-apps-config -n '__fish_seen_subcommand_from check' -l fail-on -x -a 'error warning note' -d 'exit with status 1 for findings from this severity on'
-complete -c nuv-apps-config -n '__fish_seen_subcommand_from check' -l color -x -a 'auto always never' -d 'colours: auto is on a terminal, unless NO_COLOR is set'
-complete -c nuv-apps-config -n '__fish_seen_subcommand_from show keys diff' -l reveal -d 'show secrets'
-complete -c nuv-apps-config -n '__fish_seen_subcommand_from fmt' -l sort -d 'as the library would write it, with the keys in order'
-complete -c nuv-apps-config -n '__fish_seen_subcommand_from fmt' -s w -l write -d 'write the file in place, if it changes'
-complete -c nuv-apps-config -s h -l help -d 'print this help'
-complete -c nuv-apps-config -s v -l version -d 'print the version'
-complete -c nuv-apps-config -n '__fish_seen_subcommand_from explain' -f -a 'Global Applications Version RemoteInspectorPort Certificate Tag Url UserAgent UserScript HttpProxy HttpReferrer Scale WindowOpacity UseTransparentBackground Frameless StartMaximized ShowChrome ShowScrollbar ProhibitMainFrameScrolling ResizesToContents DisableSpatialNavigation UseGraphicsView UseCompositing UseTiledBackingStore UseWebGL UseFrameFlattening ShowDebugBorders ShowFrameRate CacheWebView UseDiskCache UseDiskCookies UseLocalStorage UseOfflineStorageDatabase OfflineStorageDatabaseEnabled OfflineStorageDefaultQuotaSize UseOfflineWebApplicationCache OfflineWebApplicationCacheEnabled LocalContentCanAccessRemoteUrls GrantBroadcastRelatedSecurityClearance GrantBroadcastAccessRightDomains NetworkSessionNoAutoClose EnableShowErrorPage PrintLoadedUrls SuppressWebCoreWarningMessages Path PrivateKey PassPhrase Domain no-file unreadable-file variable-names-nothing empty-file not-text too-deep other-format merge-conflict cut-off nul-bytes byte-order-mark comment trailing-comma extra-comma missing-comma missing-colon missing-value single-quotes smart-quotes unquoted-key unquoted-text wrong-keyword unterminated-string missing-opening-quote unescaped-quote extra-quote missing-closing-brace missing-closing-bracket extra-closing-bracket missing-opening-bracket wrong-bracket bad-number invisible-character unexpected-token text-after-end stray-b leading-comma leading-zero odd-number lost-digits unescaped-backslash bad-unicode-escape short-unicode-escape raw-control-character non-ascii-text not-an-object no-version unusable-version no-applications unknown-key misplaced-key top-level-certificate wrong-kind out-of-range port-out-of-range port-means-unset no-address unusable-address unusable-proxy unusable-domain unusable-user-agent missing-file missing-here control-character blank-at-edge no-tag empty-tag tag-not-text duplicate-tag similar-tag duplicate-key null-value slash-in-key size-key huge-size plain-domain no-domain needs-certificate unused-ignore no-effect two-names certificate-missing certificate-unreadable certificate-invalid wrong-pass-phrase certificate-mismatch certificate-expired key-readable-by-all certificate-unexamined'
+function __nuv_apps_config
+    set -l current (commandline -ct)
+    set -l words (commandline -opc)
+    for line in ($words[1] __complete $words[2..-1] "$current" 2>/dev/null)
+        switch $line
+            case :files
+                __fish_complete_path "$current"
+            case :directories
+                __fish_complete_directories "$current"
+            case '*'
+                echo $line
+        end
+    end
+end
+complete -c nuv-apps-config -f -a '(__nuv_apps_config)'

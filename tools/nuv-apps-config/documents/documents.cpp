@@ -10,9 +10,6 @@ const std::vector<GeneratedFile> &generatedFiles()
         { "docs/AppsConfig.schema.json", Reference::schema },
         { "tools/nuv-apps-config/man/AppsConfig.json.5", Reference::formatManual },
         { "tools/nuv-apps-config/man/nuv-apps-config.1", Reference::programManual },
-        { "tools/nuv-apps-config/completions/nuv-apps-config.bash", Reference::bashCompletion },
-        { "tools/nuv-apps-config/completions/_nuv-apps-config", Reference::zshCompletion },
-        { "tools/nuv-apps-config/completions/nuv-apps-config.fish", Reference::fishCompletion },
     };
     return files;
 }

@@ -18,10 +18,6 @@ QByteArray rulesPage(); ///< docs/rules.md
 QByteArray formatManual(); ///< AppsConfig.json(5)
 QByteArray programManual(); ///< nuv-apps-config(1)
 
-QByteArray bashCompletion();
-QByteArray zshCompletion();
-QByteArray fishCompletion();
-
 /// The JSON Schema, draft-07.
 QByteArray schema();
 
