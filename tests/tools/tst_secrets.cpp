@@ -70,6 +70,9 @@ const char *const furtherCalls[] = {
     "diff test.json other.json",
     "diff --format json other.json test.json",
     "fmt --write test.json",
+    "fmt --sort --write test.json",
+    "__complete show --file test.json p",
+    "__complete get test.json tv U",
 };
 
 // JSON and GitHub's commands write some characters in other ways.

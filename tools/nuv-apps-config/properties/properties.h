@@ -10,7 +10,7 @@
 /// they are described: the checks, the schema, the reference, the manual page and the template are
 /// made from this table.
 
-/// Where in the file a key stands.
+/// Where in the file a key is.
 enum class Section {
     Document, ///< the outermost object
     Global, ///< "Global"
@@ -22,12 +22,12 @@ enum class Section {
 enum class Kind {
     Switch, ///< true or false
     Text,
-    Address, ///< a text: a URL, or a path relative to the file
-    Referrer, ///< a text: a URL of the web
-    Proxy, ///< a text: host:port
+    Address, ///< a string: a URL, or a path relative to the file
+    Referrer, ///< a string: a URL of the web
+    Proxy, ///< a string: host:port
     UserAgent, ///< a text of one line
-    Domain, ///< a text: the name of a domain
-    FilePath, ///< a text: a path, relative to the file's folder unless absolute
+    Domain, ///< a string: the name of a domain
+    FilePath, ///< a string: a path, relative to the file's directory unless absolute
     ScriptFile, ///< the same, of a script
     Number,
     Integer,
@@ -42,7 +42,7 @@ enum class Secret { No, Password, Whole };
 
 struct Property {
     Section section;
-    const char *key; ///< as it stands in the file
+    const char *key; ///< as it is in the file
     const char *property; ///< the name in AppConfig; null for a key that is no property
     Kind kind;
     const char *unit; ///< empty when there is none
@@ -72,7 +72,7 @@ const Property *findAnywhere(const QString &name);
 /// The property of AppConfig with that name; null when there is none.
 const Property *findProperty(const QString &property);
 
-/// Where the key stands, for people: "Applications[].Certificate.Path".
+/// Where the key is, for people: "Applications[].Certificate.Path".
 QString place(const Property &property);
 
 QString sectionName(Section section);
@@ -89,7 +89,7 @@ bool isOffWhenMissing(const Property &property);
 /// The names in `needs`, one by one.
 QStringList needed(const Property &property);
 
-/// Keys that every section lets pass: "$schema", and what begins with "_comment".
+/// Keys that every section ignores: "$schema", and what begins with "_comment".
 bool isPassed(const QString &key);
 
 } // namespace Properties

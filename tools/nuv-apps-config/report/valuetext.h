@@ -9,7 +9,7 @@
 /// Values for people, for scripts and for JSON.
 namespace ValueText {
 
-/// "text", "switch", "int" and so on, for what the variant holds.
+/// "string", "switch", "int" and so on, for what the variant holds.
 QString typeOf(const QVariant &value);
 
 /// Texts in quotes, with control characters made visible.
@@ -18,8 +18,8 @@ QString shown(const QVariant &value);
 /// The value alone; the elements of a list on a line each.
 QString plain(const QVariant &value);
 
-/// Whether two values mean the same: a whole number may be of either type. The toolkit's own
-/// comparison converts texts, and calls numbers equal that differ in their last digits.
+/// Whether two values mean the same: an integer may be of either type. The toolkit's own
+/// comparison converts strings, and calls numbers equal that differ in their last digits.
 bool isSame(const QVariant &a, const QVariant &b);
 
 /// A property that an AppConfig holds.

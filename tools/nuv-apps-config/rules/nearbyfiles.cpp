@@ -8,7 +8,7 @@
 
 namespace {
 
-const int MostEntries = 1000; // in a larger folder the search would take long, and find anything
+const int MostEntries = 1000; // in a larger directory the search would take long, and find anything
 
 QString nearestEntry(const QDir &folder, const QString &name, QDir::Filters filters)
 {

@@ -31,7 +31,7 @@ public:
     /// The version gate of the loader.
     static void checkVersion(const Node &version, Findings &findings);
 
-    /// "a text", "a number" and so on.
+    /// "a string", "a number" and so on.
     static QString kindOf(const Node &value);
 
 private:

@@ -111,7 +111,7 @@ Token Tokenizer::next()
                 return token;
             if (!m_findings.isFull())
                 continue;
-            token.code = T_END_OF_FILE; // nobody reads on behind so many mistakes
+            token.code = T_END_OF_FILE; // nobody reads on after so many mistakes
             return token;
         }
         if (m_manner == Mending)
