@@ -1,0 +1,148 @@
+#include "tools/nuv-apps-config/repairedfile.h"
+
+#include "tools/nuv-apps-config/rules.h"
+#include "tools/nuv-apps-config/surerepairs.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+// A round mends a hundred mistakes of the syntax. Nobody made so many by hand.
+const int MostRounds = 1000;
+
+bool isMistakeOfSyntax(const Finding &finding)
+{
+    const Rule &rule = Rules::find(finding.rule);
+    return rule.group == RuleGroup::Syntax && rule.severity == Severity::Error;
+}
+
+std::vector<Edit> editsOf(const std::vector<SureRepair> &repairs, size_t begin, size_t end)
+{
+    std::vector<Edit> edits;
+    for (size_t i = begin; i < end; ++i)
+        edits.insert(edits.end(), repairs[i].edits.begin(), repairs[i].edits.end());
+    std::stable_sort(edits.begin(), edits.end(),
+                     [](const Edit &a, const Edit &b) { return a.offset < b.offset; });
+    return edits;
+}
+
+// A backslash in a path hid what the path names.
+int uncoveredBy(const std::vector<SureRepair> &repairs, size_t begin, size_t end)
+{
+    int count = 0;
+    for (size_t i = begin; i < end; ++i) {
+        for (const Finding *finding : repairs[i].findings)
+            count += std::strcmp(finding->rule, "control-character") == 0
+                || std::strcmp(finding->rule, "unescaped-backslash") == 0
+                || std::strcmp(finding->rule, "bad-unicode-escape") == 0;
+    }
+    return count;
+}
+
+// Where a place is after the edits; -1 where they took it away.
+int moved(int offset, const std::vector<Edit> &edits)
+{
+    int shift = 0;
+    for (const Edit &edit : edits) {
+        if (edit.offset > offset)
+            break;
+        if (offset < edit.offset + edit.removed)
+            return -1;
+        shift += edit.inserted.size() - edit.removed;
+    }
+    return offset + shift;
+}
+
+} // namespace
+
+/// A file before and after some repairs.
+struct RepairedFile::Attempt {
+    const Analysis &before;
+    const Analysis &after;
+    const std::vector<SureRepair> &repairs;
+    size_t begin;
+    size_t end;
+
+    bool isGood() const;
+    bool keepsTheOthers() const;
+    bool isRepaired(const Finding &finding) const;
+};
+
+bool RepairedFile::Attempt::isRepaired(const Finding &finding) const
+{
+    for (size_t i = begin; i < end; ++i) {
+        const std::vector<const Finding *> &all = repairs[i].findings;
+        if (std::find(all.begin(), all.end(), &finding) != all.end())
+            return true;
+    }
+    return false;
+}
+
+// Mistakes of the syntax that are not repaired now must be where they were: what was repaired has not
+// changed how the rest is read.
+bool RepairedFile::Attempt::keepsTheOthers() const
+{
+    const std::vector<Edit> edits = editsOf(repairs, begin, end);
+    for (const Finding &finding : before.findings.all()) {
+        if (!isMistakeOfSyntax(finding) || isRepaired(finding))
+            continue;
+        const int offset = moved(finding.offset, edits);
+        const auto isSame = [&](const Finding &other) {
+            return other.offset == offset && std::strcmp(other.rule, finding.rule) == 0;
+        };
+        const std::vector<Finding> &all = after.findings.all();
+        if (std::none_of(all.begin(), all.end(), isSame))
+            return false;
+    }
+    return true;
+}
+
+// What the library read it still reads, and nothing more is wrong with it than before.
+bool RepairedFile::Attempt::isGood() const
+{
+    const bool wasRead = !before.findings.hasSyntaxError();
+    const bool isRead = !after.findings.hasSyntaxError();
+    if (wasRead != isRead)
+        return isRead;
+    const int most =
+        before.findings.count(Severity::Error) + (isRead ? uncoveredBy(repairs, begin, end) : 0);
+    return after.findings.count(Severity::Error) <= most && (isRead || keepsTheOthers());
+}
+
+RepairedFile::RepairedFile(std::unique_ptr<Analysis> before, const QString &folder)
+    : m_folder(folder), m_before(std::move(before)), m_pieces(m_before->source.bytes())
+{
+    for (int round = 0; round < MostRounds; ++round) {
+        if (!repairOnce())
+            return;
+    }
+}
+
+bool RepairedFile::repairOnce()
+{
+    const std::vector<SureRepair> repairs = SureRepairs::of(now(), m_folder);
+    return !repairs.empty() && repair(repairs, 0, repairs.size());
+}
+
+// All at once. Where something is worse then, half of them.
+bool RepairedFile::repair(const std::vector<SureRepair> &repairs, size_t begin, size_t end)
+{
+    const std::vector<Edit> edits = editsOf(repairs, begin, end);
+    PieceTable pieces = m_pieces;
+    pieces.apply(edits);
+    std::unique_ptr<Analysis> after = analyse(now().source.name(), pieces.text(), m_folder);
+    if (!Attempt { now(), *after, repairs, begin, end }.isGood()) {
+        const size_t middle = begin + (end - begin) / 2;
+        return end - begin > 1
+            && (repair(repairs, begin, middle) || repair(repairs, middle, end));
+    }
+    for (size_t i = begin; i < end; ++i) {
+        for (const Finding *finding : repairs[i].findings)
+            m_mistakes.push_back(
+                Mistake { finding->rule, m_pieces.original(finding->offset), finding->text });
+    }
+    m_pieces = pieces;
+    m_now = std::move(after);
+    return true;
+}

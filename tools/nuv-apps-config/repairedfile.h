@@ -1,0 +1,48 @@
+#ifndef REPAIREDFILE_H
+#define REPAIREDFILE_H
+
+#include "tools/nuv-apps-config/analysis.h"
+#include "tools/nuv-apps-config/piecetable.h"
+
+#include <memory>
+#include <vector>
+
+/// A file after all repairs that are sure. What they do not touch is the same to the byte.
+class RepairedFile
+{
+public:
+    /// What was done away with.
+    struct Mistake {
+        const char *rule;
+        int offset; ///< in the file as it was
+        QString text; ///< without secrets
+    };
+
+    /// `folder` is where relative paths begin.
+    RepairedFile(std::unique_ptr<Analysis> before, const QString &folder);
+
+    bool isChanged() const { return !m_mistakes.empty(); }
+    QByteArray bytes() const { return now().source.bytes(); }
+    const std::vector<Mistake> &mistakes() const { return m_mistakes; }
+    std::vector<PieceTable::Change> changes() const { return m_pieces.changes(); }
+
+    /// The file as it was.
+    const Analysis &before() const { return *m_before; }
+
+    /// What is left.
+    const Analysis &now() const { return m_now ? *m_now : *m_before; }
+
+private:
+    struct Attempt;
+
+    bool repairOnce();
+    bool repair(const std::vector<struct SureRepair> &repairs, size_t begin, size_t end);
+
+    QString m_folder;
+    std::unique_ptr<Analysis> m_before;
+    std::unique_ptr<Analysis> m_now; ///< null as long as nothing is changed
+    PieceTable m_pieces;
+    std::vector<Mistake> m_mistakes;
+};
+
+#endif // REPAIREDFILE_H

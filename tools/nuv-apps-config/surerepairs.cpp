@@ -1,0 +1,472 @@
+#include "tools/nuv-apps-config/surerepairs.h"
+
+#include "tools/nuv-apps-config/commentkeys.h"
+#include "tools/nuv-apps-config/literals.h"
+#include "tools/nuv-apps-config/rules.h"
+#include "tools/nuv-apps-config/spelling.h"
+#include "tools/nuv-apps-config/utf8.h"
+#include "tools/nuv-apps-config/valueplaces.h"
+
+#include <QFileInfo>
+#include <QDir>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+
+namespace {
+
+typedef std::vector<Edit> Edits_;
+
+bool matches(const QByteArray &bytes, const char *pattern)
+{
+    return QRegularExpression(QLatin1String(pattern)).match(QString::fromLatin1(bytes)).hasMatch();
+}
+
+QString text(const char *latin1)
+{
+    return QLatin1String(latin1);
+}
+
+bool isOneOf(const QByteArray &word, const char *words)
+{
+    return QString(QLatin1String(words))
+        .split(QLatin1Char(' '))
+        .contains(QString::fromLatin1(word));
+}
+
+bool isNumberKind(const Property &property)
+{
+    return property.kind == Kind::Number || property.kind == Kind::Integer
+        || property.kind == Kind::Port || property.kind == Kind::Version;
+}
+
+bool isKeyOfLibrary(const QByteArray &key)
+{
+    const std::vector<Property> &all = Properties::all();
+    return std::any_of(all.begin(), all.end(),
+                       [&](const Property &property) { return key == property.key; });
+}
+
+/// Says of a finding whether what it proposes is the only thing that can have been meant.
+class Judge
+{
+public:
+    Judge(const Analysis &analysis, const QString &folder)
+        : m_source(analysis.source),
+          m_bytes(analysis.source.bytes()),
+          m_document(analysis.document),
+          m_folder(folder),
+          m_places(analysis.document),
+          m_isUtf8(Utf8::isValid(m_bytes.constData(), m_bytes.size()))
+    {
+    }
+
+    Edits_ asProposed(const Finding &finding) const;
+    Edits_ comma(const Finding &finding) const;
+    Edits_ colon(const Finding &finding) const;
+    Edits_ quotes(const Finding &finding) const;
+    Edits_ quoteTwice(const Finding &finding) const;
+    Edits_ missingQuote(const Finding &finding) const;
+    Edits_ strayB(const Finding &finding) const;
+    Edits_ key(const Finding &finding) const;
+    Edits_ word(const Finding &finding) const;
+    Edits_ keyword(const Finding &finding) const;
+    Edits_ number(const Finding &finding) const;
+    Edits_ letters(const Finding &finding) const;
+    Edits_ backslashes(const Finding &finding) const;
+    Edits_ name(const Finding &finding) const;
+    Edits_ kind(const Finding &finding) const;
+    Edits_ tag(const Finding &finding) const;
+    Edits_ percentage(const Finding &finding) const;
+
+private:
+    QByteArray given(const Finding &finding) const
+    {
+        return m_bytes.mid(finding.offset, finding.length);
+    }
+    const Property *propertyAt(const Finding &finding) const
+    {
+        const ReadMember *const read = m_places.at(finding.offset);
+        return read ? read->property : nullptr;
+    }
+    bool isFollowedBy(int end, const char *signs) const;
+    bool isOnlyOne(const ReadMember &read, const QString &meant) const;
+
+    const SourceText &m_source;
+    const QByteArray &m_bytes;
+    const Document &m_document;
+    QString m_folder;
+    ValuePlaces m_places;
+    bool m_isUtf8;
+};
+
+Edits_ Judge::asProposed(const Finding &finding) const
+{
+    const Edit &edit = finding.edit;
+    const bool isChange = m_bytes.mid(edit.offset, edit.removed) != edit.inserted;
+    return isChange ? Edits_ { edit } : Edits_();
+}
+
+// Whether the entry or the key really ends there, and what was taken for its end is not a part of it.
+bool Judge::isFollowedBy(int end, const char *signs) const
+{
+    while (end < m_bytes.size() && (m_bytes.at(end) == ' ' || m_bytes.at(end) == '\t'))
+        ++end;
+    return end == m_bytes.size() || (m_bytes.at(end) != '\0' && std::strchr(signs, m_bytes.at(end)));
+}
+
+// It belongs right after the entry. One sign in place of another is sure for the semicolon only. A string
+// with a comma at its edge may hold the one that is missing.
+Edits_ Judge::comma(const Finding &finding) const
+{
+    if (given(finding) == ";")
+        return { Edit { finding.offset, 1, "," } };
+    const bool isMissing = finding.edit.removed == 0 && finding.edit.inserted == ",";
+    const QByteArray before = m_bytes.mid(qMax(0, finding.offset - 2), 2);
+    const QByteArray after = m_bytes.mid(finding.edit.offset, 2);
+    if (!isMissing || before == ",\"" || after == "\"," || !matches(before.right(1), "[\\w\"}\\]]"))
+        return Edits_();
+    return { Edit { finding.offset, 0, "," } };
+}
+
+// One in place of another sign is sure for the equals sign only.
+Edits_ Judge::colon(const Finding &finding) const
+{
+    if (given(finding) == "=")
+        return { Edit { finding.offset, 1, ":" } };
+    const bool isMissing = finding.edit.removed == 0 && finding.edit.inserted == ":";
+    return isMissing && finding.offset > 0 && m_bytes.at(finding.offset - 1) == '"'
+        ? Edits_ { Edit { finding.offset, 0, ":" } }
+        : Edits_();
+}
+
+// Next to another quote it was typed twice.
+Edits_ Judge::quoteTwice(const Finding &finding) const
+{
+    const int at = finding.edit.offset;
+    const bool isTwice = m_bytes.mid(at, 2) == "\"\"" || m_bytes.mid(qMax(0, at - 1), 2) == "\"\"";
+    return isTwice && finding.edit.removed == 1 ? asProposed(finding) : Edits_();
+}
+
+// Where it is between blanks or signs. Next to a quote it may be the first letter of the string.
+Edits_ Judge::strayB(const Finding &finding) const
+{
+    const int end = finding.edit.offset + finding.edit.removed;
+    const QByteArray signs = " \t\r\n{}[],:";
+    const bool isAlone = (finding.offset == 0 || signs.contains(m_bytes.at(finding.offset - 1)))
+        && (end == m_bytes.size() || signs.contains(m_bytes.at(end)));
+    return isAlone ? asProposed(finding) : Edits_();
+}
+
+// What is between the quotes then must be a key of the library, or a plain string where one belongs.
+Edits_ Judge::missingQuote(const Finding &finding) const
+{
+    const Edit &edit = finding.edit;
+    if (edit.inserted != "\"" || edit.removed != 0)
+        return Edits_();
+    const bool isOpening = std::strcmp(finding.rule, "missing-opening-quote") == 0;
+    const int begin = isOpening ? edit.offset : m_bytes.lastIndexOf('"', edit.offset - 1) + 1;
+    const int end = isOpening ? m_bytes.indexOf('"', edit.offset) : edit.offset;
+    const QByteArray inside = m_bytes.mid(begin, end - begin);
+    const int after = isOpening ? end + 1 : end;
+    if (begin < 1 || end < begin || !isFollowedBy(after, ",:}]\r\n"))
+        return Edits_();
+    const ReadMember *const read = m_places.at(finding.offset);
+    const bool isKey = isFollowedBy(after, ":");
+    if (isKey)
+        return isKeyOfLibrary(inside) ? asProposed(finding) : Edits_();
+    const bool isString = read && read->property && Properties::isText(*read->property);
+    return isString && matches(inside, "^[A-Za-z][\\w.:/?&=%+@~-]*$") ? asProposed(finding)
+                                                                       : Edits_();
+}
+
+// They must be closed by their like: an apostrophe ends a string early, too.
+Edits_ Judge::quotes(const Finding &finding) const
+{
+    const QByteArray quoted = given(finding);
+    const QByteArray inside = finding.edit.inserted.mid(1, finding.edit.inserted.size() - 2);
+    const int opening = qMax(1, Utf8::length(quoted.constData(), quoted.size()));
+    const bool isClosed = quoted.size() > opening + inside.size();
+    const bool isSingle = quoted.startsWith('\'') || quoted.startsWith('`');
+    if (!isClosed || inside.endsWith('\\') || (isSingle && !quoted.endsWith(quoted.at(0))))
+        return Edits_();
+    return isFollowedBy(finding.offset + finding.length, ",:}]\r\n/#") ? asProposed(finding)
+                                                                       : Edits_();
+}
+
+Edits_ Judge::key(const Finding &finding) const
+{
+    return isFollowedBy(finding.offset + finding.length, ":") ? asProposed(finding) : Edits_();
+}
+
+// A string without quotes where a string belongs, and all of it one word.
+Edits_ Judge::word(const Finding &finding) const
+{
+    const Property *const property = propertyAt(finding);
+    const bool isWhole = isFollowedBy(finding.offset + finding.length, ",}]\r\n");
+    return property && Properties::isText(*property) && isWhole
+            && matches(given(finding), "^[A-Za-z][\\w.:/?&=%+@~-]*$")
+        ? asProposed(finding)
+        : Edits_();
+}
+
+// "Yes" is true for a switch; for anything else it may be a string without quotes.
+Edits_ Judge::keyword(const Finding &finding) const
+{
+    const QByteArray word = given(finding).toLower();
+    const Property *const property = propertyAt(finding);
+    const bool isSwitch = property && property->kind == Kind::Switch;
+    const bool isText = property && Properties::isText(*property);
+    const bool isNull = finding.edit.inserted == "null" && !isOneOf(word, "nan infinity");
+    if (isOneOf(word, "true false null") || isSwitch)
+        return asProposed(finding);
+    return isNull && (isOneOf(word, "none nil undefined") || !isText) ? asProposed(finding)
+                                                                       : Edits_();
+}
+
+// A megabyte is 1000 or 1024 kilobytes, a comma before three digits a point or nothing, and what is a
+// number in a string is a string.
+Edits_ Judge::number(const Finding &finding) const
+{
+    const Property *const property = propertyAt(finding);
+    const QByteArray written = given(finding);
+    const bool isQuoted = finding.edit.inserted.startsWith('"');
+    const bool isPercentage = written.endsWith('%');
+    const bool isFraction = property && property->kind == Kind::Number;
+    if (finding.edit.isNothing() || isQuoted || !property || !isNumberKind(*property)
+        || (isPercentage && !isFraction))
+        return Edits_();
+    const bool isHexadecimal = matches(written, "^0[xX]");
+    const bool isAmbiguous = matches(written, "[kKmMgG][bB]?$")
+        || matches(written, ",[0-9]{3}(?![0-9])")
+        || (written.contains('_') && !matches(written, "^[0-9]{1,3}(_[0-9]{3})+$"));
+    const QByteArray &number = finding.edit.inserted;
+    const bool isNumber =
+        Literals::isPlainNumber(number.constData(), number.constData() + number.size());
+    return isNumber && (isHexadecimal || !isAmbiguous) ? asProposed(finding) : Edits_();
+}
+
+// Of a file that is not UTF-8 as a whole nobody knows which letters its bytes are.
+Edits_ Judge::letters(const Finding &finding) const
+{
+    return m_isUtf8 ? asProposed(finding) : Edits_();
+}
+
+// In a path that begins with a drive, or is nothing but names with backslashes between them, each single
+// one is meant as a backslash. With slashes for them the path may be that of a file which is there.
+Edits_ Judge::backslashes(const Finding &finding) const
+{
+    const ReadMember *const read = m_places.at(finding.offset);
+    const Property *const property = read ? read->property : nullptr;
+    const bool isPath = property
+        && (property->kind == Kind::FilePath || property->kind == Kind::ScriptFile
+            || property->kind == Kind::Address);
+    if (!isPath || read->value->type != Node::Text || finding.offset < read->value->begin)
+        return Edits_();
+    const int begin = read->value->begin + 1;
+    const QByteArray path = m_bytes.mid(begin, read->value->length() - 2);
+    const bool hasNames = matches(path, "^[\\w.-]+(\\\\[\\w.-]+)+$");
+    QByteArray slashes = path;
+    slashes.replace('\\', '/');
+    if (hasNames && QFileInfo(QDir(m_folder), QString::fromLatin1(slashes)).isFile())
+        return { Edit { begin, path.size(), slashes } };
+    const bool isSure = hasNames ? path.count('\\') > 1
+                                 : matches(path, "^[A-Za-z]:(\\\\[\\w .-]+)+$");
+    Edits_ edits;
+    for (int at = path.indexOf('\\'); isSure && at >= 0; at = path.indexOf('\\', at + 1))
+        edits.push_back(Edit { begin + at, 0, "\\" });
+    return edits;
+}
+
+QString withoutSeparators(const QString &key)
+{
+    QString result = key.toLower();
+    for (const char separator : { '_', '-', ' ' })
+        result.remove(QLatin1Char(separator));
+    return result;
+}
+
+// Two wrong spellings of one key in an object leave open which of them counts.
+bool Judge::isOnlyOne(const ReadMember &read, const QString &meant) const
+{
+    QStringList keys;
+    for (const Property *property : Properties::of(read.section))
+        keys.append(QLatin1String(property->key));
+    const auto isMeant = [&](const Node::Child &child) {
+        return child.key == meant
+            || (!keys.contains(child.key) && Spelling::nearest(child.key, keys) == meant);
+    };
+    return std::count_if(read.object->children.begin(), read.object->children.end(), isMeant) == 1;
+}
+
+// Letters in front of a key or after it, or a number in it, may have been put there to switch it off.
+Edits_ Judge::name(const Finding &finding) const
+{
+    const ReadMember *const read = m_places.at(finding.offset);
+    if (!read || read->property || finding.edit.offset != read->member->keyBegin
+        || finding.edit.removed != read->member->keyEnd - read->member->keyBegin)
+        return Edits_();
+    const QString meant = QString::fromLatin1(
+        finding.edit.inserted.mid(1, finding.edit.inserted.size() - 2));
+    const QString key = read->member->key;
+    const bool isWord = !key.isEmpty() && key.at(0).isLetter() && key.at(key.size() - 1).isLetter();
+    if (!isWord || !isOnlyOne(*read, meant))
+        return Edits_();
+    const QString lower = withoutSeparators(key);
+    const QString wanted = meant.toLower();
+    if (lower == wanted)
+        return asProposed(finding);
+    const int shortest = 5;
+    const int farthest = meant.size() < 8 ? 1 : 2;
+    const bool isLonger = lower.startsWith(wanted) || lower.endsWith(wanted);
+    const bool hasOthers = lower.contains(QRegularExpression(text("[^a-z]")));
+    if (meant.size() < shortest || isLonger || hasOthers)
+        return Edits_();
+    for (const Property *property : Properties::of(read->section)) {
+        const QString other = QString(QLatin1String(property->key)).toLower();
+        if (other != wanted && Spelling::distance(lower, other, farthest + 1) <= farthest + 1)
+            return Edits_();
+    }
+    return Spelling::distance(lower, wanted, farthest) <= farthest ? asProposed(finding) : Edits_();
+}
+
+// Switches, numbers and strings that were given as one another. Which version was meant, and which file
+// of a certificate, nobody knows.
+Edits_ Judge::kind(const Finding &finding) const
+{
+    const Property *const property = propertyAt(finding);
+    const bool isKnown = property
+        && (property->kind == Kind::Switch || isNumberKind(*property)
+            || Properties::isText(*property));
+    return isKnown && property->kind != Kind::Version ? asProposed(finding) : Edits_();
+}
+
+// Only where the string has what is written, and what the library makes of it.
+Edits_ Judge::tag(const Finding &finding) const
+{
+    return finding.edit.inserted == '"' + given(finding) + '"' ? asProposed(finding) : Edits_();
+}
+
+// 0 in front may stand for a point that is missing: nobody writes a percentage like that.
+Edits_ Judge::percentage(const Finding &finding) const
+{
+    return given(finding).startsWith('0') ? Edits_() : asProposed(finding);
+}
+
+struct Sure {
+    const char *rule;
+    Edits_ (Judge::*edits)(const Finding &finding) const;
+};
+
+const Sure table[] = {
+    { "byte-order-mark", &Judge::asProposed },
+    { "trailing-comma", &Judge::asProposed },
+    { "extra-comma", &Judge::asProposed },
+    { "missing-comma", &Judge::comma },
+    { "missing-colon", &Judge::colon },
+    { "missing-opening-quote", &Judge::missingQuote },
+    { "unterminated-string", &Judge::missingQuote },
+    { "extra-quote", &Judge::quoteTwice },
+    { "single-quotes", &Judge::quotes },
+    { "smart-quotes", &Judge::quotes },
+    { "unquoted-key", &Judge::key },
+    { "unquoted-text", &Judge::word },
+    { "wrong-keyword", &Judge::keyword },
+    { "bad-number", &Judge::number },
+    { "invisible-character", &Judge::asProposed },
+
+    { "stray-b", &Judge::strayB },
+    { "leading-comma", &Judge::asProposed },
+    { "leading-zero", &Judge::number },
+    { "odd-number", &Judge::number },
+    { "unescaped-backslash", &Judge::backslashes },
+    { "bad-unicode-escape", &Judge::backslashes },
+    { "non-ascii-text", &Judge::letters },
+
+    { "no-version", &Judge::name },
+    { "no-applications", &Judge::name },
+    { "no-domain", &Judge::name },
+    { "unknown-key", &Judge::name },
+    { "wrong-kind", &Judge::kind },
+    { "tag-not-text", &Judge::tag },
+    { "out-of-range", &Judge::percentage },
+    { "control-character", &Judge::backslashes },
+};
+
+bool isMistakeOfSyntax(const Finding &finding)
+{
+    const Rule &rule = Rules::find(finding.rule);
+    return rule.group == RuleGroup::Syntax && rule.severity == Severity::Error;
+}
+
+bool isComment(const Finding &finding)
+{
+    return std::strcmp(finding.rule, "comment") == 0;
+}
+
+// The bytes that are changed already. What is inserted at one place has no order.
+class Taken
+{
+public:
+    bool take(const std::vector<Edit> &edits)
+    {
+        const auto isFree = [this](const Edit &edit) {
+            auto next = m_all.upper_bound({ edit.offset + edit.removed, INT_MAX });
+            return next == m_all.begin() || (--next)->second < edit.offset;
+        };
+        if (!std::all_of(edits.begin(), edits.end(), isFree))
+            return false;
+        for (const Edit &edit : edits)
+            m_all.insert({ edit.offset, edit.offset + edit.removed });
+        return true;
+    }
+
+private:
+    std::set<std::pair<int, int>> m_all;
+};
+
+std::vector<SureRepair> apart(const std::vector<SureRepair> &repairs)
+{
+    Taken taken;
+    std::vector<SureRepair> result;
+    for (const SureRepair &repair : repairs) {
+        if (taken.take(repair.edits))
+            result.push_back(repair);
+    }
+    return result;
+}
+
+std::vector<SureRepair> ofTable(const Analysis &analysis, const QString &folder, bool isSyntax)
+{
+    const Judge judge(analysis, folder);
+    std::vector<SureRepair> repairs;
+    for (const Finding &finding : analysis.findings.all()) {
+        if (isMistakeOfSyntax(finding) != isSyntax)
+            continue;
+        for (const Sure &sure : table) {
+            if (std::strcmp(sure.rule, finding.rule) != 0)
+                continue;
+            const Edits_ edits = (judge.*sure.edits)(finding);
+            if (!edits.empty())
+                repairs.push_back(SureRepair { { &finding }, edits });
+        }
+    }
+    return repairs;
+}
+
+} // namespace
+
+std::vector<SureRepair> SureRepairs::of(const Analysis &analysis, const QString &folder)
+{
+    const std::vector<Finding> &all = analysis.findings.all();
+    const bool hasMistakes = std::any_of(all.begin(), all.end(), [](const Finding &finding) {
+        return isMistakeOfSyntax(finding) && !isComment(finding);
+    });
+    if (hasMistakes)
+        return apart(ofTable(analysis, folder, true));
+    if (std::any_of(all.begin(), all.end(), isComment))
+        return apart(CommentKeys::repairs(analysis));
+    return apart(ofTable(analysis, folder, false));
+}
