@@ -1,12 +1,14 @@
 // What nuv-apps-config finds in a file: an error exactly where the library reads nothing, and findings,
-// places and secrets that lie inside the file; and the forms of its report.
+// places and secrets that lie inside the file; the forms of its report; and what its repairs leave.
 
 #include "fuzz/fuzztarget.h"
 #include "json/jsonparser.h"
 #include "json/varianttree.h"
 #include "tests/support/temporarydir.h"
 #include "tools/nuv-apps-config/analysis/analysis.h"
+#include "tools/nuv-apps-config/repairs/repairedfile.h"
 #include "tools/nuv-apps-config/report/reports.h"
+#include "tools/nuv-apps-config/report/unifieddiff.h"
 
 namespace {
 
@@ -67,6 +69,19 @@ void report(const Analysis &analysis)
     report->finish();
 }
 
+// What was read is still read after the repairs, and there is nothing to repair a second time.
+void repair(std::unique_ptr<Analysis> analysis, const QString &folder)
+{
+    const RepairedFile file(std::move(analysis), folder);
+    if (!file.isChanged())
+        return;
+    Fuzz::require(!isReadByLibrary(file.before().source.bytes()) || isReadByLibrary(file.bytes()),
+                  "a repaired file is read if it was read before");
+    Fuzz::require(!unifiedDiff(file).isEmpty(), "repairs are shown as a diff");
+    const RepairedFile again(analyse(QLatin1String("input.json"), file.bytes(), folder), folder);
+    Fuzz::require(!again.isChanged(), "a second repair changes nothing");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -74,7 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     static const TemporaryDir folder;
     Fuzz::silenceWarnings();
     const FuzzInput input(data, size);
-    const auto analysis = analyse(QLatin1String("input.json"), input.bytes(), folder.path());
+    auto analysis = analyse(QLatin1String("input.json"), input.bytes(), folder.path());
     const Findings &findings = analysis->findings;
     for (const Finding &finding : findings.all())
         checkFinding(analysis->source, finding);
@@ -82,5 +97,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     report(*analysis);
     Fuzz::require(isUnreadable(findings) != isReadByLibrary(input.bytes()),
                   "there is an error exactly where the library finds one");
+    repair(std::move(analysis), folder.path());
     return 0;
 }

@@ -86,6 +86,8 @@ const char *const everyCommand[] = { "check good.json",
                                      "check --help",
                                      "check --format json good.json",
                                      "check --format sarif good.json",
+                                     "check --fix good.json",
+                                     "check --diff broken.json",
                                      "check --format github broken.json",
                                      "show --format json -f good.json",
                                      "list --format json -f good.json",
@@ -201,6 +203,7 @@ void tst_Outcomes::everyCommandEndsWithTheStatusOfTheCause_data()
            "get tv Nix -f good.json", "explain Nix" })
         add("There is no such tag", QLatin1String(call));
     add("check: a finding", QLatin1String("check twice.json"));
+    add("check --diff: something", QLatin1String("check --diff broken.json"));
     add("diff: a difference", QLatin1String("diff good.json other.json"));
     add("fmt: the file has", QLatin1String("fmt --sort twice.json"));
     add("fmt: the file has", QLatin1String("fmt -w --sort twice.json"));

@@ -59,6 +59,8 @@ const char *const furtherCalls[] = {
     "check --format json test.json",
     "check --format sarif test.json",
     "check --format github test.json",
+    "check --diff test.json",
+    "check --fix test.json",
     "show --file test.json",
     "show tv radio --file test.json",
     "list --file test.json",

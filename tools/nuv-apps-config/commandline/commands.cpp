@@ -7,8 +7,8 @@ const char Plain[] = "text|json";
 
 // clang-format off
 const std::vector<Command> commandTable = {
-    { "check", "[FILE...]", 0, -1, "root|ignore|fail-on|format|color", Reports, "say what is wrong, where and why",
-      "Checks the files, or the one that the library would pick. - is the standard input. All problems are reported in one run, each with its place, a hint and the id of its rule." },
+    { "check", "[FILE...]", 0, -1, "fix|diff|root|ignore|fail-on|format|color", Reports, "say what is wrong, where and why",
+      "Checks the files, or the one that the library would pick. - is the standard input. All problems are reported in one run, each with its place, a hint and the id of its rule. --fix repairs what can mean one thing only, and reports what is left: commas, quotes, keywords, comments, the spelling of keys, kinds and units of values, letters outside of ASCII. Nothing else in the file changes. With - the repaired text, secrets included, goes to the standard output and the report to the standard error." },
     { "show", "[FILE [TAG...]]", 0, -1, "file|root|format|reveal", Plain, "show what the launcher will see",
       "Shows which file is read and why, whether its version passes, the global values and the applications with each value, its type and its place in the file, and what was skipped. With tags, only those applications." },
     { "list", "[FILE [TAG]]", 0, 1, "file|format", Plain, "list the tags, or the properties of one",
@@ -37,6 +37,8 @@ const std::vector<Option> optionTable = {
     { "root", "", "DIR", "", "", "look below DIR for absolute paths: a copy of the device's files, or /" },
     { "ignore", "", "RULE", "", "", "leave out what this rule finds; more than once, or RULE,RULE" },
     { "fail-on", "", "SEVERITY", "error|warning|note", "warning", "exit with status 1 for findings from this severity on" },
+    { "fix", "", "", "", "", "repair what can mean one thing only, and report what is left" },
+    { "diff", "", "", "", "", "print what --fix would change, and change nothing" },
     { "color", "", "WHEN", "auto|always|never", "auto", "colours: auto is on a terminal, unless NO_COLOR is set" },
     { "reveal", "", "", "", "", "show secrets" },
     { "sort", "", "", "", "", "as the library would write it, with the keys in order" },
@@ -46,8 +48,9 @@ const std::vector<Option> optionTable = {
 };
 
 const std::vector<Outcome> outcomeTable = {
-    { "0", "The command did what it is for. check found nothing from the severity of --fail-on on, diff no difference." },
-    { "1", "check: a finding from the severity of --fail-on on." },
+    { "0", "The command did what it is for. check found nothing from the severity of --fail-on on (with --fix: nothing is left), check --diff nothing to repair, diff no difference." },
+    { "1", "check: a finding from the severity of --fail-on on. With --fix what is repaired does not count." },
+    { "1", "check --diff: something that --fix would repair, whatever else is found." },
     { "1", "diff: a difference." },
     { "1", "The library reads nothing of the file: it has a syntax error, or it is empty." },
     { "1", "To load the file would take minutes, or fill the memory." },

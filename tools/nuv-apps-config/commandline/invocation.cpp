@@ -187,6 +187,8 @@ bool parseCommandLine(const QStringList &arguments, Invocation *invocation, QStr
     invocation->reveal = parser.isSet(QLatin1String("reveal"));
     invocation->sort = parser.isSet(QLatin1String("sort"));
     invocation->write = parser.isSet(QLatin1String("write"));
+    invocation->fix = parser.isSet(QLatin1String("fix"));
+    invocation->diff = parser.isSet(QLatin1String("diff"));
     invocation->failOn = severityNamed(parser.value(QLatin1String("fail-on")));
     return readIgnored(parser.values(QLatin1String("ignore")), invocation, error)
         && readRoot(parser.value(QLatin1String("root")), invocation, error);

@@ -24,6 +24,8 @@ struct Invocation {
     bool reveal = false;
     bool write = false;
     bool sort = false;
+    bool fix = false;
+    bool diff = false; ///< counts more than fix
     bool wantsHelp = false;
     bool wantsVersion = false;
 };

@@ -8,15 +8,10 @@
 #include "tools/nuv-apps-config/commands/configurationfile.h"
 #include "tools/nuv-apps-config/commands/readfile.h"
 #include "tools/nuv-apps-config/report/layout.h"
+#include "tools/nuv-apps-config/commands/replacefile.h"
 #include "tools/nuv-apps-config/report/valuetext.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 #include <QSet>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -117,41 +112,6 @@ bool hasTwins(const Document &document)
     return false;
 }
 
-// The new file belongs to whom the old one did, as far as the caller may give files away.
-void keepOwner(const QString &target, int newFile)
-{
-    struct stat old;
-    if (::stat(QFile::encodeName(target).constData(), &old) != 0)
-        return;
-    if (::fchown(newFile, old.st_uid, old.st_gid) != 0
-        && ::fchown(newFile, uid_t(-1), old.st_gid) != 0)
-        return; // only root may: the content counts more
-}
-
-// A disk that has room for a part gives no reason before the next attempt.
-bool isFlushed(QSaveFile &file)
-{
-    return file.flush() || file.flush();
-}
-
-// A symbolic link stays one, and the file keeps its mode, its owner and its group. What cannot be
-// written is noticed in flush(): commit() forgets the reason.
-bool replaceFile(const QString &name, const QByteArray &bytes, QString *error)
-{
-    const QString target = QFileInfo(name).canonicalFilePath();
-    const QFile::Permissions mode = QFile::permissions(target);
-    QSaveFile file(target);
-    bool isWritten = file.open(QIODevice::WriteOnly);
-    if (isWritten) {
-        keepOwner(target, file.handle());
-        isWritten = file.write(bytes) == bytes.size() && isFlushed(file)
-            && file.setPermissions(mode) && file.commit();
-    }
-    if (!isWritten)
-        *error = file.errorString();
-    return isWritten;
-}
-
 } // namespace
 
 int Program::format(const Invocation &invocation, Output &output)
@@ -186,7 +146,7 @@ int Program::format(const Invocation &invocation, Output &output)
         output.writeBytes(result);
         return Success;
     }
-    if (result != bytes && !replaceFile(name, result, &error)) {
+    if (result != bytes && !replaceFile(name, bytes, result, &error)) {
         Output::complain(name + QLatin1String(": ") + error);
         return Trouble;
     }

@@ -14,10 +14,10 @@ bool isClosed(int descriptor)
     return fcntl(descriptor, F_GETFD) < 0;
 }
 
-bool writeAll(const char *bytes, int size)
+bool writeAll(int descriptor, const char *bytes, int size)
 {
     while (size > 0) {
-        const ssize_t written = ::write(STDOUT_FILENO, bytes, size_t(size));
+        const ssize_t written = ::write(descriptor, bytes, size_t(size));
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0)
@@ -43,11 +43,11 @@ void endAsOthersDo()
 } // namespace
 
 // The numbers 0 to 2 must not go to a file that is opened later.
-Output::Output() : m_isClosed(isClosed(STDOUT_FILENO))
+Output::Output(int descriptor) : m_descriptor(descriptor), m_isClosed(isClosed(descriptor))
 {
     std::signal(SIGPIPE, SIG_IGN);
-    for (int descriptor = 0; descriptor <= 2; ++descriptor) {
-        while (isClosed(descriptor) && ::open("/dev/null", O_RDWR) >= 0) {}
+    for (int number = 0; number <= 2; ++number) {
+        while (isClosed(number) && ::open("/dev/null", O_RDWR) >= 0) {}
     }
 }
 
@@ -58,7 +58,7 @@ bool Output::flush()
     if (bytes.isEmpty() || m_hasFailed)
         return !m_hasFailed;
     errno = EBADF;
-    if (m_isClosed || !writeAll(bytes.constData(), bytes.size())) {
+    if (m_isClosed || !writeAll(m_descriptor, bytes.constData(), bytes.size())) {
         m_hasFailed = true;
         if (errno == EPIPE)
             endAsOthersDo();

@@ -4,13 +4,13 @@
 #include <QByteArray>
 #include <QString>
 
-/// The standard output, written at once when a file is done. A failure to write is remembered.
+/// The standard output, or the standard error, written at once when a file is done. A failure to write is remembered.
 class Output
 {
 public:
     /// Must be made before any file is opened: it sees to it that a closed standard output is not
     /// taken by another file.
-    Output();
+    explicit Output(int descriptor = 1);
 
     void write(const QString &text) { m_pending += text.toUtf8(); }
     void writeBytes(const QByteArray &bytes) { m_pending += bytes; }
@@ -25,6 +25,7 @@ public:
 
 private:
     QByteArray m_pending;
+    int m_descriptor;
     bool m_isClosed;
     bool m_hasFailed = false;
 };

@@ -1,16 +1,5 @@
 #include "tools/nuv-apps-config/report/reports.h"
 
-namespace {
-
-QString counted(int count, const char *what)
-{
-    return QString(QLatin1String("%1 %2%3"))
-        .arg(QString::number(count), QLatin1String(what),
-             count == 1 ? QString() : QString(QLatin1Char('s')));
-}
-
-} // namespace
-
 std::unique_ptr<Report> Report::make(const Invocation &invocation, Output &output)
 {
     switch (invocation.format) {
@@ -24,6 +13,13 @@ std::unique_ptr<Report> Report::make(const Invocation &invocation, Output &outpu
         break;
     }
     return makeTextReport(invocation.useColour, qMax(1, invocation.arguments.size()), output);
+}
+
+QString Report::counted(int count, const char *what)
+{
+    return QString(QLatin1String("%1 %2%3"))
+        .arg(QString::number(count), QLatin1String(what),
+             count == 1 ? QString() : QString(QLatin1Char('s')));
 }
 
 QString Report::summary(int files, int errors, int warnings, int notes)

@@ -8,6 +8,8 @@
 
 #include <memory>
 
+class RepairedFile;
+
 /// Puts the findings of files into one of the forms of --format.
 class Report
 {
@@ -18,11 +20,17 @@ public:
     virtual void addChoice(const QString &name, const QString &why) = 0;
     virtual void add(const Analysis &analysis, const Effect &effect) = 0;
 
+    /// What was repaired in a file, in the forms that tell it. Comes before what is left in it.
+    virtual void addRepaired(const RepairedFile &) {}
+
     /// A finding about a file that could not be read. `rule` is one of the group of files.
     virtual void addUnread(const char *rule, const QString &name, const QString &text) = 0;
     virtual void finish() = 0;
 
     static std::unique_ptr<Report> make(const Invocation &invocation, Output &output);
+
+    /// "2 errors".
+    static QString counted(int count, const char *what);
 
     /// "2 errors and 1 warning in 3 files".
     static QString summary(int files, int errors, int warnings, int notes);

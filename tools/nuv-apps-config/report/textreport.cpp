@@ -1,6 +1,7 @@
 #include "tools/nuv-apps-config/report/reports.h"
 
 #include "tools/nuv-apps-config/report/columns.h"
+#include "tools/nuv-apps-config/repairs/repairedfile.h"
 #include "tools/nuv-apps-config/report/excerpt.h"
 #include "tools/nuv-apps-config/findings/rules.h"
 
@@ -37,6 +38,7 @@ public:
 
     void addChoice(const QString &name, const QString &why) override;
     void add(const Analysis &analysis, const Effect &effect) override;
+    void addRepaired(const RepairedFile &file) override;
     void addUnread(const char *rule, const QString &name, const QString &text) override;
     void finish() override;
 
@@ -55,6 +57,7 @@ private:
     int m_fileCount;
     QString m_effect; ///< of a file that is the only one
     int m_counts[3] = { 0, 0, 0 };
+    int m_repaired = 0;
 };
 
 QString TextReport::coloured(const char *colour, const QString &text) const
@@ -133,6 +136,21 @@ void TextReport::add(const Analysis &analysis, const Effect &effect)
     m_output.flush();
 }
 
+void TextReport::addRepaired(const RepairedFile &file)
+{
+    for (const RepairedFile::Mistake &mistake : file.mistakes()) {
+        const Place place = file.before().source.place(mistake.offset);
+        const QString where = QString(QLatin1String("%1:%2:%3: "))
+                                  .arg(Output::printable(file.before().source.name()),
+                                       QString::number(place.line), QString::number(place.column));
+        m_output.write(
+            coloured(Bold, where) + QLatin1String("repaired: ") + Output::printable(mistake.text)
+            + coloured(Faint, QString(QLatin1String(" [%1]")).arg(QLatin1String(mistake.rule)))
+            + QLatin1Char('\n'));
+    }
+    m_repaired += int(file.mistakes().size());
+}
+
 void TextReport::addUnread(const char *rule, const QString &name, const QString &text)
 {
     const Severity severity = Rules::find(rule).severity;
@@ -147,6 +165,8 @@ void TextReport::addUnread(const char *rule, const QString &name, const QString 
 
 void TextReport::finish()
 {
+    if (m_repaired > 0)
+        m_output.write(counted(m_repaired, "mistake") + QLatin1String(" repaired\n"));
     m_output.write(summary(m_files, m_counts[int(Severity::Error)],
                            m_counts[int(Severity::Warning)], m_counts[int(Severity::Note)])
                    + QLatin1Char('\n'));

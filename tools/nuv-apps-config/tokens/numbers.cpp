@@ -47,6 +47,7 @@ QByteArray tidied(QByteArray number)
     number.remove(0, zeros);
     if (number.startsWith('.'))
         number.prepend('0');
+    number.replace(".e", "e").replace(".E", "E");
     if (number.endsWith('.'))
         number.chop(1);
     return (isNegative ? "-" : "") + number;

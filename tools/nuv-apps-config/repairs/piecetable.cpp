@@ -1,4 +1,4 @@
-#include "tools/nuv-apps-config/piecetable.h"
+#include "tools/nuv-apps-config/repairs/piecetable.h"
 
 #include <climits>
 

@@ -1,7 +1,8 @@
-#include "tools/nuv-apps-config/repairedfile.h"
+#include "tools/nuv-apps-config/repairs/repairedfile.h"
 
-#include "tools/nuv-apps-config/rules.h"
-#include "tools/nuv-apps-config/surerepairs.h"
+#include "tools/nuv-apps-config/findings/rules.h"
+#include "tools/nuv-apps-config/repairs/surerepairs.h"
+#include "tools/nuv-apps-config/tree/places.h"
 
 #include <algorithm>
 #include <cstring>
@@ -27,28 +28,23 @@ std::vector<Edit> editsOf(const std::vector<SureRepair> &repairs, size_t begin, 
     return edits;
 }
 
-// A backslash in a path hid what the path names.
-int uncoveredBy(const std::vector<SureRepair> &repairs, size_t begin, size_t end)
+int errorsOutside(const Findings &findings, Places &places)
 {
-    int count = 0;
-    for (size_t i = begin; i < end; ++i) {
-        for (const Finding *finding : repairs[i].findings)
-            count += std::strcmp(finding->rule, "control-character") == 0
-                || std::strcmp(finding->rule, "unescaped-backslash") == 0
-                || std::strcmp(finding->rule, "bad-unicode-escape") == 0;
-    }
-    return count;
+    places.settle();
+    return int(
+        std::count_if(findings.all().begin(), findings.all().end(), [&](const Finding &finding) {
+            return finding.severity == Severity::Error
+                && !places.touch(finding.offset, finding.offset);
+        }));
 }
 
-// Where a place is after the edits; -1 where they took it away.
+// Where a place is after the edits.
 int moved(int offset, const std::vector<Edit> &edits)
 {
     int shift = 0;
     for (const Edit &edit : edits) {
-        if (edit.offset > offset)
+        if (edit.offset > offset || edit.offset + edit.removed > offset)
             break;
-        if (offset < edit.offset + edit.removed)
-            return -1;
         shift += edit.inserted.size() - edit.removed;
     }
     return offset + shift;
@@ -65,6 +61,8 @@ struct RepairedFile::Attempt {
     size_t end;
 
     bool isGood() const;
+    int errorsBefore() const;
+    int errorsAfter() const;
     bool keepsTheOthers() const;
     bool isRepaired(const Finding &finding) const;
 };
@@ -98,6 +96,25 @@ bool RepairedFile::Attempt::keepsTheOthers() const
     return true;
 }
 
+// Without those in values that nobody judged before.
+int RepairedFile::Attempt::errorsBefore() const
+{
+    Places uncovered;
+    for (size_t i = begin; i < end; ++i)
+        uncovered.add(repairs[i].uncoveredBegin, repairs[i].uncoveredEnd);
+    return errorsOutside(before.findings, uncovered);
+}
+
+int RepairedFile::Attempt::errorsAfter() const
+{
+    const std::vector<Edit> edits = editsOf(repairs, begin, end);
+    Places uncovered;
+    for (size_t i = begin; i < end; ++i)
+        uncovered.add(moved(repairs[i].uncoveredBegin, edits),
+                      moved(repairs[i].uncoveredEnd, edits));
+    return errorsOutside(after.findings, uncovered);
+}
+
 // What the library read it still reads, and nothing more is wrong with it than before.
 bool RepairedFile::Attempt::isGood() const
 {
@@ -105,18 +122,17 @@ bool RepairedFile::Attempt::isGood() const
     const bool isRead = !after.findings.hasSyntaxError();
     if (wasRead != isRead)
         return isRead;
-    const int most =
-        before.findings.count(Severity::Error) + (isRead ? uncoveredBy(repairs, begin, end) : 0);
-    return after.findings.count(Severity::Error) <= most && (isRead || keepsTheOthers());
+    return errorsAfter() <= errorsBefore() && (isRead || keepsTheOthers());
 }
 
 RepairedFile::RepairedFile(std::unique_ptr<Analysis> before, const QString &folder)
     : m_folder(folder), m_before(std::move(before)), m_pieces(m_before->source.bytes())
 {
-    for (int round = 0; round < MostRounds; ++round) {
-        if (!repairOnce())
-            return;
-    }
+    int rounds = 0;
+    while (rounds < MostRounds && repairOnce())
+        ++rounds;
+    std::stable_sort(m_mistakes.begin(), m_mistakes.end(),
+                     [](const Mistake &a, const Mistake &b) { return a.offset < b.offset; });
 }
 
 bool RepairedFile::repairOnce()
@@ -134,8 +150,7 @@ bool RepairedFile::repair(const std::vector<SureRepair> &repairs, size_t begin, 
     std::unique_ptr<Analysis> after = analyse(now().source.name(), pieces.text(), m_folder);
     if (!Attempt { now(), *after, repairs, begin, end }.isGood()) {
         const size_t middle = begin + (end - begin) / 2;
-        return end - begin > 1
-            && (repair(repairs, begin, middle) || repair(repairs, middle, end));
+        return end - begin > 1 && (repair(repairs, begin, middle) || repair(repairs, middle, end));
     }
     for (size_t i = begin; i < end; ++i) {
         for (const Finding *finding : repairs[i].findings)

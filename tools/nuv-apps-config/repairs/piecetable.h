@@ -1,7 +1,7 @@
 #ifndef PIECETABLE_H
 #define PIECETABLE_H
 
-#include "tools/nuv-apps-config/finding.h"
+#include "tools/nuv-apps-config/findings/finding.h"
 
 #include <QByteArray>
 

@@ -1,11 +1,11 @@
-#include "tools/nuv-apps-config/surerepairs.h"
+#include "tools/nuv-apps-config/repairs/surerepairs.h"
 
-#include "tools/nuv-apps-config/commentkeys.h"
-#include "tools/nuv-apps-config/literals.h"
-#include "tools/nuv-apps-config/rules.h"
-#include "tools/nuv-apps-config/spelling.h"
-#include "tools/nuv-apps-config/utf8.h"
-#include "tools/nuv-apps-config/valueplaces.h"
+#include "tools/nuv-apps-config/repairs/commentkeys.h"
+#include "tools/nuv-apps-config/tokens/literals.h"
+#include "tools/nuv-apps-config/findings/rules.h"
+#include "tools/nuv-apps-config/text/utf8.h"
+#include "tools/nuv-apps-config/repairs/valueplaces.h"
+#include "tools/nuv-apps-config/tree/edits.h"
 
 #include <QFileInfo>
 #include <QDir>
@@ -17,16 +17,11 @@
 
 namespace {
 
-typedef std::vector<Edit> Edits_;
+typedef std::vector<Edit> Changes;
 
 bool matches(const QByteArray &bytes, const char *pattern)
 {
     return QRegularExpression(QLatin1String(pattern)).match(QString::fromLatin1(bytes)).hasMatch();
-}
-
-QString text(const char *latin1)
-{
-    return QLatin1String(latin1);
 }
 
 bool isOneOf(const QByteArray &word, const char *words)
@@ -54,32 +49,32 @@ class Judge
 {
 public:
     Judge(const Analysis &analysis, const QString &folder)
-        : m_source(analysis.source),
-          m_bytes(analysis.source.bytes()),
-          m_document(analysis.document),
+        : m_bytes(analysis.source.bytes()),
           m_folder(folder),
           m_places(analysis.document),
           m_isUtf8(Utf8::isValid(m_bytes.constData(), m_bytes.size()))
     {
     }
 
-    Edits_ asProposed(const Finding &finding) const;
-    Edits_ comma(const Finding &finding) const;
-    Edits_ colon(const Finding &finding) const;
-    Edits_ quotes(const Finding &finding) const;
-    Edits_ quoteTwice(const Finding &finding) const;
-    Edits_ missingQuote(const Finding &finding) const;
-    Edits_ strayB(const Finding &finding) const;
-    Edits_ key(const Finding &finding) const;
-    Edits_ word(const Finding &finding) const;
-    Edits_ keyword(const Finding &finding) const;
-    Edits_ number(const Finding &finding) const;
-    Edits_ letters(const Finding &finding) const;
-    Edits_ backslashes(const Finding &finding) const;
-    Edits_ name(const Finding &finding) const;
-    Edits_ kind(const Finding &finding) const;
-    Edits_ tag(const Finding &finding) const;
-    Edits_ percentage(const Finding &finding) const;
+    Changes asProposed(const Finding &finding) const;
+    Changes comma(const Finding &finding) const;
+    Changes colon(const Finding &finding) const;
+    Changes quotes(const Finding &finding) const;
+    Changes quoteTwice(const Finding &finding) const;
+    Changes missingQuote(const Finding &finding) const;
+    Changes strayB(const Finding &finding) const;
+    Changes key(const Finding &finding) const;
+    Changes word(const Finding &finding) const;
+    Changes keyword(const Finding &finding) const;
+    Changes number(const Finding &finding) const;
+    Changes letters(const Finding &finding) const;
+    Changes backslashes(const Finding &finding) const;
+    Changes name(const Finding &finding) const;
+    Changes kind(const Finding &finding) const;
+    Changes tag(const Finding &finding) const;
+    Changes percentage(const Finding &finding) const;
+
+    SureRepair repairWith(const Finding &finding, const Changes &edits, bool hidesValue) const;
 
 private:
     QByteArray given(const Finding &finding) const
@@ -92,98 +87,107 @@ private:
         return read ? read->property : nullptr;
     }
     bool isFollowedBy(int end, const char *signs) const;
-    bool isOnlyOne(const ReadMember &read, const QString &meant) const;
 
-    const SourceText &m_source;
     const QByteArray &m_bytes;
-    const Document &m_document;
     QString m_folder;
     ValuePlaces m_places;
     bool m_isUtf8;
 };
 
-Edits_ Judge::asProposed(const Finding &finding) const
+Changes Judge::asProposed(const Finding &finding) const
 {
     const Edit &edit = finding.edit;
     const bool isChange = m_bytes.mid(edit.offset, edit.removed) != edit.inserted;
-    return isChange ? Edits_ { edit } : Edits_();
+    return isChange ? Changes { edit } : Changes();
 }
 
 // Whether the entry or the key really ends there, and what was taken for its end is not a part of it.
 bool Judge::isFollowedBy(int end, const char *signs) const
 {
+    const int first = end;
     while (end < m_bytes.size() && (m_bytes.at(end) == ' ' || m_bytes.at(end) == '\t'))
         ++end;
-    return end == m_bytes.size() || (m_bytes.at(end) != '\0' && std::strchr(signs, m_bytes.at(end)));
+    if (end == m_bytes.size())
+        return true;
+    const char next = m_bytes.at(end);
+    const bool isComment = end > first && (next == '/' || next == '#');
+    return isComment || (next != '\0' && std::strchr(signs, next));
 }
 
 // It belongs right after the entry. One sign in place of another is sure for the semicolon only. A string
 // with a comma at its edge may hold the one that is missing.
-Edits_ Judge::comma(const Finding &finding) const
+Changes Judge::comma(const Finding &finding) const
 {
     if (given(finding) == ";")
         return { Edit { finding.offset, 1, "," } };
     const bool isMissing = finding.edit.removed == 0 && finding.edit.inserted == ",";
     const QByteArray before = m_bytes.mid(qMax(0, finding.offset - 2), 2);
     const QByteArray after = m_bytes.mid(finding.edit.offset, 2);
-    if (!isMissing || before == ",\"" || after == "\"," || !matches(before.right(1), "[\\w\"}\\]]"))
-        return Edits_();
+    const bool isBetween = matches(before.right(1), "[\\w\"}\\]]") && matches(after, "^[\"{\\[]");
+    if (!isMissing || !isBetween || before == ",\"" || after == "\",")
+        return Changes();
     return { Edit { finding.offset, 0, "," } };
 }
 
 // One in place of another sign is sure for the equals sign only.
-Edits_ Judge::colon(const Finding &finding) const
+Changes Judge::colon(const Finding &finding) const
 {
     if (given(finding) == "=")
         return { Edit { finding.offset, 1, ":" } };
     const bool isMissing = finding.edit.removed == 0 && finding.edit.inserted == ":";
-    return isMissing && finding.offset > 0 && m_bytes.at(finding.offset - 1) == '"'
-        ? Edits_ { Edit { finding.offset, 0, ":" } }
-        : Edits_();
+    const bool isAfterKey = finding.offset > 0 && m_bytes.at(finding.offset - 1) == '"';
+    const bool isBeforeValue = matches(m_bytes.mid(finding.edit.offset, 6),
+                                       "^(\"[^:]|[0-9{\\[-]|true\\b|false\\b|null\\b)");
+    return isMissing && isAfterKey && isBeforeValue ? Changes { Edit { finding.offset, 0, ":" } }
+                                                    : Changes();
 }
 
 // Next to another quote it was typed twice.
-Edits_ Judge::quoteTwice(const Finding &finding) const
+Changes Judge::quoteTwice(const Finding &finding) const
 {
     const int at = finding.edit.offset;
     const bool isTwice = m_bytes.mid(at, 2) == "\"\"" || m_bytes.mid(qMax(0, at - 1), 2) == "\"\"";
-    return isTwice && finding.edit.removed == 1 ? asProposed(finding) : Edits_();
+    return isTwice && finding.edit.removed == 1 ? asProposed(finding) : Changes();
 }
 
 // Where it is between blanks or signs. Next to a quote it may be the first letter of the string.
-Edits_ Judge::strayB(const Finding &finding) const
+Changes Judge::strayB(const Finding &finding) const
 {
     const int end = finding.edit.offset + finding.edit.removed;
     const QByteArray signs = " \t\r\n{}[],:";
     const bool isAlone = (finding.offset == 0 || signs.contains(m_bytes.at(finding.offset - 1)))
         && (end == m_bytes.size() || signs.contains(m_bytes.at(end)));
-    return isAlone ? asProposed(finding) : Edits_();
+    return isAlone ? asProposed(finding) : Changes();
 }
 
 // What is between the quotes then must be a key of the library, or a plain string where one belongs.
-Edits_ Judge::missingQuote(const Finding &finding) const
+Changes Judge::missingQuote(const Finding &finding) const
 {
     const Edit &edit = finding.edit;
+    const int colon = m_bytes.indexOf(':', finding.offset);
+    if (m_bytes.mid(finding.offset, 1) == "\""
+        && isKeyOfLibrary(m_bytes.mid(finding.offset + 1, colon - finding.offset - 1)))
+        return { Edit { colon, 0, "\"" } };
     if (edit.inserted != "\"" || edit.removed != 0)
-        return Edits_();
+        return Changes();
     const bool isOpening = std::strcmp(finding.rule, "missing-opening-quote") == 0;
     const int begin = isOpening ? edit.offset : m_bytes.lastIndexOf('"', edit.offset - 1) + 1;
     const int end = isOpening ? m_bytes.indexOf('"', edit.offset) : edit.offset;
     const QByteArray inside = m_bytes.mid(begin, end - begin);
     const int after = isOpening ? end + 1 : end;
     if (begin < 1 || end < begin || !isFollowedBy(after, ",:}]\r\n"))
-        return Edits_();
+        return Changes();
     const ReadMember *const read = m_places.at(finding.offset);
     const bool isKey = isFollowedBy(after, ":");
     if (isKey)
-        return isKeyOfLibrary(inside) ? asProposed(finding) : Edits_();
+        return isKeyOfLibrary(inside) ? asProposed(finding) : Changes();
     const bool isString = read && read->property && Properties::isText(*read->property);
-    return isString && matches(inside, "^[A-Za-z][\\w.:/?&=%+@~-]*$") ? asProposed(finding)
-                                                                       : Edits_();
+    return isString && matches(inside, "^[A-Za-z][\\w.:/?&=%+@~-]*[\\w/]$") ? asProposed(finding)
+                                                                            : Changes();
 }
 
 // They must be closed by their like: an apostrophe ends a string early, too.
-Edits_ Judge::quotes(const Finding &finding) const
+Changes Judge::quotes(const Finding &finding) const
 {
     const QByteArray quoted = given(finding);
     const QByteArray inside = finding.edit.inserted.mid(1, finding.edit.inserted.size() - 2);
@@ -191,44 +195,46 @@ Edits_ Judge::quotes(const Finding &finding) const
     const bool isClosed = quoted.size() > opening + inside.size();
     const bool isSingle = quoted.startsWith('\'') || quoted.startsWith('`');
     if (!isClosed || inside.endsWith('\\') || (isSingle && !quoted.endsWith(quoted.at(0))))
-        return Edits_();
-    return isFollowedBy(finding.offset + finding.length, ",:}]\r\n/#") ? asProposed(finding)
-                                                                       : Edits_();
+        return Changes();
+    return isFollowedBy(finding.offset + finding.length, ",:}]\r\n") ? asProposed(finding)
+                                                                     : Changes();
 }
 
-Edits_ Judge::key(const Finding &finding) const
+Changes Judge::key(const Finding &finding) const
 {
-    return isFollowedBy(finding.offset + finding.length, ":") ? asProposed(finding) : Edits_();
+    return isFollowedBy(finding.offset + finding.length, ":") ? asProposed(finding) : Changes();
 }
 
 // A string without quotes where a string belongs, and all of it one word.
-Edits_ Judge::word(const Finding &finding) const
+Changes Judge::word(const Finding &finding) const
 {
     const Property *const property = propertyAt(finding);
     const bool isWhole = isFollowedBy(finding.offset + finding.length, ",}]\r\n");
     return property && Properties::isText(*property) && isWhole
             && matches(given(finding), "^[A-Za-z][\\w.:/?&=%+@~-]*$")
         ? asProposed(finding)
-        : Edits_();
+        : Changes();
 }
 
 // "Yes" is true for a switch; for anything else it may be a string without quotes.
-Edits_ Judge::keyword(const Finding &finding) const
+Changes Judge::keyword(const Finding &finding) const
 {
     const QByteArray word = given(finding).toLower();
     const Property *const property = propertyAt(finding);
     const bool isSwitch = property && property->kind == Kind::Switch;
     const bool isText = property && Properties::isText(*property);
     const bool isNull = finding.edit.inserted == "null" && !isOneOf(word, "nan infinity");
+    if (!isFollowedBy(finding.offset + finding.length, ",}]\r\n"))
+        return Changes();
     if (isOneOf(word, "true false null") || isSwitch)
         return asProposed(finding);
     return isNull && (isOneOf(word, "none nil undefined") || !isText) ? asProposed(finding)
-                                                                       : Edits_();
+                                                                      : Changes();
 }
 
 // A megabyte is 1000 or 1024 kilobytes, a comma before three digits a point or nothing, and what is a
 // number in a string is a string.
-Edits_ Judge::number(const Finding &finding) const
+Changes Judge::number(const Finding &finding) const
 {
     const Property *const property = propertyAt(finding);
     const QByteArray written = given(finding);
@@ -237,7 +243,7 @@ Edits_ Judge::number(const Finding &finding) const
     const bool isFraction = property && property->kind == Kind::Number;
     if (finding.edit.isNothing() || isQuoted || !property || !isNumberKind(*property)
         || (isPercentage && !isFraction))
-        return Edits_();
+        return Changes();
     const bool isHexadecimal = matches(written, "^0[xX]");
     const bool isAmbiguous = matches(written, "[kKmMgG][bB]?$")
         || matches(written, ",[0-9]{3}(?![0-9])")
@@ -245,18 +251,18 @@ Edits_ Judge::number(const Finding &finding) const
     const QByteArray &number = finding.edit.inserted;
     const bool isNumber =
         Literals::isPlainNumber(number.constData(), number.constData() + number.size());
-    return isNumber && (isHexadecimal || !isAmbiguous) ? asProposed(finding) : Edits_();
+    return isNumber && (isHexadecimal || !isAmbiguous) ? asProposed(finding) : Changes();
 }
 
 // Of a file that is not UTF-8 as a whole nobody knows which letters its bytes are.
-Edits_ Judge::letters(const Finding &finding) const
+Changes Judge::letters(const Finding &finding) const
 {
-    return m_isUtf8 ? asProposed(finding) : Edits_();
+    return m_isUtf8 ? asProposed(finding) : Changes();
 }
 
 // In a path that begins with a drive, or is nothing but names with backslashes between them, each single
 // one is meant as a backslash. With slashes for them the path may be that of a file which is there.
-Edits_ Judge::backslashes(const Finding &finding) const
+Changes Judge::backslashes(const Finding &finding) const
 {
     const ReadMember *const read = m_places.at(finding.offset);
     const Property *const property = read ? read->property : nullptr;
@@ -264,7 +270,7 @@ Edits_ Judge::backslashes(const Finding &finding) const
         && (property->kind == Kind::FilePath || property->kind == Kind::ScriptFile
             || property->kind == Kind::Address);
     if (!isPath || read->value->type != Node::Text || finding.offset < read->value->begin)
-        return Edits_();
+        return Changes();
     const int begin = read->value->begin + 1;
     const QByteArray path = m_bytes.mid(begin, read->value->length() - 2);
     const bool hasNames = matches(path, "^[\\w.-]+(\\\\[\\w.-]+)+$");
@@ -272,92 +278,61 @@ Edits_ Judge::backslashes(const Finding &finding) const
     slashes.replace('\\', '/');
     if (hasNames && QFileInfo(QDir(m_folder), QString::fromLatin1(slashes)).isFile())
         return { Edit { begin, path.size(), slashes } };
-    const bool isSure = hasNames ? path.count('\\') > 1
-                                 : matches(path, "^[A-Za-z]:(\\\\[\\w .-]+)+$");
-    Edits_ edits;
+    const bool isSure = !matches(path, "\\\\u[0-9a-fA-F]{4}")
+        && (hasNames ? path.count('\\') > 1 : matches(path, "^[A-Za-z]:(\\\\[\\w .-]+)+$"));
+    Changes edits;
     for (int at = path.indexOf('\\'); isSure && at >= 0; at = path.indexOf('\\', at + 1))
         edits.push_back(Edit { begin + at, 0, "\\" });
     return edits;
 }
 
-QString withoutSeparators(const QString &key)
-{
-    QString result = key.toLower();
-    for (const char separator : { '_', '-', ' ' })
-        result.remove(QLatin1Char(separator));
-    return result;
-}
-
 // Two wrong spellings of one key in an object leave open which of them counts.
-bool Judge::isOnlyOne(const ReadMember &read, const QString &meant) const
-{
-    QStringList keys;
-    for (const Property *property : Properties::of(read.section))
-        keys.append(QLatin1String(property->key));
-    const auto isMeant = [&](const Node::Child &child) {
-        return child.key == meant
-            || (!keys.contains(child.key) && Spelling::nearest(child.key, keys) == meant);
-    };
-    return std::count_if(read.object->children.begin(), read.object->children.end(), isMeant) == 1;
-}
-
-// Letters in front of a key or after it, or a number in it, may have been put there to switch it off.
-Edits_ Judge::name(const Finding &finding) const
+Changes Judge::name(const Finding &finding) const
 {
     const ReadMember *const read = m_places.at(finding.offset);
-    if (!read || read->property || finding.edit.offset != read->member->keyBegin
-        || finding.edit.removed != read->member->keyEnd - read->member->keyBegin)
-        return Edits_();
-    const QString meant = QString::fromLatin1(
-        finding.edit.inserted.mid(1, finding.edit.inserted.size() - 2));
-    const QString key = read->member->key;
-    const bool isWord = !key.isEmpty() && key.at(0).isLetter() && key.at(key.size() - 1).isLetter();
-    if (!isWord || !isOnlyOne(*read, meant))
-        return Edits_();
-    const QString lower = withoutSeparators(key);
-    const QString wanted = meant.toLower();
-    if (lower == wanted)
-        return asProposed(finding);
-    const int shortest = 5;
-    const int farthest = meant.size() < 8 ? 1 : 2;
-    const bool isLonger = lower.startsWith(wanted) || lower.endsWith(wanted);
-    const bool hasOthers = lower.contains(QRegularExpression(text("[^a-z]")));
-    if (meant.size() < shortest || isLonger || hasOthers)
-        return Edits_();
-    for (const Property *property : Properties::of(read->section)) {
-        const QString other = QString(QLatin1String(property->key)).toLower();
-        if (other != wanted && Spelling::distance(lower, other, farthest + 1) <= farthest + 1)
-            return Edits_();
-    }
-    return Spelling::distance(lower, wanted, farthest) <= farthest ? asProposed(finding) : Edits_();
+    const bool isKey = read && finding.offset == read->member->keyBegin;
+    if (!isKey || !read->property || read->meant == read->member->key
+        || m_places.count(*read->object, read->meant) > 1)
+        return Changes();
+    return { Edits::renameKey(*read->member, read->meant) };
 }
 
 // Switches, numbers and strings that were given as one another. Which version was meant, and which file
 // of a certificate, nobody knows.
-Edits_ Judge::kind(const Finding &finding) const
+Changes Judge::kind(const Finding &finding) const
 {
     const Property *const property = propertyAt(finding);
     const bool isKnown = property
         && (property->kind == Kind::Switch || isNumberKind(*property)
             || Properties::isText(*property));
-    return isKnown && property->kind != Kind::Version ? asProposed(finding) : Edits_();
+    return isKnown && property->kind != Kind::Version ? asProposed(finding) : Changes();
 }
 
 // Only where the string has what is written, and what the library makes of it.
-Edits_ Judge::tag(const Finding &finding) const
+Changes Judge::tag(const Finding &finding) const
 {
-    return finding.edit.inserted == '"' + given(finding) + '"' ? asProposed(finding) : Edits_();
+    return finding.edit.inserted == '"' + given(finding) + '"' ? asProposed(finding) : Changes();
 }
 
 // 0 in front may stand for a point that is missing: nobody writes a percentage like that.
-Edits_ Judge::percentage(const Finding &finding) const
+Changes Judge::percentage(const Finding &finding) const
 {
-    return given(finding).startsWith('0') ? Edits_() : asProposed(finding);
+    return given(finding).startsWith('0') ? Changes() : asProposed(finding);
 }
 
+SureRepair Judge::repairWith(const Finding &finding, const Changes &edits, bool hidesValue) const
+{
+    const ReadMember *const read = m_places.at(finding.offset);
+    if (!read || !hidesValue)
+        return SureRepair { { &finding }, edits };
+    return SureRepair { { &finding }, edits, read->value->begin, read->value->end };
+}
+
+/// What can be sure, and whether it hides what is wrong with the value of its member.
 struct Sure {
     const char *rule;
-    Edits_ (Judge::*edits)(const Finding &finding) const;
+    Changes (Judge::*edits)(const Finding &finding) const;
+    bool hidesValue = false;
 };
 
 const Sure table[] = {
@@ -381,18 +356,18 @@ const Sure table[] = {
     { "leading-comma", &Judge::asProposed },
     { "leading-zero", &Judge::number },
     { "odd-number", &Judge::number },
-    { "unescaped-backslash", &Judge::backslashes },
-    { "bad-unicode-escape", &Judge::backslashes },
+    { "unescaped-backslash", &Judge::backslashes, true },
+    { "bad-unicode-escape", &Judge::backslashes, true },
     { "non-ascii-text", &Judge::letters },
 
-    { "no-version", &Judge::name },
-    { "no-applications", &Judge::name },
-    { "no-domain", &Judge::name },
-    { "unknown-key", &Judge::name },
+    { "no-version", &Judge::name, true },
+    { "no-applications", &Judge::name, true },
+    { "no-domain", &Judge::name, true },
+    { "unknown-key", &Judge::name, true },
     { "wrong-kind", &Judge::kind },
     { "tag-not-text", &Judge::tag },
     { "out-of-range", &Judge::percentage },
-    { "control-character", &Judge::backslashes },
+    { "control-character", &Judge::backslashes, true },
 };
 
 bool isMistakeOfSyntax(const Finding &finding)
@@ -448,9 +423,9 @@ std::vector<SureRepair> ofTable(const Analysis &analysis, const QString &folder,
         for (const Sure &sure : table) {
             if (std::strcmp(sure.rule, finding.rule) != 0)
                 continue;
-            const Edits_ edits = (judge.*sure.edits)(finding);
+            const Changes edits = (judge.*sure.edits)(finding);
             if (!edits.empty())
-                repairs.push_back(SureRepair { { &finding }, edits });
+                repairs.push_back(judge.repairWith(finding, edits, sure.hidesValue));
         }
     }
     return repairs;

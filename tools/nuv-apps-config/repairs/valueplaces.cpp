@@ -1,4 +1,6 @@
-#include "tools/nuv-apps-config/valueplaces.h"
+#include "tools/nuv-apps-config/repairs/valueplaces.h"
+
+#include "tools/nuv-apps-config/repairs/meantkey.h"
 
 ValuePlaces::ValuePlaces(const Document &document) : m_document(document)
 {
@@ -22,9 +24,11 @@ void ValuePlaces::addObject(const Node &object, Section section)
     if (object.type != Node::Object)
         return;
     for (const Node::Child &member : object.children) {
-        const Property *const property = Properties::find(section, member.key);
+        const QString meant = meantKey(section, member.key);
+        const Property *const property = Properties::find(section, meant);
         const Node &value = m_document.at(member);
-        const ReadMember read = { section, property, &object, &member, &value };
+        const ReadMember read = { property, meant, &object, &member, &value };
+        ++m_counts[{ &object, meant }];
         add(member.keyBegin, read);
         if (!value.isContainer())
             add(value.begin, read);

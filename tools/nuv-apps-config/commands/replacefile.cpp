@@ -1,6 +1,6 @@
-#include "tools/nuv-apps-config/replacefile.h"
+#include "tools/nuv-apps-config/commands/replacefile.h"
 
-#include "tools/nuv-apps-config/configurationfile.h"
+#include "tools/nuv-apps-config/commands/configurationfile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -51,8 +51,8 @@ bool replaceFile(const QString &name, const QByteArray &before, const QByteArray
     bool isWritten = file.open(QIODevice::WriteOnly);
     if (isWritten) {
         keepOwner(target, file.handle());
-        isWritten = file.write(bytes) == bytes.size() && isFlushed(file)
-            && file.setPermissions(mode);
+        isWritten =
+            file.write(bytes) == bytes.size() && isFlushed(file) && file.setPermissions(mode);
         if (isWritten && !isUnchanged(target, before, error))
             return false;
         isWritten = isWritten && file.commit();

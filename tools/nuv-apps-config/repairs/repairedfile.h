@@ -1,8 +1,8 @@
 #ifndef REPAIREDFILE_H
 #define REPAIREDFILE_H
 
-#include "tools/nuv-apps-config/analysis.h"
-#include "tools/nuv-apps-config/piecetable.h"
+#include "tools/nuv-apps-config/analysis/analysis.h"
+#include "tools/nuv-apps-config/repairs/piecetable.h"
 
 #include <memory>
 #include <vector>

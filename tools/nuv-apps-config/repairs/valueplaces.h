@@ -1,15 +1,18 @@
 #ifndef VALUEPLACES_H
 #define VALUEPLACES_H
 
-#include "tools/nuv-apps-config/document.h"
-#include "tools/nuv-apps-config/properties.h"
+#include "tools/nuv-apps-config/tree/document.h"
+#include "tools/nuv-apps-config/properties/properties.h"
+
+#include <QHash>
+#include <QPair>
 
 #include <map>
 
-/// A member of an object that the library reads.
+/// A member of an object that the library reads, or would if its key were spelt right.
 struct ReadMember {
-    Section section; ///< of the object
-    const Property *property; ///< null where the section does not know the key
+    const Property *property; ///< that is meant; null where nobody can tell
+    QString meant; ///< its key, by meantKey()
     const Node *object;
     const Node::Child *member;
     const Node *value;
@@ -26,6 +29,12 @@ public:
     /// none. A value that is known by where it begins may be empty.
     const ReadMember *at(int offset) const;
 
+    /// How many members of the object mean that key.
+    int count(const Node &object, const QString &meant) const
+    {
+        return m_counts.value({ &object, meant });
+    }
+
 private:
     void addObject(const Node &object, Section section);
     void addElements(const Node &array, Section section);
@@ -33,6 +42,7 @@ private:
 
     const Document &m_document;
     std::map<int, ReadMember> m_all; ///< by where the key or the value begins
+    QHash<QPair<const Node *, QString>, int> m_counts;
 };
 
 #endif // VALUEPLACES_H

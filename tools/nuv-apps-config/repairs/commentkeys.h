@@ -1,8 +1,8 @@
 #ifndef COMMENTKEYS_H
 #define COMMENTKEYS_H
 
-#include "tools/nuv-apps-config/analysis.h"
-#include "tools/nuv-apps-config/surerepairs.h"
+#include "tools/nuv-apps-config/analysis/analysis.h"
+#include "tools/nuv-apps-config/repairs/surerepairs.h"
 
 #include <vector>
 

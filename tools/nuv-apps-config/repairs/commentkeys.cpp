@@ -1,7 +1,7 @@
-#include "tools/nuv-apps-config/commentkeys.h"
+#include "tools/nuv-apps-config/repairs/commentkeys.h"
 
-#include "tools/nuv-apps-config/edits.h"
-#include "tools/nuv-apps-config/utf8.h"
+#include "tools/nuv-apps-config/tree/edits.h"
+#include "tools/nuv-apps-config/text/utf8.h"
 
 #include <QSet>
 #include <QStringList>
@@ -13,7 +13,7 @@
 namespace {
 
 /// A comment, or several that are alone on lines that follow each other.
-struct Remark_ {
+struct Comment {
     int begin;
     int end;
     std::vector<const Finding *> findings;
@@ -84,29 +84,29 @@ public:
 private:
     void findRemarks();
     bool isWhole(const Finding &finding) const;
-    bool continues(const Remark_ &remark, int begin) const;
+    bool continues(const Comment &remark, int begin) const;
     int endOf(const Finding &finding) const;
-    bool isFirstAndLast(const Remark_ &remark) const;
+    bool isFirstAndLast(const Comment &remark) const;
     Gap gapOf(int offset) const;
     bool hasComma(int begin, int end) const;
 
     size_t repairGap(size_t first, const Gap &gap);
-    void repairInArray(const Remark_ &remark, const Gap &gap);
-    void repairOutside(const Remark_ &remark);
-    void repairWithin(const Remark_ &remark, const Gap &gap);
-    void moveToFront(const Remark_ &remark, const Node &object);
-    void moveToEnd(const Remark_ &remark, const Node &object);
-    void move(const Remark_ &remark, const Edit &insertion);
+    void repairInArray(const Comment &remark, const Gap &gap);
+    void repairOutside(const Comment &remark);
+    void repairWithin(const Comment &remark, const Gap &gap);
+    void moveToFront(const Comment &remark, const Node &object);
+    void moveToEnd(const Comment &remark, const Node &object);
+    void move(const Comment &remark, const Edit &insertion);
 
     QByteArray member(const Node &object, const QString &remark);
-    Edit removal(const Remark_ &remark) const;
-    QByteArray blanksBefore(const Node &object, const Node::Child &child) const;
+    Edit removal(const Comment &remark) const;
+    QByteArray blanksBefore(const Node &object, int offset) const;
 
     const SourceText &m_source;
     const QByteArray &m_bytes;
     const Document &m_document;
     const Findings &m_findings;
-    std::vector<Remark_> m_remarks;
+    std::vector<Comment> m_remarks;
     std::map<int, int> m_comments; ///< where each begins and ends
     std::map<const Node *, QSet<QString>> m_keys; ///< of the objects that get one
     std::vector<SureRepair> m_repairs;
@@ -135,7 +135,7 @@ bool Comments::isWhole(const Finding &finding) const
 }
 
 // Whether what begins at `begin` is on the next line, as the remark is alone on its own.
-bool Comments::continues(const Remark_ &remark, int begin) const
+bool Comments::continues(const Comment &remark, int begin) const
 {
     const char mark = m_bytes.at(begin);
     const QByteArray between = m_bytes.mid(remark.end, begin - remark.end);
@@ -155,19 +155,18 @@ void Comments::findRemarks()
         const int end = endOf(finding);
         const QByteArray bytes = m_bytes.mid(finding.offset, end - finding.offset);
         const bool isUtf8 = Utf8::isValid(bytes.constData(), bytes.size());
-        const QString text =
-            linesOf(isUtf8 ? QString::fromUtf8(bytes) : QString::fromLatin1(bytes))
-                .join(QLatin1Char('\n'));
+        const QString text = linesOf(isUtf8 ? QString::fromUtf8(bytes) : QString::fromLatin1(bytes))
+                                 .join(QLatin1Char('\n'));
         if (!m_remarks.empty() && continues(m_remarks.back(), finding.offset)) {
-            Remark_ &last = m_remarks.back();
+            Comment &last = m_remarks.back();
             last.end = end;
             last.findings.push_back(&finding);
             last.text += QLatin1Char('\n') + text;
             continue;
         }
-        m_remarks.push_back(Remark_ { finding.offset, end, { &finding }, text });
+        m_remarks.push_back(Comment { finding.offset, end, { &finding }, text });
     }
-    for (Remark_ &remark : m_remarks)
+    for (Comment &remark : m_remarks)
         remark.text = remark.text.trimmed();
 }
 
@@ -178,9 +177,10 @@ Gap Comments::gapOf(int offset) const
     while (node && node->isContainer() && node->begin < offset && offset < node->end) {
         gap = Gap();
         gap.container = node;
-        const auto next = std::upper_bound(
-            node->children.begin(), node->children.end(), offset,
-            [&](int at, const Node::Child &child) { return at < beginOf(m_document, *node, child); });
+        const auto next = std::upper_bound(node->children.begin(), node->children.end(), offset,
+                                           [&](int at, const Node::Child &child) {
+                                               return at < beginOf(m_document, *node, child);
+                                           });
         gap.after = next == node->children.end() ? nullptr : &*next;
         gap.before = next == node->children.begin() ? nullptr : &*(next - 1);
         const Node *const value = gap.before ? &m_document.at(*gap.before) : nullptr;
@@ -218,7 +218,7 @@ QByteArray Comments::member(const Node &object, const QString &remark)
     return Edits::quoted(key) + ": " + Edits::quoted(remark);
 }
 
-bool Comments::isFirstAndLast(const Remark_ &remark) const
+bool Comments::isFirstAndLast(const Comment &remark) const
 {
     const int lineEnd = m_source.lineEnd(remark.end);
     return m_source.isFirstOnLine(remark.begin)
@@ -226,7 +226,7 @@ bool Comments::isFirstAndLast(const Remark_ &remark) const
 }
 
 // With its lines where nothing else is on them, and with one of the blanks around it elsewhere.
-Edit Comments::removal(const Remark_ &remark) const
+Edit Comments::removal(const Comment &remark) const
 {
     int begin = remark.begin;
     int end = remark.end;
@@ -245,48 +245,51 @@ Edit Comments::removal(const Remark_ &remark) const
 }
 
 // What separates a member from the one before it.
-QByteArray Comments::blanksBefore(const Node &object, const Node::Child &child) const
+QByteArray Comments::blanksBefore(const Node &object, int offset) const
 {
-    int begin = child.keyBegin;
+    int begin = offset;
     while (begin > object.begin + 1 && isBlank(m_bytes.at(begin - 1)))
         --begin;
-    const QByteArray blanks = m_bytes.mid(begin, child.keyBegin - begin);
-    return blanks.isEmpty() ? QByteArray(" ") : blanks.mid(qMax(0, blanks.lastIndexOf('\n')
-                                                               - int(blanks.contains("\r\n"))));
+    const QByteArray blanks = m_bytes.mid(begin, offset - begin);
+    return blanks.isEmpty()
+        ? QByteArray(" ")
+        : blanks.mid(qMax(0, blanks.lastIndexOf('\n') - int(blanks.contains("\r\n"))));
 }
 
-void Comments::move(const Remark_ &remark, const Edit &insertion)
+void Comments::move(const Comment &remark, const Edit &insertion)
 {
-    SureRepair repair = { remark.findings, { removal(remark) } };
+    SureRepair repair = { remark.findings, { removal(remark) }, 0, 0 };
     if (!remark.text.isEmpty())
         repair.edits.push_back(insertion);
     m_repairs.push_back(repair);
 }
 
-void Comments::moveToFront(const Remark_ &remark, const Node &object)
+void Comments::moveToFront(const Comment &remark, const Node &object)
 {
     if (object.children.empty()) {
         const bool isTight = m_bytes.at(object.begin + 1) == '}';
         const QByteArray only = ' ' + member(object, remark.text) + (isTight ? " " : "");
         return move(remark, Edit { object.begin + 1, 0, only });
     }
-    const Node::Child &first = object.children.front();
+    int first = object.begin + 1; // a comment, or a key
+    while (isBlank(m_bytes.at(first)))
+        ++first;
     move(remark,
-         Edit { first.keyBegin, 0, member(object, remark.text) + ',' + blanksBefore(object, first) });
+         Edit { first, 0, member(object, remark.text) + ',' + blanksBefore(object, first) });
 }
 
-void Comments::moveToEnd(const Remark_ &remark, const Node &object)
+void Comments::moveToEnd(const Comment &remark, const Node &object)
 {
     if (object.children.empty())
         return moveToFront(remark, object);
     const Node::Child &last = object.children.back();
     move(remark,
          Edit { m_document.at(last).end, 0,
-                ',' + blanksBefore(object, last) + member(object, remark.text) });
+                ',' + blanksBefore(object, last.keyBegin) + member(object, remark.text) });
 }
 
 // One that ends the line of an object is about that, any other about what follows.
-void Comments::repairInArray(const Remark_ &remark, const Gap &gap)
+void Comments::repairInArray(const Comment &remark, const Gap &gap)
 {
     const Node *const before = gap.before ? &m_document.at(*gap.before) : nullptr;
     const Node *const after = gap.after ? &m_document.at(*gap.after) : nullptr;
@@ -300,7 +303,7 @@ void Comments::repairInArray(const Remark_ &remark, const Gap &gap)
         moveToEnd(remark, *before);
 }
 
-void Comments::repairOutside(const Remark_ &remark)
+void Comments::repairOutside(const Comment &remark)
 {
     const Node &root = m_document.rootNode();
     if (root.type != Node::Object)
@@ -312,18 +315,18 @@ void Comments::repairOutside(const Remark_ &remark)
 }
 
 // Before the member whose key and value it separates.
-void Comments::repairWithin(const Remark_ &remark, const Gap &gap)
+void Comments::repairWithin(const Comment &remark, const Gap &gap)
 {
     const Node &object = *gap.container;
     move(remark,
          Edit { gap.within->keyBegin, 0,
-                member(object, remark.text) + ',' + blanksBefore(object, *gap.within) });
+                member(object, remark.text) + ',' + blanksBefore(object, gap.within->keyBegin) });
 }
 
 // All between two members of an object. A comma that separates two entries follows the first of them.
 size_t Comments::repairGap(size_t first, const Gap &gap)
 {
-    SureRepair repair = { {}, {} };
+    SureRepair repair;
     const int limit = gap.after ? gap.after->keyBegin : gap.container->end - 1;
     int last = gap.before ? m_document.at(*gap.before).end : -1; // where the entry before ends
     const auto separate = [&](int next) {
@@ -336,7 +339,7 @@ size_t Comments::repairGap(size_t first, const Gap &gap)
     };
     size_t index = first;
     for (; index < m_remarks.size() && m_remarks[index].begin < limit; ++index) {
-        const Remark_ &remark = m_remarks[index];
+        const Comment &remark = m_remarks[index];
         repair.findings.insert(repair.findings.end(), remark.findings.begin(),
                                remark.findings.end());
         if (remark.text.isEmpty()) {
@@ -344,8 +347,8 @@ size_t Comments::repairGap(size_t first, const Gap &gap)
             continue;
         }
         separate(remark.begin);
-        repair.edits.push_back(Edit { remark.begin, remark.end - remark.begin,
-                                      member(*gap.container, remark.text) });
+        repair.edits.push_back(
+            Edit { remark.begin, remark.end - remark.begin, member(*gap.container, remark.text) });
         last = remark.end;
     }
     if (gap.after)
@@ -360,7 +363,7 @@ std::vector<SureRepair> Comments::repairs()
     if (m_document.isEmpty())
         return m_repairs;
     for (size_t i = 0; i < m_remarks.size();) {
-        const Remark_ &remark = m_remarks[i];
+        const Comment &remark = m_remarks[i];
         const Gap gap = gapOf(remark.begin);
         if (gap.container && gap.container->type == Node::Object && !gap.within) {
             i = repairGap(i, gap);

@@ -1,7 +1,7 @@
 #ifndef SUREREPAIRS_H
 #define SUREREPAIRS_H
 
-#include "tools/nuv-apps-config/analysis.h"
+#include "tools/nuv-apps-config/analysis/analysis.h"
 
 #include <vector>
 
@@ -9,6 +9,10 @@
 struct SureRepair {
     std::vector<const Finding *> findings;
     std::vector<Edit> edits;
+    /// The value that could not be judged before: under a key that nobody knew, or with backslashes that
+    /// were no part of it. What is wrong with it is found after the repair.
+    int uncoveredBegin = 0;
+    int uncoveredEnd = 0;
 };
 
 /// The repairs that nobody need look at: what the file holds there can mean one thing only.

@@ -1,0 +1,275 @@
+#include "tools/nuv-apps-config/report/unifieddiff.h"
+
+#include "tools/nuv-apps-config/repairs/repairedfile.h"
+#include "tools/nuv-apps-config/report/output.h"
+#include "tools/nuv-apps-config/secrets/decodedtext.h"
+#include "tools/nuv-apps-config/secrets/secrets.h"
+#include "tools/nuv-apps-config/text/utf8.h"
+
+#include <algorithm>
+
+namespace {
+
+const int Context = 3; ///< lines around a change
+
+struct Range {
+    int begin;
+    int end;
+};
+
+/// Those of the ranges, which are in order and apart, that have bytes of the piece.
+std::vector<Range> touched(const std::vector<Range> &ranges, const Range &piece)
+{
+    auto first = std::upper_bound(ranges.begin(), ranges.end(), piece.begin,
+                                  [](int at, const Range &range) { return at < range.end; });
+    auto last = first;
+    while (last != ranges.end() && last->begin < piece.end)
+        ++last;
+    return std::vector<Range>(first, last);
+}
+
+/// A text of which lines are shown.
+struct Side {
+    const QByteArray &bytes;
+    std::vector<Range> secrets;
+    std::vector<int> lines; ///< where each begins
+
+    explicit Side(const Analysis &analysis) : bytes(analysis.source.bytes())
+    {
+        for (const auto &range : analysis.secrets->ranges().all())
+            secrets.push_back(Range { range.begin, range.end });
+        for (int begin = 0; begin < bytes.size();) {
+            lines.push_back(begin);
+            const int end = bytes.indexOf('\n', begin);
+            begin = end < 0 ? bytes.size() : end + 1;
+        }
+    }
+
+    /// Puts the secrets in order, and makes one of those that touch.
+    void settle()
+    {
+        std::sort(secrets.begin(), secrets.end(),
+                  [](const Range &a, const Range &b) { return a.begin < b.begin; });
+        std::vector<Range> settled;
+        for (const Range &range : secrets) {
+            if (!settled.empty() && range.begin <= settled.back().end)
+                settled.back().end = qMax(settled.back().end, range.end);
+            else if (range.begin < range.end)
+                settled.push_back(range);
+        }
+        secrets.swap(settled);
+    }
+    /// Where the secret at `offset` ends; `offset` where there is none.
+    int endOfSecret(int offset) const
+    {
+        const auto next =
+            std::upper_bound(secrets.begin(), secrets.end(), offset,
+                             [](int at, const Range &range) { return at < range.end; });
+        return next != secrets.end() && next->begin <= offset ? next->end : offset;
+    }
+
+    int count() const { return int(lines.size()); }
+    int begin(int line) const { return line < count() ? lines[size_t(line)] : bytes.size(); }
+    int lineOf(int offset) const
+    {
+        const auto next = std::upper_bound(lines.begin(), lines.end(), offset);
+        return int(next - lines.begin()) - 1;
+    }
+    /// The line that begins there, which may be the one after the last.
+    int lineFrom(int offset) const { return offset < bytes.size() ? lineOf(offset) : count(); }
+    bool isLineBegin(int offset) const
+    {
+        return offset == bytes.size() || std::binary_search(lines.begin(), lines.end(), offset);
+    }
+};
+
+/// Lines that others take the place of.
+struct Block {
+    Range before; ///< lines
+    Range after;
+};
+
+bool isControl(QChar c)
+{
+    const ushort code = c.unicode();
+    return (code < 0x20 && code != '\t') || (code >= 0x7f && code < 0xa0);
+}
+
+class Diff
+{
+public:
+    explicit Diff(const RepairedFile &file)
+        : m_file(file), m_changes(file.changes()), m_before(file.before()), m_after(file.now())
+    {
+        shareSecrets();
+        findBlocks();
+    }
+
+    QByteArray text() const;
+
+private:
+    void shareSecrets();
+    void findBlocks();
+    void writeHunk(size_t first, size_t last, QByteArray &text) const;
+    void writeLines(const Side &side, char mark, Range lines, QByteArray &text) const;
+    bool repeatsSecret(const QByteArray &inserted) const;
+    static QByteArray shown(const Side &side, int begin, int end);
+
+    const RepairedFile &m_file;
+    std::vector<PieceTable::Change> m_changes;
+    Side m_before;
+    Side m_after;
+    std::vector<Block> m_blocks;
+};
+
+/// What is secret in one of the texts is secret in the other, too: a broken file tells less of where its
+/// secrets are, and hides more.
+void Diff::shareSecrets()
+{
+    const std::vector<Range> ofBefore = m_before.secrets;
+    const std::vector<Range> ofAfter = m_after.secrets;
+    int kept = 0;
+    int shift = 0;
+    const auto shareKept = [&](int end) {
+        const Range before = { kept, end };
+        const Range after = { kept + shift, end + shift };
+        for (const Range &range : touched(ofBefore, before))
+            m_after.secrets.push_back(Range { qMax(range.begin, before.begin) + shift,
+                                              qMin(range.end, before.end) + shift });
+        for (const Range &range : touched(ofAfter, after))
+            m_before.secrets.push_back(Range { qMax(range.begin, after.begin) - shift,
+                                               qMin(range.end, after.end) - shift });
+    };
+    for (const PieceTable::Change &change : m_changes) {
+        shareKept(change.begin);
+        const Range removed = { change.begin, change.end };
+        const Range inserted = { change.begin + shift,
+                                 change.begin + shift + change.inserted.size() };
+        if (!touched(ofBefore, removed).empty() || repeatsSecret(change.inserted))
+            m_after.secrets.push_back(inserted);
+        if (!touched(ofAfter, inserted).empty())
+            m_before.secrets.push_back(removed);
+        shift += change.inserted.size() - (change.end - change.begin);
+        kept = change.end;
+    }
+    shareKept(m_before.bytes.size());
+    m_before.settle();
+    m_after.settle();
+}
+
+// A comment may hold a secret, and goes elsewhere.
+bool Diff::repeatsSecret(const QByteArray &inserted) const
+{
+    const QString plain = QString::fromLatin1(inserted);
+    const QString decoded = DecodedText(inserted, 0, inserted.size()).text();
+    for (const Secrets *secrets : { m_file.before().secrets.get(), m_file.now().secrets.get() }) {
+        if (secrets->text(plain) != plain || secrets->text(decoded) != decoded)
+            return true;
+    }
+    return false;
+}
+
+// Each change takes the lines that it begins and ends in. It ends between two lines where it does so in
+// both texts.
+void Diff::findBlocks()
+{
+    int shift = 0;
+    for (const PieceTable::Change &change : m_changes) {
+        const int first = qMax(0, m_before.lineOf(change.begin));
+        const bool endsLine = change.end > change.begin && m_before.isLineBegin(change.end)
+            && m_before.isLineBegin(change.begin) && change.inserted.isEmpty();
+        const int last =
+            endsLine ? m_before.lineFrom(change.end) : m_before.lineOf(change.end) + 1;
+        const int begin = m_before.begin(first) + shift;
+        shift += change.inserted.size() - (change.end - change.begin);
+        const int end = m_before.begin(last) + shift;
+        const Range lines = { m_after.lineFrom(begin), m_after.lineFrom(end) };
+        const Block block = { { first, qMax(last, first) }, lines };
+        if (!m_blocks.empty() && m_blocks.back().before.end >= first) {
+            m_blocks.back().before.end = qMax(m_blocks.back().before.end, block.before.end);
+            m_blocks.back().after.end = qMax(m_blocks.back().after.end, block.after.end);
+        } else {
+            m_blocks.push_back(block);
+        }
+    }
+}
+
+QByteArray Diff::text() const
+{
+    if (m_blocks.empty())
+        return QByteArray();
+    const QByteArray name = Output::printable(m_file.before().source.name()).toUtf8();
+    QByteArray text = "--- " + name + "\n+++ " + name + '\n';
+    for (size_t first = 0; first < m_blocks.size();) {
+        size_t last = first;
+        while (last + 1 < m_blocks.size()
+               && m_blocks[last + 1].before.begin - m_blocks[last].before.end <= 2 * Context)
+            ++last;
+        writeHunk(first, last, text);
+        first = last + 1;
+    }
+    return text;
+}
+
+QByteArray rangeText(int begin, int count)
+{
+    return QByteArray::number(count > 0 ? begin + 1 : begin) + ',' + QByteArray::number(count);
+}
+
+void Diff::writeHunk(size_t first, size_t last, QByteArray &text) const
+{
+    const int lead = qMin(Context, m_blocks[first].before.begin);
+    const int trail = qMin(Context, m_before.count() - m_blocks[last].before.end);
+    const Range before = { m_blocks[first].before.begin - lead, m_blocks[last].before.end + trail };
+    const Range after = { m_blocks[first].after.begin - lead, m_blocks[last].after.end + trail };
+    text += "@@ -" + rangeText(before.begin, before.end - before.begin) + " +"
+        + rangeText(after.begin, after.end - after.begin) + " @@\n";
+    int line = before.begin;
+    for (size_t i = first; i <= last; ++i) {
+        writeLines(m_before, ' ', { line, m_blocks[i].before.begin }, text);
+        writeLines(m_before, '-', m_blocks[i].before, text);
+        writeLines(m_after, '+', m_blocks[i].after, text);
+        line = m_blocks[i].before.end;
+    }
+    writeLines(m_before, ' ', { line, before.end }, text);
+}
+
+void Diff::writeLines(const Side &side, char mark, Range lines, QByteArray &text) const
+{
+    for (int line = lines.begin; line < lines.end; ++line) {
+        const int begin = side.begin(line);
+        const int end = side.begin(line + 1);
+        const bool isEnded = side.bytes.at(end - 1) == '\n';
+        text += mark + shown(side, begin, isEnded ? end - 1 : end) + '\n';
+        if (!isEnded)
+            text += "\\ No newline at end of file\n";
+    }
+}
+
+// A line that has nothing to hide is as it is in the file, for the diff to be applied.
+QByteArray Diff::shown(const Side &side, int begin, int end)
+{
+    QByteArray line;
+    for (int at = begin; at < end;) {
+        const int secretEnd = side.endOfSecret(at);
+        line += secretEnd > at ? Secrets::mask().toLatin1() : side.bytes.mid(at, 1);
+        at = qMax(at + 1, secretEnd);
+    }
+    const bool isUtf8 = Utf8::isValid(line.constData(), line.size());
+    const bool hasReturn = line.endsWith('\r');
+    const QByteArray rest = line.left(line.size() - hasReturn);
+    const QString text = isUtf8 ? QString::fromUtf8(rest) : QString::fromLatin1(rest);
+    if (std::none_of(text.begin(), text.end(), isControl))
+        return line;
+    QString result;
+    for (const QChar c : text)
+        result += isControl(c) ? Output::printable(QString(c)) : QString(c);
+    return result.toUtf8() + (hasReturn ? "\r" : "");
+}
+
+} // namespace
+
+QByteArray unifiedDiff(const RepairedFile &file)
+{
+    return Diff(file).text();
+}
