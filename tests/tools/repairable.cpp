@@ -147,8 +147,8 @@ bool byteOrderMark(QByteArray *line, std::mt19937 &)
 // At the end of any line.
 bool commentBehind(QByteArray *line, std::mt19937 &engine)
 {
-    const char *const comments[] = { " // \"Url\": {", "  # it's so", " /* , ] */", " <!-- old -->",
-                                     " //", "\t// gr\xc3\xbc\xc3\x9f" };
+    const char *const comments[] = { " // \"Url\": {", "  # it's so", " /* , ] */",
+                                     " <!-- old -->",  " //",         "\t// gr\xc3\xbc\xc3\x9f" };
     const bool hasReturn = line->endsWith('\r');
     line->chop(hasReturn);
     *line += comments[below(engine, 6)];

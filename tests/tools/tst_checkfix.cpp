@@ -83,6 +83,8 @@ QByteArray withWarning(QByteArray text)
     return text.replace("example/\"", "example/\", \"Nothing\": 255");
 }
 
+void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
+
 QStringList words(const char *call)
 {
     return (QLatin1String("nuv-apps-config ") + QLatin1String(call)).split(QLatin1Char(' '));
@@ -98,8 +100,8 @@ void tst_CheckFix::initTestCase()
 
 void tst_CheckFix::init()
 {
-    for (const QString &name : QDir().entryList(QDir::AllEntries | QDir::Hidden | QDir::System
-                                                | QDir::NoDotAndDotDot))
+    for (const QString &name :
+         QDir().entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
         QFile::remove(name);
     m_folder.write(QLatin1String("test.json"), broken);
     m_folder.write(QLatin1String("good.json"), mended);
@@ -121,6 +123,7 @@ tst_CheckFix::Result tst_CheckFix::run(const char *call, const QByteArray &input
         ::dup2(::open(QFile::encodeName(errorName).constData(), O_WRONLY), STDERR_FILENO);
         if (prepare)
             prepare();
+        qInstallMessageHandler(dropMessage); // as main() does
         Output output;
         const int status = Program::run(words(call), output);
         std::fflush(stderr);
@@ -274,10 +277,18 @@ void tst_CheckFix::theDiffShowsNoSecret()
     const Result result = run("check --diff -", secret);
     QCOMPARE(result.status, 1);
     QVERIFY2(!result.output.contains("cret"), result.output);
-    QVERIFY2(result.output.contains("\n+\"PassPhrase\": ********\n")
-                 || result.output.contains("\n+\"PassPhrase\": ********,\n")
-                 || result.output.contains("\n+\"PassPhrase\": "),
-             result.output);
+    QCOMPARE(result.output,
+             QByteArray("--- <stdin>\n+++ <stdin>\n@@ -1,7 +1,7 @@\n"
+                        " { \"Global\": { \"Version\": 1 }, \"Applications\": [ {\n"
+                        "-'Tag': \"tv\", ********\n"
+                        "+\"Tag\": \"tv\", ********\n"
+                        " \"Certificate\": { \"Path\": \"a.pem\",\n"
+                        "-'PassPhrase': ********\n"
+                        "+\"PassPhrase\": ********\n"
+                        " },\n"
+                        "-\"HttpProxy\": ********\n"
+                        "+\"HttpProxy\": ********\n"
+                        " } ] }\n"));
     const Result repaired = run("check --fix -", secret);
     QVERIFY2(repaired.output.contains("\"PassPhrase\": \"S3cret!\""), repaired.output);
     QVERIFY2(!repaired.errors.contains("cret"), repaired.errors);
@@ -285,8 +296,9 @@ void tst_CheckFix::theDiffShowsNoSecret()
 
 void tst_CheckFix::theDiffShowsNoControlCharacter()
 {
-    const Result result = run("check --diff -",
-                              "{ \"Global\": { \"Version\": 1, },\r\n\"_comment\": \"\x1b[2J\xc2\x9b\"\r\n}");
+    const Result result =
+        run("check --diff -",
+            "{ \"Global\": { \"Version\": 1, },\r\n\"_comment\": \"\x1b[2J\xc2\x9b\"\r\n}");
     QVERIFY2(result.output.contains("-{ \"Global\": { \"Version\": 1, },\r\n"), result.output);
     QVERIFY2(!result.output.contains('\x1b') && !result.output.contains("\xc2\x9b"), result.output);
     QVERIFY2(result.output.contains("\\u001b[2J"), result.output);
@@ -313,9 +325,8 @@ void tst_CheckFix::theStandardInputGoesRepairedToTheStandardOutput()
     QTEST(result.output, "output");
     QTEST(result.status, "status");
     QVERIFY2(result.errors.contains(" in 1 file\n"), result.errors);
-    const Result full = run("check --fix -", input, [] {
-        ::dup2(::open("/dev/full", O_WRONLY), STDOUT_FILENO);
-    });
+    const Result full =
+        run("check --fix -", input, [] { ::dup2(::open("/dev/full", O_WRONLY), STDOUT_FILENO); });
     QCOMPARE(full.status, input.isEmpty() ? 1 : 2);
 }
 
@@ -380,7 +391,7 @@ void tst_CheckFix::whatCannotBeWrittenIsToldAndLeft()
     m_folder.write(QLatin1String("test.json"), large);
     const Result result = run("check --fix test.json", QByteArray(), [cause] {
         const rlimit limit = { 1024, 1024 };
-        if (cause == 0 && ::chmod("test.json", 0444) != 0)
+        if (cause == 0 && (::chmod("test.json", 0444) != 0 || ::chmod(".", 0777) != 0))
             ::_exit(99);
         if (cause == 1 && ::chmod(".", 0555) != 0)
             ::_exit(99);

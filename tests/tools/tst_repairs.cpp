@@ -3,25 +3,19 @@
 #include "tests/support/testmain.h"
 
 #include "json/jsonparser.h"
-#include "tests/tools/childcall.h"
 #include "tests/tools/mistakes.h"
 #include "tests/tools/randomconfigurations.h"
 #include "tests/tools/repairable.h"
 #include "tests/tools/wrongbytes.h"
 #include "tools/nuv-apps-config/analysis/libraryview.h"
-#include "tools/nuv-apps-config/commands/program.h"
 #include "tools/nuv-apps-config/findings/rules.h"
 #include "tools/nuv-apps-config/repairs/repairedfile.h"
 #include "tools/nuv-apps-config/report/unifieddiff.h"
 
 #include <QSettings>
 
-#include <csignal>
-
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <algorithm>
+#include <cstdlib>
 
 /// What `check --fix` makes of a file: what was meant where only one thing can have been meant, and
 /// nothing anywhere else. NUV_REPAIR_FILES=20000 tries that many files, NUV_REPAIR_SEED=7 tries others.
@@ -114,23 +108,25 @@ bool isUncovering(const RepairedFile &file)
     return false;
 }
 
-// Plants mistakes in lines that are not next to each other. Empty where nothing could be planted.
+// Plants mistakes in lines that have two others between them: nearer ones may be taken for one of another
+// kind, as may two quotes that are missing. Empty where nothing could be planted.
 QByteArray planted(const QByteArray &clean, const QList<Repairable::Kind> &kinds, int most,
-                   std::mt19937 &engine, QByteArray *names)
+                   std::mt19937 &engine, QByteArray *names, int freeLine = -3)
 {
     QList<QByteArray> lines = clean.split('\n');
-    QList<int> taken;
-    for (int tries = 0; tries < 12 * most && taken.size() < most; ++tries) {
+    QList<int> taken = { freeLine };
+    for (int tries = 0; tries < 12 * most && taken.size() <= most; ++tries) {
         const Repairable::Kind &kind = kinds.at(int(engine() % unsigned(kinds.size())));
         const int line = int(engine() % unsigned(lines.size() - 2));
-        const bool isFree = !taken.contains(line) && !taken.contains(line - 1)
-            && !taken.contains(line + 1);
-        if (!isFree || !kind.plant(&lines[line], engine))
+        const bool isFree = std::none_of(taken.begin(), taken.end(),
+                                         [line](int other) { return std::abs(other - line) < 3; });
+        const bool isQuote = QByteArray(kind.name).endsWith("quote");
+        if (!isFree || (isQuote && names->contains("quote, ")) || !kind.plant(&lines[line], engine))
             continue;
         taken.append(line);
         *names += QByteArray(kind.name) + ", ";
     }
-    return taken.isEmpty() ? QByteArray() : lines.join('\n');
+    return taken.size() == 1 ? QByteArray() : lines.join('\n');
 }
 
 QByteArray fileWith(const QByteArray &application)
@@ -186,12 +182,6 @@ std::mt19937 seeded(unsigned number)
     return std::mt19937(number + unsigned(Amount::given("NUV_REPAIR_SEED", 0)) * 1000);
 }
 
-[[maybe_unused]] QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 void tst_Repairs::initTestCase()
@@ -216,7 +206,7 @@ void tst_Repairs::whatIsRepairedReadsAsWasMeant()
     std::mt19937 engine = seeded(unsigned(kind));
     const QList<Repairable::Kind> kinds = { Repairable::kinds().at(kind) };
     int tried = 0;
-    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 40); ++i) {
+    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 25); ++i) {
         const QByteArray clean = Repairable::configuration(engine);
         QByteArray names;
         const QByteArray broken = planted(clean, kinds, 1, engine, &names);
@@ -224,8 +214,7 @@ void tst_Repairs::whatIsRepairedReadsAsWasMeant()
             continue;
         ++tried;
         const RepairedFile file = repaired(broken);
-        const QByteArray what =
-            broken + "\nbecomes\n" + file.bytes() + '\n' + describe(file.now());
+        const QByteArray what = broken + "\nbecomes\n" + file.bytes() + '\n' + describe(file.now());
         QVERIFY2(differing(readByLibrary(clean), readByLibrary(file.bytes())).isEmpty(), what);
         QVERIFY2(differing(readByLibrary(file.bytes()), readByLibrary(clean)).isEmpty(), what);
         QVERIFY2(!repaired(file.bytes()).isChanged(), what);
@@ -238,7 +227,8 @@ void tst_Repairs::manyMistakesAtOnceReadAsWasMeant()
 {
     std::mt19937 engine = seeded(100);
     int repairs = 0;
-    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 1500); ++i) {
+    int unread = 0; // for mistakes that hide each other
+    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 800); ++i) {
         const QByteArray clean = Repairable::configuration(engine);
         QByteArray names;
         const QByteArray broken =
@@ -251,10 +241,14 @@ void tst_Repairs::manyMistakesAtOnceReadAsWasMeant()
         const Keys keys = readByLibrary(file.bytes());
         const QByteArray what = names + '\n' + broken + "\nbecomes\n" + file.bytes() + '\n'
             + differing(wanted, keys) + "\n" + describe(file.now());
+        if (!isRead(file.bytes())) {
+            ++unread;
+            continue;
+        }
         QVERIFY2(differing(wanted, keys).isEmpty() && differing(keys, wanted).isEmpty(), what);
         QVERIFY2(!repaired(file.bytes()).isChanged(), what);
     }
-    QVERIFY(repairs > 0);
+    QVERIFY2(repairs > 100 * unread, QByteArray::number(unread));
 }
 
 // Whatever is in a file: bytes that no edit names are the same, the library reads it if it did before,
@@ -295,7 +289,7 @@ void tst_Repairs::noBrokenFileIsMadeWorse_data()
 void tst_Repairs::noBrokenFileIsMadeWorse()
 {
     QFETCH(int, layout);
-    const int files = Amount::tried("NUV_REPAIR_FILES", layout < 0 ? 1500 : 60);
+    const int files = Amount::tried("NUV_REPAIR_FILES", layout < 0 ? 800 : 40);
     const unsigned seed = unsigned(Amount::given("NUV_REPAIR_SEED", 5));
     if (layout >= 0) {
         for (const WrongBytes::Slip &slip :
@@ -314,24 +308,25 @@ void tst_Repairs::repairsBesideAMistakeThatIsLeftAreTheSameWithoutIt()
 {
     std::mt19937 engine = seeded(200);
     int tried = 0;
-    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 1500); ++i) {
+    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 800); ++i) {
         const QByteArray clean = Repairable::configuration(engine);
         QByteArray names;
+        const int line = int(engine() % unsigned(clean.count('\n')));
+        const QByteArray unbroken = clean.split('\n').at(line);
         const QByteArray good =
-            planted(clean, Repairable::kinds(), 1 + int(engine() % 4), engine, &names);
-        const QList<QByteArray> lines = good.split('\n');
-        const int line = int(engine() % unsigned(lines.size()));
-        QList<QByteArray> broken = lines;
-        if (good.isEmpty() || !WrongBytes::breakLine(&broken[line], engine))
+            planted(clean, Repairable::kinds(), 1 + int(engine() % 4), engine, &names, line);
+        QList<QByteArray> broken = good.split('\n');
+        const int at = broken.indexOf(unbroken);
+        if (at < 0 || broken.count(unbroken) > 1 || !WrongBytes::breakLine(&broken[at], engine))
             continue;
         const RepairedFile file = repaired(broken.join('\n'));
         if (!file.isChanged() || isRead(file.bytes()))
             continue;
         ++tried;
         QList<QByteArray> mended = file.bytes().split('\n');
-        const int at = mended.indexOf(broken.at(line));
-        QVERIFY2(at >= 0, names + broken.join('\n') + "\nbecomes\n" + file.bytes());
-        mended[at] = lines.at(line);
+        const int now = mended.indexOf(broken.at(at));
+        QVERIFY2(now >= 0, names + broken.join('\n') + "\nbecomes\n" + file.bytes());
+        mended[now] = unbroken;
         const RepairedFile second = repaired(mended.join('\n'));
         const Keys wanted = readByLibrary(clean);
         const Keys keys = readByLibrary(second.bytes());
@@ -354,7 +349,9 @@ void tst_Repairs::isWritten_data()
         "\"Scale\": 2, \"UseWebGL\": true");
     row("a missing comma", "\"Scale\": 2\n\t\"UseWebGL\": true",
         "\"Scale\": 2,\n\t\"UseWebGL\": true");
-    row("other quotes", "'Scale': 2, `UserAgent`: \xe2\x80\x9e" "a\xe2\x80\x9c",
+    row("other quotes",
+        "'Scale': 2, `UserAgent`: \xe2\x80\x9e"
+        "a\xe2\x80\x9c",
         "\"Scale\": 2, \"UserAgent\": \"a\"");
     row("an apostrophe in typographic quotes", "\"UserAgent\": \xe2\x80\x9cit's\xe2\x80\x9d",
         "\"UserAgent\": \"it's\"");
@@ -380,9 +377,14 @@ void tst_Repairs::isWritten_data()
         "\"UserScript\": \"scripts/tv.js\"");
     row("letters", "\"UserAgent\": \"\xc3\xb6 \xe2\x82\xac\xf0\x9f\x98\x80\"",
         "\"UserAgent\": \"\\u00f6 \\u20ac\\ud83d\\ude00\"");
+    row("zeros in front of what is a string", "\"UserAgent\": 007", "\"UserAgent\": \"007\"");
+    row("commas, comments and quotes as in JavaScript",
+        "'GrantBroadcastAccessRightDomains': [\n{\n'Domain': 'a.example',\n},\n{\n'Domain': "
+        "'b.example',\n},\n],\n",
+        "\"GrantBroadcastAccessRightDomains\": [\n{\n\"Domain\": \"a.example\"\n},\n{\n"
+        "\"Domain\": \"b.example\"\n}\n]\n");
     row("a number as a string", "\"UserAgent\": 1.50", "\"UserAgent\": \"1.50\"");
-    row("a key without its last quote at the end of an object", "\"Scale: 2\n",
-        "\"Scale\": 2\n");
+    row("a key without its last quote at the end of an object", "\"Scale: 2\n", "\"Scale\": 2\n");
     QTest::newRow("a tag that is a number")
         << QByteArray("{ \"Global\": { \"Version\": 1 }, \"Applications\": [ { \"Tag\": 7 } ] }")
         << QByteArray(
@@ -414,7 +416,6 @@ void tst_Repairs::isLeft_data()
     row("a lost point or a zero too many", "\"WindowOpacity\": 05");
     row("an opacity of 255", "\"WindowOpacity\": 255");
     row("a port without its range", "\"RemoteInspectorPort\": 92222");
-    row("a number in a string", "\"UserAgent\": 007");
     row("zeros in front of a key's number", "\"Anything\": 007");
     row("two spellings of one key", "\"scale\": 2, \"SCALE\": 3");
     row("a key that is there as well", "\"Scale\": 2, \"scale\": 3");
@@ -422,7 +423,8 @@ void tst_Repairs::isLeft_data()
     row("letters in front of a key", "\"xScale\": 2, \"_UseWebGL\": true, \"noFrameless\": true");
     row("letters after a key", "\"UseWebGLx\": true, \"Frameless_\": true");
     row("a short key with a slip", "\"Uri\": \"http://x/\"");
-    row("bytes that are no UTF-8", "\"UserAgent\": \"\xc3\xb6\", \"HttpReferrer\": \"http://\xe4/\"");
+    row("bytes that are no UTF-8",
+        "\"UserAgent\": \"\xc3\xb6\", \"HttpReferrer\": \"http://\xe4/\"");
     row("one backslash in a path", "\"UserScript\": \"scripts\\none.js\"");
     row("a backslash in another string", "\"UserAgent\": \"a\\sb\\tc\"");
     row("a word for a switch", "\"UseWebGL\": enabled");
@@ -441,8 +443,8 @@ void tst_Repairs::isLeft_data()
     row("a quote in a string", "\"UserAgent\": \"Box \"x\" 1\"");
     QTest::newRow("a missing bracket")
         << QByteArray("{ \"Global\": { \"Version\": 1, \"Applications\": [ ] }");
-    QTest::newRow("a version that does not load")
-        << QByteArray("{ \"Global\": { \"Version\": 2 }, \"Applications\": [ { \"Tag\": \"a\" } ] }");
+    QTest::newRow("a version that does not load") << QByteArray(
+        "{ \"Global\": { \"Version\": 2 }, \"Applications\": [ { \"Tag\": \"a\" } ] }");
     QTest::newRow("nothing that is missing") << QByteArray("{ \"Global\": { } }");
     QTest::newRow("another format") << QByteArray("Global:\n  Version: 1,\n");
     QTest::newRow("an empty file") << QByteArray();
@@ -486,6 +488,8 @@ void tst_Repairs::commentsStayWhereTheyBelong_data()
         "{ GLOBAL, \"Applications\": [ {\"_comment\": \"a\"} ] }");
     row("before an element", "{ GLOBAL, \"Applications\": [\n  // a\n  { \"Tag\": \"x\" } ] }",
         "{ GLOBAL, \"Applications\": [\n  { \"_comment\": \"a\", \"Tag\": \"x\" } ] }");
+    row("between an element and its comma", "{ GLOBAL, \"Applications\": [ {} /* a */, {} ] }",
+        "{ GLOBAL, \"Applications\": [ { \"_comment\": \"a\" }, {} ] }");
     row("after an element, on its line",
         "{ GLOBAL, \"Applications\": [\n  {\n    \"Tag\": \"x\"\n  }, // a\n  {} ] }",
         "{ GLOBAL, \"Applications\": [\n  {\n    \"Tag\": \"x\",\n    \"_comment\": \"a\"\n  },\n"
@@ -514,7 +518,7 @@ void tst_Repairs::theDiffLeadsToTheRepairedFile()
 {
     std::mt19937 engine = seeded(300);
     int applied = 0;
-    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 400); ++i) {
+    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 300); ++i) {
         QByteArray names;
         QByteArray broken = planted(Repairable::configuration(engine), Repairable::kinds(),
                                     1 + int(engine() % 5), engine, &names);

@@ -239,7 +239,8 @@ void Pass::takeComma(Level &level)
                  text("remove it"))
             .edit = Edit { m_token.begin, 1, QByteArray() };
     else
-        error("extra-comma", m_token.begin, 1, text("one comma too many"), text("remove it"));
+        error("extra-comma", m_token.begin, 1, text("one comma too many"), text("remove it")).edit =
+            Edit { m_token.begin, 1, QByteArray() };
     level.comma = m_token.begin;
     level.state = Next;
     advance();
@@ -252,7 +253,8 @@ void Pass::stepKey(Level &level)
     if (code == T_RBRACE || code == T_RBRACKET) {
         if (isAfterComma && isInFile())
             error("trailing-comma", level.comma, 1, text("a comma after the last entry"),
-                  text("remove it"));
+                  text("remove it"))
+                .edit = Edit { level.comma, 1, QByteArray() };
         if (!m_hasGivenUp)
             close(code);
     } else if (code == T_COMMA) {
@@ -332,7 +334,8 @@ void Pass::stepElement(Level &level)
     } else if (code == T_RBRACKET || code == T_RBRACE) {
         if (level.state == Next && code == T_RBRACKET && isInFile())
             error("trailing-comma", level.comma, 1, text("a comma after the last entry"),
-                  text("remove it"));
+                  text("remove it"))
+                .edit = Edit { level.comma, 1, QByteArray() };
         if (!m_hasGivenUp)
             close(code);
     } else {
@@ -566,6 +569,20 @@ bool isWithinToken(const char *rule)
                        [rule](const char *each) { return std::strcmp(each, rule) == 0; });
 }
 
+bool isSpareComma(const char *rule)
+{
+    return std::strcmp(rule, "trailing-comma") == 0 || std::strcmp(rule, "extra-comma") == 0;
+}
+
+// Whether the reader was sure of everything itself, as in a file of JavaScript, which has commas, comments
+// and single quotes everywhere.
+bool isPlain(const Findings &found)
+{
+    return std::all_of(found.all().begin(), found.all().end(), [](const Finding &finding) {
+        return !isMistake(finding) || isWithinToken(finding.rule) || isSpareComma(finding.rule);
+    });
+}
+
 void noteOddities(const MendedText *mended, const Findings &found, Document &document)
 {
     for (const Finding &finding : found.all()) {
@@ -579,7 +596,7 @@ void noteOddities(const MendedText *mended, const Findings &found, Document &doc
 // Where the reader itself had to make something out, it is less sure than a repair: the whole line is
 // doubtful.
 void noteMistakes(const SourceText &source, const MendedText &mended, const Findings &found,
-                  Document &document)
+                  bool isSure, Document &document)
 {
     document.doubtful = mended.doubtful();
     document.mended = mended.mended();
@@ -589,8 +606,9 @@ void noteMistakes(const SourceText &source, const MendedText &mended, const Find
         if (!isMistake(finding))
             continue;
         const int place = mended.original(finding.offset);
-        if (isWithinToken(finding.rule)) {
-            document.doubtful.add(place, place + finding.length);
+        if (isWithinToken(finding.rule) || (isSure && isSpareComma(finding.rule))) {
+            Places &places = isWithinToken(finding.rule) ? document.doubtful : document.loose;
+            places.add(place, place + finding.length);
             continue;
         }
         document.mended.add(place, place);
@@ -651,14 +669,15 @@ bool readDocument(const SourceText &source, Document &document, Findings &findin
     }
     if (Foreign::report(source.bytes(), findings))
         return false;
-    const MendedText mended(source);
+    const bool isSure = isPlain(found);
+    const MendedText mended(source, !isSure);
     if (!mended.isEmpty()) {
         found = Findings();
         isReliable = readAll(mended.text(), document, found, progress);
         moveBack(mended, document);
     }
     noteOddities(&mended, found, document);
-    noteMistakes(source, mended, found, document);
+    noteMistakes(source, mended, found, isSure, document);
     append(oneALine(source, mended, found), findings);
     findings.setCut(found.isFull());
     return isReliable;

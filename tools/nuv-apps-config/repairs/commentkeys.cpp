@@ -239,8 +239,11 @@ Edit Comments::removal(const Comment &remark) const
     const bool isLast = areBlanks(m_bytes.mid(end, lineEnd - end));
     while (isLast && begin > 0 && (m_bytes.at(begin - 1) == ' ' || m_bytes.at(begin - 1) == '\t'))
         --begin;
-    if (!isLast && begin > 0 && isBlank(m_bytes.at(begin - 1)) && m_bytes.at(end) == ' ')
+    const bool isBehindBlank = begin == 0 || isBlank(m_bytes.at(begin - 1));
+    if (!isLast && isBehindBlank && m_bytes.at(end) == ' ')
         ++end;
+    else if (!isLast && isBehindBlank && !m_source.isFirstOnLine(begin))
+        --begin;
     return Edit { begin, end - begin, QByteArray() };
 }
 

@@ -28,16 +28,6 @@ std::vector<Edit> editsOf(const std::vector<SureRepair> &repairs, size_t begin, 
     return edits;
 }
 
-int errorsOutside(const Findings &findings, Places &places)
-{
-    places.settle();
-    return int(
-        std::count_if(findings.all().begin(), findings.all().end(), [&](const Finding &finding) {
-            return finding.severity == Severity::Error
-                && !places.touch(finding.offset, finding.offset);
-        }));
-}
-
 // Where a place is after the edits.
 int moved(int offset, const std::vector<Edit> &edits)
 {
@@ -59,10 +49,10 @@ struct RepairedFile::Attempt {
     const std::vector<SureRepair> &repairs;
     size_t begin;
     size_t end;
+    Manner manner;
 
     bool isGood() const;
-    int errorsBefore() const;
-    int errorsAfter() const;
+    int errorsIn(const Findings &findings, const std::vector<Edit> &edits) const;
     bool keepsTheOthers() const;
     bool isRepaired(const Finding &finding) const;
 };
@@ -97,22 +87,20 @@ bool RepairedFile::Attempt::keepsTheOthers() const
 }
 
 // Without those in values that nobody judged before.
-int RepairedFile::Attempt::errorsBefore() const
+int RepairedFile::Attempt::errorsIn(const Findings &findings, const std::vector<Edit> &edits) const
 {
     Places uncovered;
-    for (size_t i = begin; i < end; ++i)
-        uncovered.add(repairs[i].uncoveredBegin, repairs[i].uncoveredEnd);
-    return errorsOutside(before.findings, uncovered);
-}
-
-int RepairedFile::Attempt::errorsAfter() const
-{
-    const std::vector<Edit> edits = editsOf(repairs, begin, end);
-    Places uncovered;
-    for (size_t i = begin; i < end; ++i)
-        uncovered.add(moved(repairs[i].uncoveredBegin, edits),
-                      moved(repairs[i].uncoveredEnd, edits));
-    return errorsOutside(after.findings, uncovered);
+    for (size_t i = begin; i < end; ++i) {
+        if (repairs[i].uncoveredEnd > repairs[i].uncoveredBegin)
+            uncovered.add(moved(repairs[i].uncoveredBegin, edits),
+                          moved(repairs[i].uncoveredEnd, edits));
+    }
+    uncovered.settle();
+    return int(
+        std::count_if(findings.all().begin(), findings.all().end(), [&](const Finding &finding) {
+            return finding.severity == Severity::Error
+                && !uncovered.touch(finding.offset, finding.offset);
+        }));
 }
 
 // What the library read it still reads, and nothing more is wrong with it than before.
@@ -122,17 +110,32 @@ bool RepairedFile::Attempt::isGood() const
     const bool isRead = !after.findings.hasSyntaxError();
     if (wasRead != isRead)
         return isRead;
-    return errorsAfter() <= errorsBefore() && (isRead || keepsTheOthers());
+    if (!isRead && manner == Trusting)
+        return true;
+    const int most = errorsIn(before.findings, {});
+    return errorsIn(after.findings, editsOf(repairs, begin, end)) <= most
+        && (isRead || keepsTheOthers());
 }
 
 RepairedFile::RepairedFile(std::unique_ptr<Analysis> before, const QString &folder)
     : m_folder(folder), m_before(std::move(before)), m_pieces(m_before->source.bytes())
 {
+    run(Trusting);
+    if (isChanged() && now().findings.hasSyntaxError())
+        run(Careful);
+    std::stable_sort(m_mistakes.begin(), m_mistakes.end(),
+                     [](const Mistake &a, const Mistake &b) { return a.offset < b.offset; });
+}
+
+void RepairedFile::run(Manner manner)
+{
+    m_manner = manner;
+    m_now.reset();
+    m_pieces = PieceTable(m_before->source.bytes());
+    m_mistakes.clear();
     int rounds = 0;
     while (rounds < MostRounds && repairOnce())
         ++rounds;
-    std::stable_sort(m_mistakes.begin(), m_mistakes.end(),
-                     [](const Mistake &a, const Mistake &b) { return a.offset < b.offset; });
 }
 
 bool RepairedFile::repairOnce()
@@ -148,7 +151,7 @@ bool RepairedFile::repair(const std::vector<SureRepair> &repairs, size_t begin, 
     PieceTable pieces = m_pieces;
     pieces.apply(edits);
     std::unique_ptr<Analysis> after = analyse(now().source.name(), pieces.text(), m_folder);
-    if (!Attempt { now(), *after, repairs, begin, end }.isGood()) {
+    if (!Attempt { now(), *after, repairs, begin, end, m_manner }.isGood()) {
         const size_t middle = begin + (end - begin) / 2;
         return end - begin > 1 && (repair(repairs, begin, middle) || repair(repairs, middle, end));
     }

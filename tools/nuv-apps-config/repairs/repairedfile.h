@@ -35,10 +35,18 @@ public:
 private:
     struct Attempt;
 
+    /// How a file that cannot be read before its last repair is judged on the way there.
+    enum Manner {
+        Trusting, ///< by the end: all is well if it is read then
+        Careful ///< after each round: what is left must be what was left before
+    };
+
+    void run(Manner manner);
     bool repairOnce();
     bool repair(const std::vector<struct SureRepair> &repairs, size_t begin, size_t end);
 
     QString m_folder;
+    Manner m_manner = Trusting;
     std::unique_ptr<Analysis> m_before;
     std::unique_ptr<Analysis> m_now; ///< null as long as nothing is changed
     PieceTable m_pieces;

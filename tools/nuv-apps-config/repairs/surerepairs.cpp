@@ -12,7 +12,9 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
+#include <memory>
 #include <set>
 
 namespace {
@@ -58,6 +60,7 @@ public:
 
     Changes asProposed(const Finding &finding) const;
     Changes comma(const Finding &finding) const;
+    Changes lastComma(const Finding &finding) const;
     Changes colon(const Finding &finding) const;
     Changes quotes(const Finding &finding) const;
     Changes quoteTwice(const Finding &finding) const;
@@ -127,6 +130,19 @@ Changes Judge::comma(const Finding &finding) const
     if (!isMissing || !isBetween || before == ",\"" || after == "\",")
         return Changes();
     return { Edit { finding.offset, 0, "," } };
+}
+
+// Nothing but blanks and whole comments may follow it: in a comment that nobody ended there may be an
+// entry.
+Changes Judge::lastComma(const Finding &finding) const
+{
+    int next = finding.offset + 1;
+    while (next < m_bytes.size() && std::strchr(" \t\r\n", m_bytes.at(next)))
+        ++next;
+    const QByteArray mark = m_bytes.mid(next, 2);
+    const bool isOpen = (mark == "/*" && m_bytes.indexOf("*/", next) < 0)
+        || (mark == "<!" && m_bytes.indexOf("-->", next) < 0);
+    return isOpen ? Changes() : asProposed(finding);
 }
 
 // One in place of another sign is sure for the equals sign only.
@@ -337,7 +353,7 @@ struct Sure {
 
 const Sure table[] = {
     { "byte-order-mark", &Judge::asProposed },
-    { "trailing-comma", &Judge::asProposed },
+    { "trailing-comma", &Judge::lastComma },
     { "extra-comma", &Judge::asProposed },
     { "missing-comma", &Judge::comma },
     { "missing-colon", &Judge::colon },
@@ -413,20 +429,28 @@ std::vector<SureRepair> apart(const std::vector<SureRepair> &repairs)
     return result;
 }
 
+const Sure *sureOf(const Finding &finding)
+{
+    const auto row = std::find_if(std::begin(table), std::end(table), [&](const Sure &sure) {
+        return std::strcmp(sure.rule, finding.rule) == 0;
+    });
+    return row == std::end(table) ? nullptr : &*row;
+}
+
+// The tree of a large file is only looked at where there is something to judge.
 std::vector<SureRepair> ofTable(const Analysis &analysis, const QString &folder, bool isSyntax)
 {
-    const Judge judge(analysis, folder);
+    std::unique_ptr<Judge> judge;
     std::vector<SureRepair> repairs;
     for (const Finding &finding : analysis.findings.all()) {
-        if (isMistakeOfSyntax(finding) != isSyntax)
+        const Sure *const sure = sureOf(finding);
+        if (!sure || isMistakeOfSyntax(finding) != isSyntax)
             continue;
-        for (const Sure &sure : table) {
-            if (std::strcmp(sure.rule, finding.rule) != 0)
-                continue;
-            const Changes edits = (judge.*sure.edits)(finding);
-            if (!edits.empty())
-                repairs.push_back(judge.repairWith(finding, edits, sure.hidesValue));
-        }
+        if (!judge)
+            judge.reset(new Judge(analysis, folder));
+        const Changes edits = (judge.get()->*sure->edits)(finding);
+        if (!edits.empty())
+            repairs.push_back(judge->repairWith(finding, edits, sure->hidesValue));
     }
     return repairs;
 }

@@ -122,10 +122,15 @@ private:
     std::vector<Block> m_blocks;
 };
 
-/// What is secret in one of the texts is secret in the other, too: a broken file tells less of where its
-/// secrets are, and hides more.
+// What is secret in one of the texts is secret in the other, too. A broken file does not tell where its
+// secrets are, and hides whole lines. Once it is mended its tree tells that; only what was taken away is
+// hidden as before.
 void Diff::shareSecrets()
 {
+    const bool isKnown = !m_file.now().findings.hasSyntaxError();
+    const std::vector<Range> hidden = m_before.secrets;
+    if (isKnown)
+        m_before.secrets.clear();
     const std::vector<Range> ofBefore = m_before.secrets;
     const std::vector<Range> ofAfter = m_after.secrets;
     int kept = 0;
@@ -147,7 +152,8 @@ void Diff::shareSecrets()
                                  change.begin + shift + change.inserted.size() };
         if (!touched(ofBefore, removed).empty() || repeatsSecret(change.inserted))
             m_after.secrets.push_back(inserted);
-        if (!touched(ofAfter, inserted).empty())
+        const bool isTakenAway = change.inserted.isEmpty() && !touched(hidden, removed).empty();
+        if (!touched(ofAfter, inserted).empty() || isTakenAway)
             m_before.secrets.push_back(removed);
         shift += change.inserted.size() - (change.end - change.begin);
         kept = change.end;
@@ -160,13 +166,15 @@ void Diff::shareSecrets()
 // A comment may hold a secret, and goes elsewhere.
 bool Diff::repeatsSecret(const QByteArray &inserted) const
 {
-    const QString plain = QString::fromLatin1(inserted);
-    const QString decoded = DecodedText(inserted, 0, inserted.size()).text();
-    for (const Secrets *secrets : { m_file.before().secrets.get(), m_file.now().secrets.get() }) {
-        if (secrets->text(plain) != plain || secrets->text(decoded) != decoded)
-            return true;
-    }
-    return false;
+    const int quote = inserted.startsWith('"') ? 1 : 0;
+    const QString plain = QString::fromLatin1(inserted.mid(quote, inserted.size() - 2 * quote));
+    const QString decoded = DecodedText(inserted, quote, inserted.size() - quote).text();
+    const auto repeats = [&](const Secrets &secrets) {
+        return secrets.text(plain) != plain || secrets.text(decoded) != decoded;
+    };
+    const Analysis &now = m_file.now();
+    return repeats(*now.secrets)
+        || (now.findings.hasSyntaxError() && repeats(*m_file.before().secrets));
 }
 
 // Each change takes the lines that it begins and ends in. It ends between two lines where it does so in
@@ -178,8 +186,7 @@ void Diff::findBlocks()
         const int first = qMax(0, m_before.lineOf(change.begin));
         const bool endsLine = change.end > change.begin && m_before.isLineBegin(change.end)
             && m_before.isLineBegin(change.begin) && change.inserted.isEmpty();
-        const int last =
-            endsLine ? m_before.lineFrom(change.end) : m_before.lineOf(change.end) + 1;
+        const int last = endsLine ? m_before.lineFrom(change.end) : m_before.lineOf(change.end) + 1;
         const int begin = m_before.begin(first) + shift;
         shift += change.inserted.size() - (change.end - change.begin);
         const int end = m_before.begin(last) + shift;
@@ -187,7 +194,7 @@ void Diff::findBlocks()
         const Block block = { { first, qMax(last, first) }, lines };
         if (!m_blocks.empty() && m_blocks.back().before.end >= first) {
             m_blocks.back().before.end = qMax(m_blocks.back().before.end, block.before.end);
-            m_blocks.back().after.end = qMax(m_blocks.back().after.end, block.after.end);
+            m_blocks.back().after.end = block.after.end;
         } else {
             m_blocks.push_back(block);
         }

@@ -422,11 +422,13 @@ bool endsEarly(const SourceText &text, const Token &error)
 
 } // namespace
 
-MendedText::MendedText(const SourceText &source)
+MendedText::MendedText(const SourceText &source, bool hasSlips)
     : m_source(source),
       m_text(source),
       m_budget(qint64(32) * 1024 * 1024 + 3 * qint64(source.size()))
 {
+    if (!hasSlips)
+        return;
     takeNulBytes();
     takeConflicts();
     takeMarkers();

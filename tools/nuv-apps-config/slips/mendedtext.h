@@ -16,7 +16,8 @@ class Reading;
 class MendedText
 {
 public:
-    explicit MendedText(const SourceText &source);
+    /// `hasSlips` is false for a text in which nothing needs to be looked for.
+    MendedText(const SourceText &source, bool hasSlips);
 
     /// Whether nothing had to be changed.
     bool isEmpty() const { return m_edits.empty(); }
