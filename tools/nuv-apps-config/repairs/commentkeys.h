@@ -2,7 +2,7 @@
 #define COMMENTKEYS_H
 
 #include "tools/nuv-apps-config/analysis/analysis.h"
-#include "tools/nuv-apps-config/repairs/surerepairs.h"
+#include "tools/nuv-apps-config/repairs/surerepair.h"
 
 #include <vector>
 

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+struct SureRepair;
+
 /// A file after all repairs that are sure. What they do not touch is the same to the byte.
 class RepairedFile
 {
@@ -43,7 +45,7 @@ private:
 
     void run(Manner manner);
     bool repairOnce();
-    bool repair(const std::vector<struct SureRepair> &repairs, size_t begin, size_t end);
+    bool repair(const std::vector<SureRepair> &repairs, size_t begin, size_t end);
 
     QString m_folder;
     Manner m_manner = Trusting;
