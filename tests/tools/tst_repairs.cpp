@@ -42,8 +42,9 @@ private slots:
 private:
     RepairedFile repaired(const QByteArray &bytes) const
     {
-        return RepairedFile(analyse(QLatin1String("test.json"), bytes, m_folder.path()),
-                            m_folder.path());
+        return RepairedFile(
+            analyse(QLatin1String("test.json"), bytes, DeviceFiles(m_folder.path())),
+            DeviceFiles(m_folder.path()));
     }
     void tryAnyFile(const QByteArray &bytes) const;
 
@@ -219,7 +220,8 @@ void tst_Repairs::whatIsRepairedReadsAsWasMeant()
         QVERIFY2(differing(readByLibrary(clean), readByLibrary(file.bytes())).isEmpty(), what);
         QVERIFY2(differing(readByLibrary(file.bytes()), readByLibrary(clean)).isEmpty(), what);
         QVERIFY2(!repaired(file.bytes()).isChanged(), what);
-        QCOMPARE(describe(file.now()), describe(*analyse(QString(), clean, m_folder.path())));
+        QCOMPARE(describe(file.now()),
+                 describe(*analyse(QString(), clean, DeviceFiles(m_folder.path()))));
     }
     QVERIFY(tried > 0);
 }

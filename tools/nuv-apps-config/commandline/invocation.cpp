@@ -187,6 +187,10 @@ bool parseCommandLine(const QStringList &arguments, Invocation *invocation, QStr
     invocation->reveal = parser.isSet(QLatin1String("reveal"));
     invocation->sort = parser.isSet(QLatin1String("sort"));
     invocation->write = parser.isSet(QLatin1String("write"));
+    if (parser.isSet(QLatin1String("diff")) && parser.isSet(QLatin1String("format"))) {
+        *error = QLatin1String("--diff has no other form than its own");
+        return false;
+    }
     invocation->fix = parser.isSet(QLatin1String("fix"));
     invocation->diff = parser.isSet(QLatin1String("diff"));
     invocation->failOn = severityNamed(parser.value(QLatin1String("fail-on")));

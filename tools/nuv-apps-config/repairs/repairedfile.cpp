@@ -117,8 +117,12 @@ bool RepairedFile::Attempt::isGood() const
         && (isRead || keepsTheOthers());
 }
 
-RepairedFile::RepairedFile(std::unique_ptr<Analysis> before, const QString &folder)
-    : m_folder(folder), m_before(std::move(before)), m_pieces(m_before->source.bytes())
+RepairedFile::RepairedFile(std::unique_ptr<Analysis> before, const DeviceFiles &files,
+                           const QStringList &ignored)
+    : m_files(files),
+      m_ignored(ignored),
+      m_before(std::move(before)),
+      m_pieces(m_before->source.bytes())
 {
     run(Trusting);
     if (isChanged() && now().findings.hasSyntaxError())
@@ -140,7 +144,7 @@ void RepairedFile::run(Manner manner)
 
 bool RepairedFile::repairOnce()
 {
-    const std::vector<SureRepair> repairs = SureRepairs::of(now(), m_folder);
+    const std::vector<SureRepair> repairs = SureRepairs::of(now(), m_files);
     return !repairs.empty() && repair(repairs, 0, repairs.size());
 }
 
@@ -150,7 +154,8 @@ bool RepairedFile::repair(const std::vector<SureRepair> &repairs, size_t begin, 
     const std::vector<Edit> edits = editsOf(repairs, begin, end);
     PieceTable pieces = m_pieces;
     pieces.apply(edits);
-    std::unique_ptr<Analysis> after = analyse(now().source.name(), pieces.text(), m_folder);
+    std::unique_ptr<Analysis> after =
+        analyse(now().source.name(), pieces.text(), m_files, ProgressSink(), m_ignored);
     if (!Attempt { now(), *after, repairs, begin, end, m_manner }.isGood()) {
         const size_t middle = begin + (end - begin) / 2;
         return end - begin > 1 && (repair(repairs, begin, middle) || repair(repairs, middle, end));

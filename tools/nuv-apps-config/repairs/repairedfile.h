@@ -20,8 +20,9 @@ public:
         QString text; ///< without secrets
     };
 
-    /// `folder` is where relative paths begin.
-    RepairedFile(std::unique_ptr<Analysis> before, const QString &folder);
+    /// `files` and `ignored` are those that the file was analysed with: what is ignored is not repaired.
+    RepairedFile(std::unique_ptr<Analysis> before, const DeviceFiles &files,
+                 const QStringList &ignored = QStringList());
 
     bool isChanged() const { return !m_mistakes.empty(); }
     QByteArray bytes() const { return now().source.bytes(); }
@@ -47,7 +48,8 @@ private:
     bool repairOnce();
     bool repair(const std::vector<SureRepair> &repairs, size_t begin, size_t end);
 
-    QString m_folder;
+    DeviceFiles m_files;
+    QStringList m_ignored;
     Manner m_manner = Trusting;
     std::unique_ptr<Analysis> m_before;
     std::unique_ptr<Analysis> m_now; ///< null as long as nothing is changed

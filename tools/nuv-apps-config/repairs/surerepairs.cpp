@@ -8,7 +8,6 @@
 #include "tools/nuv-apps-config/tree/edits.h"
 
 #include <QFileInfo>
-#include <QDir>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -50,9 +49,9 @@ bool isKeyOfLibrary(const QByteArray &key)
 class Judge
 {
 public:
-    Judge(const Analysis &analysis, const QString &folder)
+    Judge(const Analysis &analysis, const DeviceFiles &files)
         : m_bytes(analysis.source.bytes()),
-          m_folder(folder),
+          m_files(files),
           m_places(analysis.document),
           m_isUtf8(Utf8::isValid(m_bytes.constData(), m_bytes.size()))
     {
@@ -92,7 +91,7 @@ private:
     bool isFollowedBy(int end, const char *signs) const;
 
     const QByteArray &m_bytes;
-    QString m_folder;
+    const DeviceFiles &m_files;
     ValuePlaces m_places;
     bool m_isUtf8;
 };
@@ -292,7 +291,7 @@ Changes Judge::backslashes(const Finding &finding) const
     const bool hasNames = matches(path, "^[\\w.-]+(\\\\[\\w.-]+)+$");
     QByteArray slashes = path;
     slashes.replace('\\', '/');
-    if (hasNames && QFileInfo(QDir(m_folder), QString::fromLatin1(slashes)).isFile())
+    if (hasNames && QFileInfo(m_files.find(QString::fromLatin1(slashes))).isFile())
         return { Edit { begin, path.size(), slashes } };
     const bool isSure = !matches(path, "\\\\u[0-9a-fA-F]{4}")
         && (hasNames ? path.count('\\') > 1 : matches(path, "^[A-Za-z]:(\\\\[\\w .-]+)+$"));
@@ -438,7 +437,7 @@ const Sure *sureOf(const Finding &finding)
 }
 
 // The tree of a large file is only looked at where there is something to judge.
-std::vector<SureRepair> ofTable(const Analysis &analysis, const QString &folder, bool isSyntax)
+std::vector<SureRepair> ofTable(const Analysis &analysis, const DeviceFiles &files, bool isSyntax)
 {
     std::unique_ptr<Judge> judge;
     std::vector<SureRepair> repairs;
@@ -447,7 +446,7 @@ std::vector<SureRepair> ofTable(const Analysis &analysis, const QString &folder,
         if (!sure || isMistakeOfSyntax(finding) != isSyntax)
             continue;
         if (!judge)
-            judge.reset(new Judge(analysis, folder));
+            judge.reset(new Judge(analysis, files));
         const Changes edits = (judge.get()->*sure->edits)(finding);
         if (!edits.empty())
             repairs.push_back(judge->repairWith(finding, edits, sure->hidesValue));
@@ -457,15 +456,15 @@ std::vector<SureRepair> ofTable(const Analysis &analysis, const QString &folder,
 
 } // namespace
 
-std::vector<SureRepair> SureRepairs::of(const Analysis &analysis, const QString &folder)
+std::vector<SureRepair> SureRepairs::of(const Analysis &analysis, const DeviceFiles &files)
 {
     const std::vector<Finding> &all = analysis.findings.all();
     const bool hasMistakes = std::any_of(all.begin(), all.end(), [](const Finding &finding) {
         return isMistakeOfSyntax(finding) && !isComment(finding);
     });
     if (hasMistakes)
-        return apart(ofTable(analysis, folder, true));
+        return apart(ofTable(analysis, files, true));
     if (std::any_of(all.begin(), all.end(), isComment))
         return apart(CommentKeys::repairs(analysis));
-    return apart(ofTable(analysis, folder, false));
+    return apart(ofTable(analysis, files, false));
 }

@@ -12,7 +12,7 @@ namespace SureRepairs {
 /// Those of the finding's own proposals that are sure, and some that no hint can propose. In order, and
 /// apart from each other. As long as a mistake in the syntax is left, what keys and values mean is not
 /// repaired: the tree is not sure then. Comments come after all else in the syntax.
-std::vector<SureRepair> of(const Analysis &analysis, const QString &folder);
+std::vector<SureRepair> of(const Analysis &analysis, const DeviceFiles &files);
 
 } // namespace SureRepairs
 
