@@ -20,11 +20,11 @@ install(FILES ${nuv_public_headers} ${nuv_forwarding_headers}
 
 # The CMake package.
 
-if(NUV_QT_MAJOR_VERSION EQUAL 5)
-    string(REPLACE "Qt5::" "Qt5" nuv_modules "${nuv_toolkit_modules}")
+if(NUV_QT_MAJOR_VERSION GREATER_EQUAL 5)
+    string(REPLACE "::" "" nuv_modules "${nuv_toolkit_modules}")
     set(nuv_find_toolkit "")
     foreach(module IN LISTS nuv_modules)
-        string(APPEND nuv_find_toolkit "find_dependency(${module} 5.15)\n")
+        string(APPEND nuv_find_toolkit "find_dependency(${module} ${nuv_toolkit_version})\n")
     endforeach()
 else()
     string(REPLACE "Qt4::" "" nuv_modules "${nuv_toolkit_modules}")

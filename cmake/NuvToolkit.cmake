@@ -1,6 +1,7 @@
-# Finds the toolkit and gives its modules the same names for Qt 4 and Qt 5:
+# Finds the toolkit and gives its modules the same names, whatever its major version:
 #   nuv::Core, nuv::WebKit (with NUV_WITH_HOOKS), nuv::Test (with BUILD_TESTING).
-# nuv_toolkit_modules has the toolkit's own names of what the library needs.
+# nuv_toolkit_modules has the toolkit's own names of what the library needs, nuv_toolkit_version the
+# oldest version that it needs.
 
 set(nuv_toolkit_modules "")
 
@@ -44,15 +45,28 @@ function(nuv_refuse_qt4 qmake)
         "-DNUV_WITH_HOOKS=OFF, for one without QtTest -DBUILD_TESTING=OFF.")
 endfunction()
 
-if(NUV_QT_MAJOR_VERSION EQUAL 5)
-    find_package(Qt5 5.15 REQUIRED COMPONENTS Core)
+if(NUV_QT_MAJOR_VERSION EQUAL 6)
+    if(NUV_WITH_HOOKS)
+        message(FATAL_ERROR "NUV_WITH_HOOKS needs QtWebKit, which Qt 6 does not have: "
+            "leave it OFF, or build with Qt 5 or 4.")
+    endif()
+    set(nuv_toolkit_version 6.4)
+    find_package(Qt6 ${nuv_toolkit_version} REQUIRED COMPONENTS Core)
+    nuv_name_module(Core Qt6::Core)
+    if(BUILD_TESTING)
+        find_package(Qt6 ${nuv_toolkit_version} REQUIRED COMPONENTS Test)
+        nuv_name_module(Test Qt6::Test)
+    endif()
+elseif(NUV_QT_MAJOR_VERSION EQUAL 5)
+    set(nuv_toolkit_version 5.15)
+    find_package(Qt5 ${nuv_toolkit_version} REQUIRED COMPONENTS Core)
     nuv_name_module(Core Qt5::Core)
     if(NUV_WITH_HOOKS)
-        find_package(Qt5 5.15 REQUIRED COMPONENTS WebKitWidgets)
+        find_package(Qt5 ${nuv_toolkit_version} REQUIRED COMPONENTS WebKitWidgets)
         nuv_name_module(WebKit Qt5::WebKitWidgets)
     endif()
     if(BUILD_TESTING)
-        find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+        find_package(Qt5 ${nuv_toolkit_version} REQUIRED COMPONENTS Test)
         nuv_name_module(Test Qt5::Test)
     endif()
 elseif(NUV_QT_MAJOR_VERSION EQUAL 4)
@@ -81,5 +95,5 @@ elseif(NUV_QT_MAJOR_VERSION EQUAL 4)
         nuv_name_module(Test Qt4::QtTest)
     endif()
 else()
-    message(FATAL_ERROR "NUV_QT_MAJOR_VERSION is ${NUV_QT_MAJOR_VERSION}; it must be 5 or 4")
+    message(FATAL_ERROR "NUV_QT_MAJOR_VERSION is ${NUV_QT_MAJOR_VERSION}; it must be 6, 5 or 4")
 endif()

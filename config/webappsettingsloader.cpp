@@ -4,9 +4,10 @@
 #include "settings/jsonsettingsformat.h"
 
 #include <QFile>
-#include <QScopedPointer>
 #include <QSettings>
 #include <QStringList>
+
+#include <memory>
 
 namespace {
 
@@ -146,12 +147,12 @@ bool WebAppSettingsPrivate::isUsable() const
 
 void WebAppSettingsPrivate::load(const QString &path)
 {
-    QScopedPointer<QSettings> opened(new QSettings(path, JsonSettingsFormat, nullptr));
-    settings = opened.data();
+    std::unique_ptr<QSettings> opened(new QSettings(path, JsonSettingsFormat, nullptr));
+    settings = opened.get();
     loadGlobal();
     if (isUsable())
         loadApplications();
-    opened.take(); // nothing can throw any more: it is kept until the process ends
+    opened.release(); // nothing can throw any more: it is kept until the process ends
 }
 
 void WebAppSettingsPrivate::loadGlobal()

@@ -125,7 +125,7 @@ QVariant floatingValue(const char *begin, const char *end)
     double shortDecimal;
     if (readShortDecimal(begin, end, &shortDecimal))
         return shortDecimal;
-    return QByteArray(begin, int(end - begin)).toDouble();
+    return QtCompat::toDouble(QByteArray(begin, int(end - begin)));
 }
 
 QVariant integerValue(const char *begin, const char *end)
@@ -141,7 +141,7 @@ QVariant integerValue(const char *begin, const char *end)
     const qlonglong longValue = text.toLongLong(&ok);
     if (ok)
         return longValue;
-    return text.toDouble();
+    return QtCompat::toDouble(text);
 }
 
 inline quint32 fourBytes(const char *bytes)

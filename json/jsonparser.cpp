@@ -121,7 +121,7 @@ Q_ALWAYS_INLINE void JsonParser::build(int rule, Slot *sym)
         break;
 
     case 2: { // Members ::= Member
-        QVariant members = QVariantMap();
+        QVariant members = QtCompat::toVariant(QtCompat::MultiMap());
         addMember(members, sym[1]);
         sym[1].value.swap(members);
         break;
@@ -132,7 +132,7 @@ Q_ALWAYS_INLINE void JsonParser::build(int rule, Slot *sym)
         break;
 
     case 4: // Members ::= (empty)
-        sym[1].value = QVariantMap();
+        sym[1].value = QtCompat::toVariant(QtCompat::MultiMap());
         break;
 
     case 5: // Member ::= "string" ":" Value

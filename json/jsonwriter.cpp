@@ -74,7 +74,7 @@ public:
         m_out += size;
     }
 
-    void append(const QByteArray &bytes) { append(bytes.constData(), bytes.size()); }
+    void append(const QByteArray &bytes) { append(bytes.constData(), int(bytes.size())); }
 
     void appendSpaces(int count)
     {
@@ -202,7 +202,8 @@ private:
 
 bool isContainer(const QVariant &value)
 {
-    return VariantTree::isContainer(value) || value.userType() == QMetaType::QStringList;
+    return VariantTree::isContainer(value) || value.userType() == QMetaType::QStringList
+        || QtCompat::isOtherMap(value);
 }
 
 void Printer::startLine()
@@ -234,7 +235,7 @@ QByteArray Printer::print(const QVariant &root)
 // steps on before it prints: opening a level may move the others.
 void Printer::printEntries()
 {
-    const int depth = m_levels.size();
+    const int depth = int(m_levels.size());
     Level &level = m_levels.last();
     while (level.hasNext()) {
         if (level.isObject)
@@ -249,7 +250,7 @@ void Printer::printEntries()
 
 void Printer::printMember(Level &level)
 {
-    const QVariantMap::const_iterator member = level.member++;
+    const QtCompat::MultiMap::const_iterator member = level.member++;
     startEntry(level.index++ == 0);
     printString(member.key());
     m_text.append(':');
@@ -302,20 +303,23 @@ void Printer::printValue(const QVariant &value)
     }
 }
 
-// The types that no parser makes. A character is written without quotes on purpose, because files rely
+// The types that no parser makes; and with Qt 6 the map that it makes, whose type has a number only at
+// run time. A character is written without quotes on purpose, because files rely
 // on it.
 void Printer::printOther(const QVariant &value)
 {
-    if (value.userType() == QMetaType::QChar) {
+    if (VariantTree::isMap(value)) {
+        open('{', value);
+    } else if (value.userType() == QMetaType::QChar) {
         const ushort unit = value.toChar().unicode();
         char escape[6];
         if (unit > 127)
             m_text.append(escape, int(writeUnit(escape, unit) - escape));
         else
             m_text.append(char(unit));
-    } else if (value.canConvert(QVariant::LongLong)) {
+    } else if (value.canConvert<qlonglong>()) {
         printInteger(value.toLongLong());
-    } else if (value.canConvert(QVariant::String)) {
+    } else if (value.canConvert<QString>()) {
         printString(value.toString());
     }
 }

@@ -21,10 +21,10 @@ void setAside(QVariant &child, Nodes &pending)
 void setChildrenAside(QVariant &node, Nodes &pending)
 {
     if (VariantTree::isMap(node)) {
-        QVariantMap &map = VariantTree::map(node);
+        QtCompat::MultiMap &map = VariantTree::map(node);
         if (!map.isDetached())
             return;
-        for (QVariantMap::iterator it = map.begin(); it != map.end(); ++it)
+        for (QtCompat::MultiMap::iterator it = map.begin(); it != map.end(); ++it)
             setAside(it.value(), pending);
     } else {
         QVariantList &list = VariantTree::list(node);

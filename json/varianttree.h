@@ -1,6 +1,8 @@
 #ifndef VARIANTTREE_H
 #define VARIANTTREE_H
 
+#include "global/qtcompat.h"
+
 #include <QVariant>
 
 /// Access to variant trees without copies and without recursion.
@@ -11,7 +13,7 @@ namespace VariantTree {
 
 inline bool isMap(const QVariant &value)
 {
-    return value.userType() == QMetaType::QVariantMap;
+    return value.userType() == QtCompat::multiMapType();
 }
 
 inline bool isList(const QVariant &value)
@@ -22,7 +24,7 @@ inline bool isList(const QVariant &value)
 inline bool isContainer(const QVariant &value)
 {
     const int type = value.userType();
-    return type == QMetaType::QVariantMap || type == QMetaType::QVariantList;
+    return type == QtCompat::multiMapType() || type == QMetaType::QVariantList;
 }
 
 /// The container in its variant, to be changed in place. Taking it out and putting it back would
@@ -30,14 +32,14 @@ inline bool isContainer(const QVariant &value)
 ///
 /// A variant has room for the handle of a container and never shares it with another variant, so that
 /// there is nothing to detach, as QVariant::data() would.
-inline QVariantMap &map(QVariant &value)
+inline QtCompat::MultiMap &map(QVariant &value)
 {
-    return *static_cast<QVariantMap *>(const_cast<void *>(value.constData()));
+    return *static_cast<QtCompat::MultiMap *>(const_cast<void *>(value.constData()));
 }
 
-inline const QVariantMap &map(const QVariant &value)
+inline const QtCompat::MultiMap &map(const QVariant &value)
 {
-    return *static_cast<const QVariantMap *>(value.constData());
+    return *static_cast<const QtCompat::MultiMap *>(value.constData());
 }
 
 /// As map(); `value` must be a list.
@@ -56,9 +58,12 @@ inline const QVariantList &list(const QVariant &value)
 struct Level {
     Level() : isObject(false), index(0) {}
 
-    explicit Level(const QVariant &container) : isObject(isMap(container)), index(0)
+    explicit Level(const QVariant &container)
+        : isObject(isMap(container) || QtCompat::isOtherMap(container)), index(0)
     {
-        if (isObject)
+        if (QtCompat::isOtherMap(container))
+            map = QtCompat::toMultiMap(container);
+        else if (isObject)
             map = VariantTree::map(container);
         else
             list = container.toList();
@@ -68,8 +73,8 @@ struct Level {
     bool hasNext() const { return isObject ? member != map.constEnd() : index < list.size(); }
 
     bool isObject;
-    QVariantMap map;
-    QVariantMap::const_iterator member;
+    QtCompat::MultiMap map;
+    QtCompat::MultiMap::const_iterator member;
     QVariantList list;
     int index; ///< of the entries that were visited
 };

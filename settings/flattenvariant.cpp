@@ -56,7 +56,7 @@ private:
     struct OpenContainer {
         OpenContainer() : index(0) {}
         QVariant container; ///< taken out of its parent
-        QVariantMap::iterator member; ///< the next one of an object
+        QtCompat::MultiMap::iterator member; ///< the next one of an object
         int index; ///< of the next element of an array
         QString
             sizeKey; ///< of an array; made when it is opened, as its elements may change the prefix
@@ -124,7 +124,7 @@ void Flattener::visitEntries()
         return;
     if (VariantTree::isList(innermost.container)) {
         m_isElement = true;
-        QVariant size = VariantTree::list(innermost.container).size();
+        QVariant size = int(VariantTree::list(innermost.container).size());
         store(innermost.sizeKey, size);
     }
     m_containers.pop_back();
@@ -133,9 +133,9 @@ void Flattener::visitEntries()
 
 void Flattener::visitMembers(OpenContainer &object, size_t depth)
 {
-    const QVariantMap::iterator end = VariantTree::map(object.container).end();
+    const QtCompat::MultiMap::iterator end = VariantTree::map(object.container).end();
     while (m_containers.size() == depth && object.member != end) {
-        const QVariantMap::iterator member = object.member++;
+        const QtCompat::MultiMap::iterator member = object.member++;
         visit(member.key(), member.value());
     }
 }
@@ -154,7 +154,7 @@ void Flattener::visit(const QString &name, QVariant &value)
 {
     const bool isContainer = VariantTree::isContainer(value);
     if (!isContainer)
-        store(QStringRef(&m_prefix) % name, value);
+        store(QtCompat::view(m_prefix) % name, value);
     if (!isContainer && m_isPath && !hasSeparator(name))
         return; // entering and leaving the component would change nothing
     m_prefix += name;

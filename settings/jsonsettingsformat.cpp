@@ -1,5 +1,6 @@
 #include "settings/jsonsettingsformat.h"
 
+#include "global/qtcompat.h"
 #include "json/jsonparser.h"
 #include "json/jsonwriter.h"
 #include "json/varianttree.h"
@@ -10,7 +11,7 @@
 bool readJsonSettings(QIODevice &device, QSettings::SettingsMap &map)
 {
     QString errorMessage;
-    QVariant tree = parseJson(device.readAll(), &errorMessage);
+    QVariant tree = parseJson(QtCompat::readAll(device), &errorMessage);
     const VariantTree::Disposer disposer(tree);
     if (!errorMessage.isEmpty()) {
         // As the debug stream of Qt 4 writes a string: in quotes and with a space after it.

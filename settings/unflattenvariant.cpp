@@ -4,16 +4,17 @@
 #include "json/varianttree.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
 // The object in `node`. Anything else that the node holds is dropped for an empty object.
-QVariantMap &makeObject(QVariant &node)
+QtCompat::MultiMap &makeObject(QVariant &node)
 {
     if (!VariantTree::isMap(node)) {
-        const QVariantMap object = node.toMap();
+        const QtCompat::MultiMap object = QtCompat::toMultiMap(node);
         VariantTree::dispose(node);
-        node = object;
+        node = QtCompat::toVariant(object);
     }
     return VariantTree::map(node);
 }
@@ -22,9 +23,9 @@ QVariantMap &makeObject(QVariant &node)
 // order.
 QVariant &entry(QVariant &node, const QString &name)
 {
-    QVariantMap &object = makeObject(node);
-    QVariantMap::iterator next = object.end();
-    if (!object.isEmpty() && !((next - 1).key() < name)) {
+    QtCompat::MultiMap &object = makeObject(node);
+    QtCompat::MultiMap::iterator next = object.end();
+    if (!object.isEmpty() && !(std::prev(next).key() < name)) {
         next = object.lowerBound(name);
         if (next.key() == name)
             return next.value();
@@ -36,11 +37,11 @@ QVariant &entry(QVariant &node, const QString &name)
 // position.
 void makeArray(QVariant &node, int size)
 {
-    QVariantMap &object = makeObject(node);
+    QtCompat::MultiMap &object = makeObject(node);
     QVariantList list;
     for (int position = 1; position <= size; ++position) {
         list.append(QVariant());
-        const QVariantMap::iterator element = object.find(QString::number(position));
+        const QtCompat::MultiMap::iterator element = object.find(QString::number(position));
         if (element != object.end())
             list.last().swap(element.value());
     }
@@ -85,7 +86,7 @@ void Unflattener::openParent(const QString &key)
         m_path.pop_back();
     m_key = key;
     int begin = m_path.back().end + 1;
-    for (int end; (end = key.indexOf(FlatKeySeparator, begin)) >= 0; begin = end + 1) {
+    for (int end; (end = int(key.indexOf(FlatKeySeparator, begin))) >= 0; begin = end + 1) {
         const Component opened = { end, &entry(*m_path.back().node, key.mid(begin, end - begin)) };
         m_path.push_back(opened);
     }

@@ -16,10 +16,13 @@
 #include "tests/support/smallstackthread.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
+#include "tests/support/toolkitdifferences.h"
 
 #include <QBuffer>
+#include <QHash>
 #include <QSettings>
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -152,17 +155,35 @@ private:
 class CopyingMap : public Work
 {
 public:
-    CopyingMap() : m_map(documentTree().toMap()) {}
+    CopyingMap() : m_map(QtCompat::toMultiMap(documentTree())) {}
     void run() override
     {
         m_copy = m_map;
         m_copy.detach();
     }
-    QByteArray result() const override { return describe(m_copy); }
+    QByteArray result() const override { return describe(QtCompat::toVariant(m_copy)); }
 
 private:
-    const QVariantMap m_map;
-    QVariantMap m_copy;
+    const QtCompat::MultiMap m_map;
+    QtCompat::MultiMap m_copy;
+};
+
+// What the toolkit alone does first when one of the copies of a bag is to change.
+class CopyingHash : public Work
+{
+public:
+    CopyingHash() : m_key(QLatin1String("Url")) { m_hash.insert(m_key, m_key); }
+    void run() override
+    {
+        m_copy = m_hash;
+        m_copy.detach();
+    }
+    QByteArray result() const override { return m_copy.value(m_key).toString().toLatin1(); }
+
+private:
+    const QString m_key;
+    QHash<QString, QVariant> m_hash;
+    QHash<QString, QVariant> m_copy;
 };
 
 // What the toolkit alone does with the one number of the document that needs memory for it.
@@ -350,6 +371,7 @@ const struct {
     { "flattening", make<Flattening> },
     { "unflattening", make<Unflattening> },
     { "the toolkit's copying of a map", make<CopyingMap> },
+    { "the toolkit's copying of a hash", make<CopyingHash> },
     { "the toolkit's reading of digits", make<ReadingDigits> },
     { "the toolkit's writing of digits", make<WritingDigits> },
     { "setting in a tree", make<SettingInTree> },
@@ -443,7 +465,7 @@ Sweep sweep(const QByteArray &name, Allocations::Duration duration)
 }
 
 // Where the toolkit may lose blocks of its own, and how often it comes there. It loses what it has copied
-// of a map when it cannot copy all of it; Qt 4 loses what it has of a number between digits and double.
+// of a map when it cannot copy all of it, and so does Qt 6 with a hash; Qt 4 loses what it has of a number between digits and double.
 // The read callback reads this document twice, since it is not a plain one.
 const struct {
     const char *work;
@@ -452,6 +474,8 @@ const struct {
 } lossyWorks[] = {
     { "the toolkit's copying of a map", "the toolkit's copying of a map", 1 },
     { "setting in a tree", "the toolkit's copying of a map", 1 },
+    { "the toolkit's copying of a hash", "the toolkit's copying of a hash", 1 },
+    { "filling bags", "the toolkit's copying of a hash", 1 },
     { "the toolkit's reading of digits", "the toolkit's reading of digits", 1 },
     { "parsing", "the toolkit's reading of digits", 1 },
     { "parsing with an error", "the toolkit's reading of digits", 1 },
@@ -598,9 +622,15 @@ void tst_AllocationFailures::afterAFirstRequestThatFailedTheNextSucceeds()
     planned.place = BehindOpening;
     planned.duration = Allocations::Duration(duration);
     int exceptions = 0;
+    int ends = 0;
     int outcome = 0;
     for (planned.number = 1; !(outcome & NothingFailed); ++planned.number) {
         outcome = ChildProcess([&] { return askTwice(expected); }).wait();
+        if (outcome == -SIGABRT && ToolkitDifferences::endsWithoutMemoryForAHash()) {
+            ++ends;
+            outcome = 0;
+            continue;
+        }
         QVERIFY2(outcome >= 0 && (outcome & SecondIsRight),
                  QByteArray::number(outcome).constData());
         QVERIFY2(!(outcome & FirstThrew) || (outcome & NothingLeaked),
@@ -610,6 +640,7 @@ void tst_AllocationFailures::afterAFirstRequestThatFailedTheNextSucceeds()
     std::printf("first request, failing %s: %ld points, %d exceptions\n", QTest::currentDataTag(),
                 planned.number - 2, exceptions);
     QVERIFY(exceptions > 0);
+    QCOMPARE(ends > 0, ToolkitDifferences::endsWithoutMemoryForAHash());
 }
 
 void tst_AllocationFailures::failuresAreExceptionsOrHaveNoEffect_data()
@@ -618,6 +649,8 @@ void tst_AllocationFailures::failuresAreExceptionsOrHaveNoEffect_data()
     QTest::addColumn<int>("duration");
     for (const auto &work : works) {
         const QByteArray name = work.name;
+        if (work.make == make<Loading> && ToolkitDifferences::endsWithoutMemoryForAHash())
+            continue;
         QTest::newRow(work.name) << name << int(Allocations::Once);
         QTest::newRow((name + ", from then on").constData())
             << name << int(Allocations::FromThenOn);

@@ -276,8 +276,8 @@ void tst_InputFailures::filesCutAtAnyByteGiveAllOrNothing()
         QVERIFY2(state == complete || state == withoutKeys, state.constData());
         wholes += state == complete ? 1 : 0;
     }
-    std::printf("files cut: %d cases, %d loaded whole, the others not at all\n", text.size() + 1,
-                wholes);
+    std::printf("files cut: %d cases, %d loaded whole, the others not at all\n",
+                int(text.size()) + 1, wholes);
     QCOMPARE(wholes, 2);
 }
 

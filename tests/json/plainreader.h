@@ -120,7 +120,7 @@ private:
         if (!fits)
             m_value = number.toLongLong(&fits);
         if (!fits || isFloating)
-            m_value = number.toDouble();
+            m_value = QtCompat::toDouble(number);
         return Number;
     }
 
@@ -175,7 +175,7 @@ private:
     // A comma may stand in front of the first entry, but none behind the last.
     bool readObject(QVariant &value)
     {
-        QVariantMap object;
+        QtCompat::MultiMap object;
         if (m_token == Text && !readMember(object))
             return false;
         while (m_token == ',') {
@@ -185,11 +185,11 @@ private:
             if (!readMember(object))
                 return false;
         }
-        value = object;
+        value = QtCompat::toVariant(object);
         return m_token == '}' || fail("'}', ','");
     }
 
-    bool readMember(QVariantMap &object)
+    bool readMember(QtCompat::MultiMap &object)
     {
         const QString key = m_value.toString();
         advance();

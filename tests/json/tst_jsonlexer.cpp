@@ -55,7 +55,7 @@ QVariant numberValue(const QByteArray &text)
         if (ok)
             return longValue;
     }
-    return text.toDouble();
+    return QtCompat::toDouble(text);
 }
 
 // What a string reads as, byte by byte as it is documented, without any shortcut.
@@ -80,7 +80,7 @@ QChar escaped(char letter)
 
 PlainString readPlainly(const QByteArray &data)
 {
-    PlainString result = { T_ERROR, QString(), data.size() };
+    PlainString result = { T_ERROR, QString(), int(data.size()) };
     bool isEscaped = false;
     for (int i = 1; i < data.size(); ++i) {
         const char c = data.at(i);

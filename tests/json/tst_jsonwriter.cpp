@@ -307,10 +307,11 @@ void tst_JsonWriter::aValueOfNoTextLeavesItsPlaceEmpty()
 
 void tst_JsonWriter::equalKeysAreAllWritten()
 {
-    QVariantMap map;
-    QtCompat::insertMulti(map, QLatin1String("k")) = 1;
-    QtCompat::insertMulti(map, QLatin1String("k")) = 2;
-    QtCompat::insertMulti(map, QLatin1String("a")) = 3;
+    QtCompat::MultiMap entries;
+    QtCompat::insertMulti(entries, QLatin1String("k")) = 1;
+    QtCompat::insertMulti(entries, QLatin1String("k")) = 2;
+    QtCompat::insertMulti(entries, QLatin1String("a")) = 3;
+    const QVariant map = QtCompat::toVariant(entries);
 
     QCOMPARE(JsonWriter::serializeCompact(map), json("{'a':3,'k':2,'k':1}"));
     QCOMPARE(JsonWriter::serialize(map, 1, 0), json("{\n 'a':3,\n 'k':2,\n 'k':1\n}"));
@@ -448,7 +449,7 @@ void tst_JsonWriter::whatIsEscapedIsTheTextOfTheValue()
     QCOMPARE(JsonWriter::escapeString(value), text);
 }
 
-// Latin-1 to Qt 4, or the codec for C strings; UTF-8 to Qt 5. Both end at a NUL.
+// Latin-1 to Qt 4, or the codec for C strings; UTF-8 to Qt 5 and 6. To all but Qt 6 they end at a NUL.
 void tst_JsonWriter::byteArraysAreTextAsTheToolkitReadsIt_data()
 {
     QTest::addColumn<QByteArray>("codec");
@@ -466,7 +467,9 @@ void tst_JsonWriter::byteArraysAreTextAsTheToolkitReadsIt_data()
         << QByteArray("UTF-8") << QByteArray("\xc3\xa9") << json("'\\u00e9'") << json("'\\u00e9'");
     QTest::newRow("another codec")
         << QByteArray("KOI8-R") << QByteArray("\xc1") << json("'\\u0430'") << json("'\\ufffd'");
-    QTest::newRow("NUL") << none << QByteArray("a\0b", 3) << json("'a'") << json("'a'");
+    QTest::newRow("NUL") << none << QByteArray("a\0b", 3) << json("'a'")
+                         << ToolkitDifferences::either(json("'a'"), json("'a'"),
+                                                       QByteArray("\"a\0b\"", 5));
 }
 
 void tst_JsonWriter::byteArraysAreTextAsTheToolkitReadsIt()

@@ -24,6 +24,11 @@ struct Counted {
 
 int Counted::count = 0;
 
+QVariant emptyMap()
+{
+    return QtCompat::toVariant(QtCompat::MultiMap());
+}
+
 QVariant listAround(QVariant inner)
 {
     QVariant list = QVariantList();
@@ -34,7 +39,7 @@ QVariant listAround(QVariant inner)
 
 QVariant mapAround(QVariant inner)
 {
-    QVariant map = QVariantMap();
+    QVariant map = emptyMap();
     QtCompat::insertMulti(VariantTree::map(map), QLatin1String("a")).swap(inner);
     return map;
 }
@@ -102,21 +107,21 @@ void tst_VariantTree::init()
 
 void tst_VariantTree::onlyMapsAndListsAreContainers()
 {
-    QVERIFY(VariantTree::isMap(QVariantMap()));
+    QVERIFY(VariantTree::isMap(emptyMap()));
     QVERIFY(!VariantTree::isMap(QVariantList()));
     QVERIFY(!VariantTree::isMap(QVariantHash()));
     QVERIFY(!VariantTree::isMap(QVariant()));
     QVERIFY(VariantTree::isList(QVariantList()));
-    QVERIFY(!VariantTree::isList(QVariantMap()));
+    QVERIFY(!VariantTree::isList(emptyMap()));
     QVERIFY(!VariantTree::isList(QStringList()));
     QVERIFY(!VariantTree::isList(QVariant()));
 }
 
 void tst_VariantTree::containersAreChangedInPlace()
 {
-    QVariant map = QVariantMap();
+    QVariant map = emptyMap();
     QVariant list = QVariantList();
-    const QVariantMap *const mapBefore = &VariantTree::map(map);
+    const QtCompat::MultiMap *const mapBefore = &VariantTree::map(map);
 
     VariantTree::map(map).insert(QLatin1String("k"), 1);
     VariantTree::list(list).append(2);
@@ -138,7 +143,7 @@ void tst_VariantTree::scalarsBecomeInvalid()
 
 void tst_VariantTree::emptyContainersBecomeInvalid()
 {
-    QVariant map = QVariantMap();
+    QVariant map = emptyMap();
     QVariant list = QVariantList();
 
     VariantTree::dispose(map);
@@ -152,7 +157,7 @@ void tst_VariantTree::everyValueIsFreed()
 {
     QVariantList list;
     list << counted() << mapAround(counted()) << listAround(listAround(counted())) << QVariant()
-         << QVariant(QVariantList()) << QVariant(QVariantMap());
+         << QVariant(QVariantList()) << emptyMap();
     QVariant tree = mapAround(list);
     list.clear();
     QCOMPARE(Counted::count, 3);
@@ -165,7 +170,7 @@ void tst_VariantTree::everyValueIsFreed()
 
 void tst_VariantTree::allEntriesOfAKeyAreFreed()
 {
-    QVariant tree = QVariantMap();
+    QVariant tree = emptyMap();
     for (int i = 0; i < 3; ++i)
         QtCompat::insertMulti(VariantTree::map(tree), QLatin1String("a")) = listAround(counted());
     QCOMPARE(Counted::count, 3);

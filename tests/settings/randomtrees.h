@@ -23,7 +23,7 @@ public:
         const int kind = depth == 0 ? 0 : below(5);
         if (kind < 2)
             return scalar();
-        return kind == 2 ? QVariant(array(depth)) : QVariant(object(depth));
+        return kind == 2 ? QVariant(array(depth)) : QtCompat::toVariant(object(depth));
     }
 
     QSettings::SettingsMap settingsMap()
@@ -77,9 +77,9 @@ private:
         return list;
     }
 
-    QVariantMap object(int depth)
+    QtCompat::MultiMap object(int depth)
     {
-        QVariantMap map;
+        QtCompat::MultiMap map;
         for (int count = below(5); count > 0; --count) {
             QVariant &member = QtCompat::insertMulti(map, key());
             member = tree(depth - 1);

@@ -1,6 +1,8 @@
 #ifndef REFERENCEFORMAT_H
 #define REFERENCEFORMAT_H
 
+#include "global/qtcompat.h"
+
 #include <QSettings>
 #include <QString>
 #include <QVariant>
@@ -10,9 +12,10 @@
 
 inline void referenceFlatten(QString &prefix, QSettings::SettingsMap &map, const QVariant &value)
 {
-    if (value.userType() == QMetaType::QVariantMap) {
-        const QVariantMap object = value.toMap();
-        for (QVariantMap::const_iterator it = object.constBegin(); it != object.constEnd(); ++it) {
+    if (value.userType() == QtCompat::multiMapType()) {
+        const QtCompat::MultiMap object = QtCompat::toMultiMap(value);
+        for (QtCompat::MultiMap::const_iterator it = object.constBegin(); it != object.constEnd();
+             ++it) {
             prefix += it.key() + QLatin1String("/");
             referenceFlatten(prefix, map, it.value());
         }
@@ -29,19 +32,27 @@ inline void referenceFlatten(QString &prefix, QSettings::SettingsMap &map, const
     prefix.truncate(prefix.lastIndexOf(QLatin1String("/"), -2) + 1);
 }
 
+/// What `object` holds under `key`, as the map of the other toolkits gives and replaces it.
+inline QVariant &referenceEntry(QtCompat::MultiMap &object, const QString &key)
+{
+    const QtCompat::MultiMap::iterator found = object.find(key);
+    return found == object.end() ? object.insert(key, QVariant()).value() : found.value();
+}
+
 inline QVariant referenceUnflatten(const QVariant &node, const QString &key, const QVariant &value)
 {
-    QVariantMap object = node.toMap();
-    const int separator = key.indexOf(QLatin1String("/"));
+    QtCompat::MultiMap object = QtCompat::toMultiMap(node);
+    const int separator = int(key.indexOf(QLatin1String("/")));
     if (separator >= 0) {
         const QString head = key.left(separator);
         const QString rest = key.mid(separator + 1);
-        object.insert(head, referenceUnflatten(object.value(head), rest, value));
-        return object;
+        QVariant &entry = referenceEntry(object, head);
+        entry = referenceUnflatten(entry, rest, value);
+        return QtCompat::toVariant(object);
     }
     if (key != QLatin1String("size")) {
-        object.insert(key, value);
-        return object;
+        referenceEntry(object, key) = value;
+        return QtCompat::toVariant(object);
     }
     QVariantList array;
     for (int n = 1; n <= value.toInt(); ++n)

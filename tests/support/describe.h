@@ -1,6 +1,8 @@
 #ifndef DESCRIBE_H
 #define DESCRIBE_H
 
+#include "global/qtcompat.h"
+
 #include <QByteArray>
 #include <QMap>
 #include <QStringList>
@@ -42,10 +44,10 @@ inline QByteArray describeList(const QVariantList &list)
     return result + "]";
 }
 
-inline QByteArray describeMap(const QVariantMap &map)
+inline QByteArray describeMap(const QtCompat::MultiMap &map)
 {
     QByteArray result = "{";
-    for (QVariantMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it) {
+    for (QtCompat::MultiMap::const_iterator it = map.constBegin(); it != map.constEnd(); ++it) {
         result += (it == map.constBegin() ? "" : ", ") + describeText(it.key()) + ": "
             + describe(it.value());
     }
@@ -55,6 +57,8 @@ inline QByteArray describeMap(const QVariantMap &map)
 /// The type and the value of a variant, as in `int 1`, `double 0.5`, `string "x"`, `[bool true]`.
 inline QByteArray describe(const QVariant &value)
 {
+    if (value.userType() == QtCompat::multiMapType() || QtCompat::isOtherMap(value))
+        return describeMap(QtCompat::toMultiMap(value));
     switch (value.userType()) {
     case QVariant::Invalid:
         return "invalid";
@@ -68,8 +72,6 @@ inline QByteArray describe(const QVariant &value)
         return "strings " + describeList(value.toList());
     case QMetaType::QVariantList:
         return describeList(value.toList());
-    case QMetaType::QVariantMap:
-        return describeMap(value.toMap());
     default:
         return QByteArray(value.typeName()) + ' ' + value.toString().toUtf8();
     }

@@ -4,7 +4,6 @@
 #include <QLocale>
 #include <QMetaMethod>
 #include <QProcess>
-#include <QTextCodec>
 
 #ifdef QT_GUI_LIB
 #include <QImage>
@@ -25,11 +24,15 @@
 
 #include <limits>
 
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+#include <QTextCodec>
+#endif
+
 #if QT_VERSION >= QT_VERSION_CHECK(5, 0, 0)
 #include <QLoggingCategory>
 #endif
 
-/// Where the two toolkits give different answers, and why. Tests ask here, so that no other test
+/// Where the toolkits give different answers, and why. Tests ask here, so that no other test
 /// source needs to know which toolkit it is built with.
 namespace ToolkitDifferences {
 
@@ -45,11 +48,23 @@ inline bool isQt4()
     return QT_VERSION < QT_VERSION_CHECK(5, 0, 0);
 }
 
-/// The one of two values that this toolkit gives, where a test states both.
+inline bool isQt6()
+{
+    return QT_VERSION >= QT_VERSION_CHECK(6, 0, 0);
+}
+
+/// The one of two values that this toolkit gives, where a test states both. Qt 6 is like Qt 5.
 template<typename Value>
 Value either(Value withQt4, Value withQt5)
 {
     return isQt4() ? withQt4 : withQt5;
+}
+
+/// The same where Qt 6 differs from Qt 5.
+template<typename Value>
+Value either(Value withQt4, Value withQt5, Value withQt6)
+{
+    return isQt6() ? withQt6 : either(withQt4, withQt5);
 }
 
 #if defined(QT_NETWORK_LIB) && !defined(QT_NO_SSL) && !defined(QT_NO_OPENSSL)
@@ -92,11 +107,18 @@ inline bool readsCommaAsDecimalSign()
     return isQt4() && QLocale().decimalPoint() == QLatin1Char(',');
 }
 
-/// What a number becomes that is too large for a double: infinity under Qt 5, zero under Qt 4, which
-/// takes it for no number at all.
+/// What a number becomes that is too large for a double: infinity under Qt 5 and 6, zero under Qt 4,
+/// which takes it for no number at all.
 inline double overflownNumber()
 {
-    return isQt4() ? 0.0 : std::numeric_limits<double>::infinity();
+    return either(0.0, std::numeric_limits<double>::infinity());
+}
+
+/// Qt 6 ends the process when there is no memory for an entry of a hash: the function that makes it
+/// must not throw.
+inline bool endsWithoutMemoryForAHash()
+{
+    return isQt6();
 }
 
 /// How QSettings writes a file that is there: Qt 4 empties it and writes into it; Qt 5 writes a new
@@ -127,6 +149,7 @@ private:
     }
 };
 
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 /// A codec of QTextCodec::setCodecForCStrings() until the end of the block. Qt 4 reads the text of
 /// bytes with it; Qt 5 has no such codec, so nothing is changed there.
 class CodecForCStrings
@@ -187,6 +210,26 @@ private:
 
     mutable int m_longestPiece;
 };
+#else
+/// Qt 6 has no codecs at all.
+class MovingCodec
+{
+public:
+    static MovingCodec *instance() { return nullptr; }
+    static int longestPiece() { return 0; }
+};
+
+class CodecForCStrings
+{
+public:
+    explicit CodecForCStrings(const char *) {}
+    explicit CodecForCStrings(MovingCodec *) {}
+    ~CodecForCStrings() {}
+
+private:
+    Q_DISABLE_COPY(CodecForCStrings)
+};
+#endif
 
 #ifdef QT_GUI_LIB
 /// One notch of a mouse wheel over a widget, towards its user.

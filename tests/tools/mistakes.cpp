@@ -644,7 +644,12 @@ const QList<Kind> &Mistakes::meaningKinds()
 
 Mistakes::Planted Mistakes::published(const Kind &kind)
 {
-    std::mt19937 engine(qChecksum(kind.name, qstrlen(kind.name)));
+    const QByteArray name(kind.name);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    std::mt19937 engine(qChecksum(name));
+#else
+    std::mt19937 engine(qChecksum(name.constData(), uint(name.size())));
+#endif
     Planted file = { configurations().at(2), kind.rule, 0, true };
     if (!kind.plant(&file, engine))
         qFatal("there is no place for %s", kind.name);

@@ -1,6 +1,7 @@
 #include "tests/support/amount.h"
 #include "config/webappsettings.h"
 #include "fuzz/sizes.h"
+#include "global/qtcompat.h"
 #include "json/jsonparser.h"
 #include "json/varianttree.h"
 #include "settings/jsonsettingsformat.h"
@@ -208,7 +209,7 @@ QVariant readJson(const QByteArray &utf8)
 
 QVariant at(const QVariant &object, const char *key)
 {
-    return object.toMap().value(QLatin1String(key));
+    return QtCompat::toMultiMap(object).value(QLatin1String(key));
 }
 
 // The type that `show` names, in the words of describe().
@@ -358,7 +359,7 @@ void tst_Agreement::keysAreThoseOfAnySettings()
         QVERIFY2(result.status == (isParsed(bytes) ? 0 : 1), bytes);
         if (!isParsed(bytes))
             continue;
-        const QVariantMap said = readJson(result.output).toMap();
+        const QtCompat::MultiMap said = QtCompat::toMultiMap(readJson(result.output));
         const QSettings settings(m_path, JsonSettingsFormat);
         QVERIFY2(said.keys() == settings.allKeys(), bytes);
         for (const QString &key : settings.allKeys()) {

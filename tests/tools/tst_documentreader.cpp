@@ -1,6 +1,7 @@
 #include "tests/support/amount.h"
 #include "tests/support/testmain.h"
 
+#include "global/qtcompat.h"
 #include "json/jsonparser.h"
 #include "tools/nuv-apps-config/reading/documentreader.h"
 
@@ -109,10 +110,10 @@ QVariant valueOf(const Document &document, const Node &node)
         return list;
     }
     if (node.type == Node::Object) {
-        QVariantMap map;
+        QtCompat::MultiMap map;
         for (const Node::Child &child : node.children)
             map.insert(child.key, valueOf(document, document.at(child)));
-        return map;
+        return QtCompat::toVariant(map);
     }
     return node.value;
 }

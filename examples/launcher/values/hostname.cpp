@@ -1,8 +1,11 @@
 #include "values/hostname.h"
 
-#include <QRegExp>
+#include "values/pattern.h"
+
 #include <QStringList>
 #include <QUrl>
+
+#include <algorithm>
 
 namespace {
 
@@ -13,12 +16,16 @@ bool isIpv6(const QString &host)
     return host.contains(QLatin1Char(':'));
 }
 
-// Also refuses what one of the toolkits would take for a host.
+// Also what one of the toolkits would take for a part of a host.
+bool isForeign(QChar character)
+{
+    return character.isSpace() || character.unicode() < 0x20 || character.unicode() == 0x7f
+        || QString(QLatin1String("/:?#@*[]\\%<>\"^`{|},;!&=+()$'")).contains(character);
+}
+
 bool hasForeignCharacter(const QString &host)
 {
-    return host.contains(QRegExp(
-               QLatin1String("[\\s\\x0001-\\x001f\\x007f/:?#@*\\[\\]\\\\%<>\"^`{|},;!&=+()$']")))
-        || host.contains(QChar(0));
+    return std::any_of(host.constBegin(), host.constEnd(), isForeign);
 }
 
 QString withoutBrackets(const QString &host)
@@ -30,7 +37,7 @@ QString withoutBrackets(const QString &host)
 
 QString normalizedIpv6(const QString &number)
 {
-    if (number.contains(QRegExp(QLatin1String("[^0-9A-Fa-f:.]"))))
+    if (Pattern("[^0-9A-Fa-f:.]").isIn(number))
         return QString();
     QUrl url;
     url.setScheme(QLatin1String("http"));
@@ -58,10 +65,10 @@ QString hostIn(const QString &text)
     const int scheme = host.indexOf(QLatin1String("//"));
     if (scheme >= 0)
         host.remove(0, scheme + 2);
-    host = host.section(QRegExp(QLatin1String("[/?#\\\\]")), 0, 0);
+    host = Pattern("[/?#\\\\]").before(host);
     host = host.section(QLatin1Char('@'), -1);
     if (host.count(QLatin1Char(':')) == 1 || host.startsWith(QLatin1Char('[')))
-        host.remove(QRegExp(QLatin1String(":[0-9]*$")));
+        host = Pattern(":[0-9]*$").before(host);
     while (host.startsWith(QLatin1Char('*')) || host.startsWith(QLatin1Char('.')))
         host.remove(0, 1);
     return host;
@@ -76,14 +83,14 @@ Objection objectionToDomain(const QString &text)
         return Objection("there is a blank around the domain", host);
     if (text.contains(QLatin1String("//")))
         return Objection("the domain alone belongs here, without a scheme", host);
-    if (text.contains(QRegExp(QLatin1String("[/?#\\\\]"))))
+    if (Pattern("[/?#\\\\]").isIn(text))
         return Objection("the domain alone belongs here, without a path", host);
     if (text.contains(QLatin1Char('@')))
         return Objection("the domain alone belongs here, without a user", host);
     if (text.startsWith(QLatin1Char('*')) || text.startsWith(QLatin1Char('.')))
         return Objection("the domain alone belongs here: what is below it is granted as well",
                          host);
-    if (text.contains(QRegExp(QLatin1String("^([^:]*|\\[.*\\]):[0-9]*$"))))
+    if (Pattern("^([^:]*|\\[.*\\]):[0-9]*$").isIn(text))
         return Objection("the domain alone belongs here, without a port", host);
     return Objection("it is not the name of a domain");
 }
@@ -98,7 +105,7 @@ QString HostName::normalized(const QString &host)
 
 bool HostName::isNumber(const QString &host)
 {
-    return isIpv6(host) || QRegExp(QLatin1String("[0-9]{1,3}(\\.[0-9]{1,3}){3}")).exactMatch(host);
+    return isIpv6(host) || Pattern("^[0-9]{1,3}(\\.[0-9]{1,3}){3}$").isIn(host);
 }
 
 bool HostName::isWithin(const QString &host, const QString &domain)
@@ -123,7 +130,7 @@ Parsed<QString> HostName::parseDomain(const QString &text)
 
 int HostName::toPort(const QString &text)
 {
-    if (!QRegExp(QLatin1String("[0-9]{1,9}")).exactMatch(text))
+    if (!Pattern("^[0-9]{1,9}$").isIn(text))
         return 0;
     const int port = text.toInt();
     return port <= largestPort ? port : 0;

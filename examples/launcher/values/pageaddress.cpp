@@ -1,8 +1,7 @@
 #include "values/pageaddress.h"
 
+#include "values/pattern.h"
 #include "values/webaddress.h"
-
-#include <QRegExp>
 
 namespace {
 
@@ -21,8 +20,11 @@ bool isOneOf(const char *const (&schemes)[size], const QString &scheme)
 
 QString lettersOf(const QString &scheme)
 {
-    QString letters = scheme;
-    letters.remove(QRegExp(QLatin1String("[^a-z]")));
+    QString letters;
+    for (const QChar c : scheme) {
+        if (c >= QLatin1Char('a') && c <= QLatin1Char('z'))
+            letters += c;
+    }
     return letters;
 }
 
@@ -30,13 +32,12 @@ QString lettersOf(const QString &scheme)
 QString probableScheme(const QString &scheme)
 {
     const QString letters = lettersOf(scheme);
-    const QRegExp likeHttp(
-        QLatin1String("^(h*t+p+|ht*p+|h+t+|hp+t*|th+t*p+|h+t+[a-z]p|h+[a-z]tp)$"));
+    Pattern likeHttp("^(h*t+p+|ht*p+|h+t+|hp+t*|th+t*p+|h+t+[a-z]p|h+[a-z]tp)$");
     const bool isSecure =
         letters.endsWith(QLatin1Char('s')) || letters.contains(QLatin1String("sp"));
     QString plain = letters;
     plain.remove(QLatin1Char('s'));
-    if (plain.size() < 2 || plain.size() > 6 || !plain.contains(likeHttp))
+    if (plain.size() < 2 || plain.size() > 6 || !likeHttp.isIn(plain))
         return QString();
     return QLatin1String(isSecure ? "https" : "http");
 }
@@ -48,7 +49,7 @@ Objection judgeUnknownScheme(const QString &text, const QString &scheme)
     if (!meant.isEmpty())
         return Objection("nothing loads addresses of this scheme",
                          meant + QLatin1Char(':') + behind);
-    if (behind.contains(QRegExp(QLatin1String("^[0-9]+([/?#]|$)"))))
+    if (Pattern("^[0-9]+([/?#]|$)").isIn(behind))
         return Objection("the scheme is missing", QLatin1String("http://") + text);
     if (scheme.size() == 1)
         return Objection("it is a path of another system, not an address");
@@ -75,7 +76,7 @@ Objection judgeWithoutScheme(const QString &text)
 {
     if (text.startsWith(QLatin1String("//")))
         return Objection("the scheme is missing", QLatin1String("https:") + text);
-    if (text.section(QRegExp(QLatin1String("[/?#]")), 0, 0).contains(QLatin1Char(':')))
+    if (Pattern("[/?#]").before(text).contains(QLatin1Char(':')))
         return Objection("the scheme is missing", QLatin1String("http://") + text);
     return QUrl(text).isValid() ? Objection() : Objection("it is not an address");
 }

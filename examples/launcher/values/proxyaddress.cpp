@@ -1,8 +1,7 @@
 #include "values/proxyaddress.h"
 
 #include "values/hostname.h"
-
-#include <QRegExp>
+#include "values/pattern.h"
 
 namespace {
 
@@ -21,20 +20,19 @@ struct Parts {
 Parts partsOf(const QString &text)
 {
     Parts parts;
-    QRegExp scheme(QLatin1String("^[A-Za-z][A-Za-z0-9+.-]*://"));
-    if (scheme.indexIn(text) == 0)
-        parts.scheme = scheme.cap(0);
+    Pattern scheme("^[A-Za-z][A-Za-z0-9+.-]*://");
+    if (scheme.isIn(text))
+        parts.scheme = scheme.cap();
     const QString behindScheme = text.mid(parts.scheme.size());
     const int at = behindScheme.lastIndexOf(QLatin1Char('@'));
     parts.user = behindScheme.left(at + 1);
     const QString place = behindScheme.mid(at + 1);
-    const int slash = place.indexOf(QRegExp(QLatin1String("[/?#\\\\]")));
+    const int slash = Pattern("[/?#\\\\]").indexIn(place);
     const QString hostAndPort = slash < 0 ? place : place.left(slash);
     parts.rest = slash < 0 ? QString() : place.mid(slash);
-    QRegExp number(QLatin1String("^\\[[^\\]]*\\]"));
-    const int colon = number.indexIn(hostAndPort) == 0
-        ? hostAndPort.indexOf(QLatin1Char(':'), number.matchedLength())
-        : hostAndPort.indexOf(QLatin1Char(':'));
+    Pattern number("^\\[[^\\]]*\\]");
+    number.indexIn(hostAndPort);
+    const int colon = hostAndPort.indexOf(QLatin1Char(':'), number.cap().size());
     parts.host = colon < 0 ? hostAndPort : hostAndPort.left(colon);
     parts.port = colon < 0 ? QString() : hostAndPort.mid(colon);
     return parts;

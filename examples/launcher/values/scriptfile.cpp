@@ -1,9 +1,10 @@
 #include "values/scriptfile.h"
 
+#include "values/pattern.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegExp>
 #include <QUrl>
 
 namespace {
@@ -11,7 +12,7 @@ namespace {
 // What has more than one line, calls something or ends a statement is no path.
 bool isScript(const QString &text)
 {
-    return text.contains(QRegExp(QLatin1String("[\\n;{}]|\\w\\(.*\\)")));
+    return Pattern("[\n;{}]|\\w\\(.*\\)").isIn(text);
 }
 
 bool isForShell(const QString &text)

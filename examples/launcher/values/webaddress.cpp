@@ -1,8 +1,7 @@
 #include "values/webaddress.h"
 
 #include "values/hostname.h"
-
-#include <QRegExp>
+#include "values/pattern.h"
 
 namespace {
 
@@ -21,13 +20,13 @@ Parts partsOf(const QString &text)
     Parts parts;
     parts.scheme = text.section(QLatin1Char(':'), 0, 0);
     QString rest = text.mid(parts.scheme.size() + 1);
-    QRegExp slashes(QLatin1String("^[/\\\\]*"));
+    Pattern slashes("^[/\\\\]*");
     slashes.indexIn(rest);
-    parts.slashes = slashes.cap(0);
+    parts.slashes = slashes.cap();
     rest.remove(0, parts.slashes.size());
     if (parts.slashes.contains(QLatin1Char('\\')))
         rest.replace(QLatin1Char('\\'), QLatin1Char('/'));
-    const int path = rest.indexOf(QRegExp(QLatin1String("[/?#\\\\]")));
+    const int path = Pattern("[/?#\\\\]").indexIn(rest);
     const QString authority = path < 0 ? rest : rest.left(path);
     parts.path = path < 0 ? QString() : rest.mid(path);
     parts.user = authority.left(authority.lastIndexOf(QLatin1Char('@')) + 1);
@@ -113,8 +112,8 @@ Objection judgeReferrer(const QString &text)
 
 QString WebAddress::schemeOf(const QString &text)
 {
-    QRegExp scheme(QLatin1String("^([A-Za-z][A-Za-z0-9+.-]*):"));
-    return scheme.indexIn(text) == 0 ? scheme.cap(1).toLower() : QString();
+    Pattern scheme("^([A-Za-z][A-Za-z0-9+.-]*):");
+    return scheme.isIn(text) ? scheme.cap(1).toLower() : QString();
 }
 
 Objection WebAddress::judge(const QString &text)

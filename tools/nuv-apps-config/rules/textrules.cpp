@@ -2,6 +2,7 @@
 
 #include "examples/launcher/values/hostname.h"
 #include "examples/launcher/values/pageaddress.h"
+#include "examples/launcher/values/pattern.h"
 #include "examples/launcher/values/proxyaddress.h"
 #include "examples/launcher/values/scriptfile.h"
 #include "examples/launcher/values/useragent.h"
@@ -27,7 +28,7 @@ struct Judgement {
 
 QString pathIn(const QString &address)
 {
-    const int end = address.indexOf(QRegExp(QLatin1String("[?#]")));
+    const int end = Pattern("[?#]").indexIn(address);
     return end < 0 ? address : address.left(end);
 }
 
@@ -45,9 +46,8 @@ bool isLikeHost(const QString &address)
 // "https//tv.example/" is the path of a file, too.
 QString withColon(const QString &address)
 {
-    QRegExp scheme(QLatin1String("^(https?)(/+)(.*)$"));
-    return scheme.exactMatch(address) ? scheme.cap(1) + QLatin1String("://") + scheme.cap(3)
-                                      : QString();
+    Pattern scheme("^(https?)(/+)(.*)$");
+    return scheme.isIn(address) ? scheme.cap(1) + QLatin1String("://") + scheme.cap(3) : QString();
 }
 
 Judgement judgeMissingPage(const QString &address, const QString &folder, const Objection &missing)

@@ -586,7 +586,7 @@ bool MendedText::takeCutOff(const Reading &reading)
 Edit MendedText::numberWritten(int place, const QByteArray &given)
 {
     const QByteArray number = Numbers::meant(given);
-    return number.isEmpty() ? Edit() : Edit { place, given.size(), number };
+    return number.isEmpty() ? Edit() : Edit { place, int(given.size()), number };
 }
 
 void MendedText::take(const Slip &slip, int opened)
