@@ -88,6 +88,7 @@ private Q_SLOTS:
     void treesAreLaidOutLikeThis();
     void stringListsAreArrays();
     void aValueOfNoTextLeavesItsPlaceEmpty();
+    void mapsOfCallersAreObjects();
     void equalKeysAreAllWritten();
     void indentationIsAsAsked_data();
     void indentationIsAsAsked();
@@ -303,6 +304,21 @@ void tst_JsonWriter::aValueOfNoTextLeavesItsPlaceEmpty()
     QCOMPARE(JsonWriter::serializeCompact(map), json("{'a':,'b':[,1]}"));
     QCOMPARE(JsonWriter::serialize(map, 2, 0),
              json("{\n  'a':,\n  'b':\n  [\n    ,\n    1\n  ]\n}"));
+}
+
+// A launcher's own, inside of each other and of lists, as QSettings::setValue() takes them.
+void tst_JsonWriter::mapsOfCallersAreObjects()
+{
+    QVariantMap inner;
+    inner.insert(QLatin1String("b"), QVariantMap());
+    inner.insert(QLatin1String("a"), 1);
+    QVariantMap map;
+    map.insert(QLatin1String("k"), inner);
+    map.insert(QLatin1String("l"), QVariantList() << QVariant(inner));
+
+    QCOMPARE(JsonWriter::serializeCompact(map), json("{'k':{'a':1,'b':{}},'l':[{'a':1,'b':{}}]}"));
+    QCOMPARE(JsonWriter::serialize(map.value(QLatin1String("k")), 1, 0),
+             json("{\n 'a':1,\n 'b':\n {\n\n }\n}"));
 }
 
 void tst_JsonWriter::equalKeysAreAllWritten()

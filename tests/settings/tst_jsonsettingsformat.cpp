@@ -21,6 +21,7 @@
 #include <QtDebug>
 
 #include <algorithm>
+#include <limits>
 #include <random>
 #include <thread>
 #include <type_traits>
@@ -80,6 +81,24 @@ protected:
 
 private:
     QByteArray m_bytes;
+};
+
+/// A device that says that it holds more than a byte array of Qt 5 does.
+class EndlessDevice : public QIODevice
+{
+public:
+    EndlessDevice() { open(ReadOnly | Unbuffered); }
+
+    qint64 size() const override { return std::numeric_limits<int>::max(); }
+
+protected:
+    qint64 readData(char *data, qint64 limit) override
+    {
+        memset(data, ' ', size_t(limit));
+        return limit;
+    }
+
+    qint64 writeData(const char *, qint64) override { return -1; }
 };
 
 QSettings::SettingsMap settingsMap(const QVariant &object)
@@ -183,7 +202,9 @@ private Q_SLOTS:
     void documentsSurviveTheRoundTrip();
     void numbersTooLargeAreWrittenAsTheyWereRead();
     void failingDevicesAreNoFailure();
+    void mapsOfCallersAreWrittenInto();
     void emptyFilesAreReadWithoutMessage();
+    void filesBeyondAllByteArraysAreEmpty();
     void malformedFilesReadAsFilesWithoutKeys();
     void settingsReadFiles();
     void settingsWriteNewFiles();
@@ -832,6 +853,39 @@ void tst_JsonSettingsFormat::failingDevicesAreNoFailure()
     QCOMPARE(messages.count(), 1);
     QCOMPARE(messages.text(0), QByteArray("\" at line 1 pos 0\" "));
     QCOMPARE(describeLines(map), QByteArray("\"a\" = int 1\n"));
+}
+
+void tst_JsonSettingsFormat::mapsOfCallersAreWrittenInto()
+{
+    QVariantMap inner;
+    inner.insert(QLatin1String("y"), 1);
+    QVariantMap map;
+    map.insert(QLatin1String("x"), inner);
+    map.insert(QLatin1String("y"), inner);
+    QSettings::SettingsMap settings;
+    settings.insert(QLatin1String("a"), map);
+    settings.insert(QLatin1String("a/x/z"), 2);
+    settings.insert(QLatin1String("a/y/y"), 3);
+
+    QCOMPARE(JsonWriter::serializeCompact(unflattened(settings)),
+             QByteArray("{\"a\":{\"x\":{\"y\":1,\"z\":2},\"y\":{\"y\":3}}}"));
+    QCOMPARE(describe(map), QByteArray("{\"x\": {\"y\": int 1}, \"y\": {\"y\": int 1}}"));
+}
+
+// Its places would not fit into an int. Not tried with Qt 4.
+void tst_JsonSettingsFormat::filesBeyondAllByteArraysAreEmpty()
+{
+    if (ToolkitDifferences::isQt4())
+        return;
+    EndlessDevice device;
+    QSettings::SettingsMap map;
+    const Messages messages;
+
+    QVERIFY(readJsonSettings(device, map));
+
+    QCOMPARE(map.size(), QSettings::SettingsMap().size());
+    QCOMPARE(messages.count(), 1);
+    QCOMPARE(messages.text(0), QByteArray("\" at line 1 pos 0\" "));
 }
 
 void tst_JsonSettingsFormat::emptyFilesAreReadWithoutMessage()

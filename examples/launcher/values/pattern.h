@@ -72,8 +72,9 @@ inline int Pattern::indexIn(const QString &text)
 {
     m_text = text;
     QString units = text;
-    std::replace_if(units.begin(), units.end(), [](QChar unit) { return unit.isSurrogate(); },
-                    QChar(QChar::ReplacementCharacter));
+    std::replace_if(
+        units.begin(), units.end(), [](QChar unit) { return unit.isSurrogate(); },
+        QChar(QChar::ReplacementCharacter));
     m_match = m_expression.match(units);
     return int(m_match.capturedStart());
 }
