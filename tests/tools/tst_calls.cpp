@@ -25,6 +25,7 @@ private slots:
     void everyPlaceIsExplained();
     void rulesAreExplainedWithTheRightFile();
     void everyTemplateIsPrinted();
+    void checkNamesTheKeysThatAPartWasWrittenOf();
     void completesWhatMayComeNext_data();
     void completesWhatMayComeNext();
     void diffReadsWhatTheShellMakesOfACommand();
@@ -215,6 +216,19 @@ void tst_Calls::everyTemplateIsPrinted()
         for (const Finding &finding : analysis->findings.all()) // the paths of a device of its own
             QVERIFY2(qstrcmp(finding.rule, "certificate-missing") == 0, finding.rule);
     }
+}
+
+void tst_Calls::checkNamesTheKeysThatAPartWasWrittenOf()
+{
+    m_folder.write(
+        QLatin1String("part.json"),
+        "{ \"Global\": { \"Version\": 1 }, \"Applications\": [\n{ \"Tag\": \"tv\", \"Url\": "
+        "\"about:blank\", \"WebGL\": true,\n\"Opacity\": 1,\n\"Offline\": true } ] }");
+    const QByteArray output = call(QLatin1String("check part.json")).output;
+    for (const char *hint : { "\"WebGL\" [unknown-key]", "hint: there is \"UseWebGL\"\n",
+                              "hint: there is \"WindowOpacity\"\n",
+                              "hint: there is \"UseOfflineStorageDatabase\" and " })
+        QVERIFY2(output.contains(hint), output.constData());
 }
 
 void tst_Calls::completesWhatMayComeNext_data()

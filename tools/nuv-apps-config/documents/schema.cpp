@@ -64,6 +64,52 @@ QJsonObject versionSchema()
     return schema;
 }
 
+// An escape such as \t is in a path that was written with single backslashes.
+const char noControls[] = "^(?![\\s\\S]*[\\x08-\\x0a\\x0c\\x0d])";
+const char webAddress[] = "[Hh][Tt][Tt][Pp][Ss]?://[^/?#]";
+const char otherAddress[] =
+    "[Ff][Tt][Pp]://[^/"
+    "?#\\s]|([Aa][Bb][Oo][Uu][Tt]|[Dd][Aa][Tt][Aa]|[Ff][Ii][Ll][Ee]|[Qq][Rr][Cc]):";
+const char filePath[] = "/(?!/)|[^:/?#\\s]([^:/?#]*$|[^:/?#]*[/?#])";
+const char noOtherScheme[] = "^(?!(?![Hh][Tt][Tt][Pp]://)[A-Za-z][A-Za-z0-9+.-]*://)";
+const char hostAndPort[] = "([^\\s:]|:[\\s\\S]*@)[\\s\\S]*:[0-9]+/?$";
+const char noBlankAtEdge[] = "^[^\\s]([\\s\\S]*[^\\s])?$";
+const char oneLine[] = "^[^\\x00-\\x1f\\x7f]*$";
+const char hostAlone[] = "^(\\[?[0-9A-Fa-f:.]*:[0-9A-Fa-f:.]*\\]?|[^\\s/:*@?#]+)$";
+
+// What a string of the kind must look like, as far as a pattern can tell; empty for any string.
+QString patternOf(const Property &property)
+{
+    switch (property.kind) {
+    case Kind::Address:
+        return text(noControls) + QLatin1Char('(')
+            + (QStringList() << text(webAddress) << text(otherAddress) << text(filePath))
+                  .join(QLatin1Char('|'))
+            + QLatin1Char(')');
+    case Kind::Referrer:
+        return QLatin1Char('^') + text(webAddress);
+    case Kind::Proxy:
+        return text(noOtherScheme) + text(hostAndPort);
+    case Kind::UserAgent:
+        return text(oneLine);
+    case Kind::Domain:
+        return text(hostAlone);
+    case Kind::FilePath:
+        return text(noControls) + text("[\\s\\S]");
+    default:
+        return qstrcmp(property.key, "Tag") == 0 ? text(noBlankAtEdge) : QString();
+    }
+}
+
+QJsonObject textSchema(const Property &property)
+{
+    QJsonObject schema = typed("string");
+    const QString pattern = patternOf(property);
+    if (!pattern.isEmpty())
+        schema.insert(text("pattern"), pattern);
+    return schema;
+}
+
 QJsonObject kindSchema(const Property &property)
 {
     QJsonObject schema;
@@ -78,7 +124,7 @@ QJsonObject kindSchema(const Property &property)
     case Kind::Domain:
     case Kind::FilePath:
     case Kind::ScriptFile:
-        return typed("string");
+        return textSchema(property);
     case Kind::Number:
         schema = typed("number");
         break;

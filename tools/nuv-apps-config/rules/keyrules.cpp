@@ -159,6 +159,15 @@ QStringList keysOf(Section section)
     return keys;
 }
 
+// The keys of the section that a part was written of, as "WebGL" of "UseWebGL".
+QString keysWith(const QString &part, Section section)
+{
+    const QStringList similar = Spelling::similar(part, keysOf(section));
+    return similar.isEmpty()
+        ? QString()
+        : QString(QLatin1String("there is \"%1\"")).arg(similar.join(QLatin1String("\" and \"")));
+}
+
 void reportUnknown(const Document &document, const Node &object, const Node::Child &member,
                    Section section, Findings &findings)
 {
@@ -173,6 +182,8 @@ void reportUnknown(const Document &document, const Node &object, const Node::Chi
         hint = QString(QLatin1String("%1 is there as well")).arg(quoted(nearest));
     else if (!nearest.isEmpty())
         hint = QString(QLatin1String("did you mean %1?")).arg(quoted(nearest));
+    else
+        hint = keysWith(member.key, section);
     if (!nearest.isEmpty() && isCaseOnly)
         hint += text(isTaken ? "; keys are compared with their case"
                              : " Keys are compared with their case");
