@@ -1,6 +1,7 @@
 #include "tools/nuv-apps-config/report/columns.h"
 
 #include <QByteArray>
+#include <QVector>
 
 #include <algorithm>
 #include <clocale>
