@@ -10,7 +10,7 @@ struct Excerpt {
     int caret = 0; ///< the column, from 0
     int width = 1; ///< of what is marked, in columns
 
-    static const int UsualColumns = 160;
+    static constexpr int UsualColumns = 160;
 };
 
 /// Secrets in the line are masked. Of a line that is wider than `columns` the part around `offset` is

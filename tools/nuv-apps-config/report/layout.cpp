@@ -20,7 +20,7 @@ public:
     QByteArray text();
 
 private:
-    static const int Unknown = -1;
+    static constexpr int Unknown = -1;
 
     QByteArray written(int begin, int end) const { return m_bytes.mid(begin, end - begin); }
     QByteArray key(const Node &object, const Node::Child &child) const;

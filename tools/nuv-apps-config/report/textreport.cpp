@@ -48,7 +48,7 @@ private:
     void addExcerpt(const Analysis &analysis, const Finding &finding);
     QString coloured(const char *colour, const QString &text) const;
 
-    static const int NarrowestTerminal = 40;
+    static constexpr int NarrowestTerminal = 40;
 
     bool m_useColour;
     Output &m_output;
