@@ -450,6 +450,8 @@ void tst_Repairs::isLeft_data()
     QTest::newRow("a version that does not load") << QByteArray(
         "{ \"Global\": { \"Version\": 2 }, \"Applications\": [ { \"Tag\": \"a\" } ] }");
     QTest::newRow("nothing that is missing") << QByteArray("{ \"Global\": { } }");
+    QTest::newRow("more comments than are found")
+        << "{ \"Global\": { \"Version\": 1 },\n" + QByteArray("// a\n\n").repeated(1100) + "}";
     QTest::newRow("another format") << QByteArray("Global:\n  Version: 1,\n");
     QTest::newRow("an empty file") << QByteArray();
 }

@@ -9,8 +9,8 @@
 
 namespace {
 
-// A round mends a hundred mistakes of the syntax. Nobody made so many by hand.
-const int MostRounds = 1000;
+// A round mends about a hundred mistakes of the syntax. Nobody makes so many by hand.
+const int MostRounds = 50;
 
 bool isMistakeOfSyntax(const Finding &finding)
 {
@@ -131,15 +131,22 @@ RepairedFile::RepairedFile(std::unique_ptr<Analysis> before, const DeviceFiles &
                      [](const Mistake &a, const Mistake &b) { return a.offset < b.offset; });
 }
 
-void RepairedFile::run(Manner manner)
+void RepairedFile::takeBack()
 {
-    m_manner = manner;
     m_now.reset();
     m_pieces = PieceTable(m_before->source.bytes());
     m_mistakes.clear();
+}
+
+void RepairedFile::run(Manner manner)
+{
+    m_manner = manner;
+    takeBack();
     int rounds = 0;
     while (rounds < MostRounds && repairOnce())
         ++rounds;
+    if (rounds == MostRounds)
+        takeBack(); // half of the repairs would leave the rest for another call
 }
 
 bool RepairedFile::repairOnce()

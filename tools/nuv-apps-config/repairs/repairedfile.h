@@ -45,6 +45,7 @@ private:
     };
 
     void run(Manner manner);
+    void takeBack();
     bool repairOnce();
     bool repair(const std::vector<SureRepair> &repairs, size_t begin, size_t end);
 

@@ -464,7 +464,8 @@ std::vector<SureRepair> SureRepairs::of(const Analysis &analysis, const DeviceFi
     });
     if (hasMistakes)
         return apart(ofTable(analysis, files, true));
+    const bool isReadWhole = !analysis.findings.isFull();
     if (std::any_of(all.begin(), all.end(), isComment))
-        return apart(CommentKeys::repairs(analysis));
+        return isReadWhole ? apart(CommentKeys::repairs(analysis)) : std::vector<SureRepair>();
     return apart(ofTable(analysis, files, false));
 }
