@@ -1,8 +1,7 @@
 // What a launcher on Qt WebEngine makes of an application's configuration, and how an object reaches the
 // scripts of a page. docs/porting.md has the table, with what was seen of each row.
 //
-//   nuv-webengine TAG            shows the application, and says what it does with each property; prints
-//                                what the page tells zarexExt.say(), until it calls zarexExt.close()
+//   nuv-webengine TAG            shows the application, until its page calls zarexExt.close()
 //   nuv-webengine --properties   prints the table
 
 #include <AppConfig>
@@ -67,11 +66,18 @@ protected:
     }
 };
 
-struct Printer : QWebEngineUrlRequestInterceptor {
+struct Requests : QWebEngineUrlRequestInterceptor {
     void interceptRequest(QWebEngineUrlRequestInfo &info) override
     {
-        qInfo("asked: %s", info.requestUrl().toEncoded().constData());
+        if (isPrinted)
+            qInfo("asked: %s", info.requestUrl().toEncoded().constData());
+        if (!referrer.isEmpty()) // the first page is the first request
+            info.setHttpHeader("Referer", referrer);
+        referrer.clear();
     }
+
+    bool isPrinted = false;
+    QByteArray referrer;
 };
 
 struct Browser {
@@ -80,6 +86,7 @@ struct Browser {
     {
         profile.setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
         profile.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
+        profile.setUrlRequestInterceptor(&requests);
         view.setPage(&page);
         view.setContextMenuPolicy(Qt::NoContextMenu);
         window.setCentralWidget(&view);
@@ -109,8 +116,8 @@ struct Browser {
 
     const AppConfig config;
     Extension extension;
-    Printer printer;
-    QWebEngineHttpRequest request;
+    Requests requests;
+    QUrl url;
     QWebEngineProfile profile;
     QMainWindow window;
     QWebEngineView view;
@@ -143,17 +150,6 @@ void setProxy(Browser &, const QVariant &value)
                                          quint16(url.port(8080)), url.userName(), url.password() });
 }
 
-void showChrome(Browser &browser, const QVariant &value)
-{
-    if (!value.toBool())
-        return;
-    browser.view.setContextMenuPolicy(Qt::DefaultContextMenu);
-    QToolBar *const bar = browser.window.addToolBar(QString());
-    for (const auto action :
-         { QWebEnginePage::Back, QWebEnginePage::Forward, QWebEnginePage::Reload })
-        bar->addAction(browser.view.pageAction(action));
-}
-
 // The engine reads its environment when the first profile is made; before that there is no browser.
 void addSwitch(const char *name, bool isOn)
 {
@@ -170,13 +166,10 @@ struct Row {
     void (*prepare)(const QVariant &value); ///< before the engine starts
 };
 
-typedef Browser &B;
-typedef const QVariant &V;
-typedef QWebEngineSettings S;
-
 // clang-format off
+typedef Browser &B; typedef const QVariant &V; typedef QWebEngineSettings S;
 const Row rows[] = {
-    { "Url", "page", "`QWebEnginePage::load()`", [](B b, V v) { b.request.setUrl(QUrl(v.toString())); }, nullptr },
+    { "Url", "page", "`QWebEnginePage::load()`", [](B b, V v) { b.url = QUrl(v.toString()); }, nullptr },
     { "UserAgent", "profile", "`QWebEngineProfile::setHttpUserAgent()`", [](B b, V v) { b.profile.setHttpUserAgent(v.toString()); }, nullptr },
     { "UserScript", "page", "`QWebEngineScript` in `MainWorld`, at `DocumentCreation`", [](B b, V v) { b.runFirst(QString::fromUtf8(contentsOf(v))); }, nullptr },
     { "UseGraphicsView", "none", "a view is a widget", nullptr, nullptr },
@@ -186,7 +179,7 @@ const Row rows[] = {
     { "UseTransparentBackground", "page", "`QWebEnginePage::setBackgroundColor()`", [](B b, V v) { b.window.setAttribute(Qt::WA_TranslucentBackground, v.toBool()); b.page.setBackgroundColor(v.toBool() ? Qt::transparent : Qt::white); }, nullptr },
     { "Scale", "page", "`QWebEnginePage::setZoomFactor()`, from 0.25 to 5", [](B b, V v) { b.page.setZoomFactor(v.toDouble()); }, nullptr },
     { "ShowScrollbar", "settings", "`ShowScrollBars`", set<S::ShowScrollBars>, nullptr },
-    { "ShowChrome", "window", "`QWebEngineView::pageAction()`", showChrome, nullptr },
+    { "ShowChrome", "window", "`QWebEngineView::pageAction()`", [](B b, V v) { if (v.toBool()) b.window.addToolBar(QString())->addActions({ b.view.pageAction(Page::Back), b.view.pageAction(Page::Forward), b.view.pageAction(Page::Reload) }); }, nullptr },
     { "ResizesToContents", "view", "`QWebEnginePage::contentsSizeChanged()`", [](B b, V v) { if (v.toBool()) QObject::connect(&b.page, &Page::contentsSizeChanged, [&b](const QSizeF &size) { b.view.setMinimumSize(size.toSize()); }); }, nullptr },
     { "ProhibitMainFrameScrolling", "page", "a script that scrolls back", [](B b, V v) { if (v.toBool()) b.runFirst(QLatin1String("addEventListener('scroll', function () { scrollTo(0, 0); });")); }, nullptr },
     { "DisableSpatialNavigation", "settings", "`SpatialNavigationEnabled`", [](B b, V v) { b.page.settings()->setAttribute(S::SpatialNavigationEnabled, !v.toBool()); }, nullptr },
@@ -208,13 +201,13 @@ const Row rows[] = {
     { "GrantBroadcastRelatedSecurityClearance", "none", "the launcher registers another object, without these members", nullptr, nullptr },
     { "GrantBroadcastAccessRightDomains", "page", "`QWebEnginePage::setWebChannel()` before each page", [](B b, V v) { b.page.domains = v.toStringList(); }, nullptr },
     { "HttpProxy", "process", "`QNetworkProxy::setApplicationProxy()`", setProxy, nullptr },
-    { "HttpReferrer", "page", "`QWebEngineHttpRequest::setHeader()`", [](B b, V v) { b.request.setHeader("Referer", v.toString().toUtf8()); }, nullptr },
+    { "HttpReferrer", "profile", "`QWebEngineUrlRequestInfo::setHttpHeader()`", [](B b, V v) { b.requests.referrer = QUrl(v.toString()).resolved(QUrl(QLatin1String("/"))).toEncoded(); }, nullptr },
     { "NetworkSessionNoAutoClose", "none", "there are no network sessions", nullptr, nullptr },
     { "CertPath", "profile", "`QWebEngineProfile::clientCertificateStore()`, `QWebEnginePage::selectClientCertificate()`", setCertificate, nullptr },
     { "CertPrivateKey", "profile", "with CertPath", nullptr, nullptr },
     { "CertPassPhrase", "profile", "with CertPath", nullptr, nullptr },
     { "EnableShowErrorPage", "settings", "`ErrorPageEnabled`", set<S::ErrorPageEnabled>, nullptr },
-    { "PrintLoadedUrls", "profile", "`QWebEngineUrlRequestInterceptor`", [](B b, V v) { if (v.toBool()) b.profile.setUrlRequestInterceptor(&b.printer); }, nullptr },
+    { "PrintLoadedUrls", "profile", "`QWebEngineUrlRequestInterceptor`", [](B b, V v) { b.requests.isPrinted = v.toBool(); }, nullptr },
     { "SuppressWebCoreWarningMessages", "page", "`QWebEnginePage::javaScriptConsoleMessage()`", [](B b, V v) { b.page.isSilent = v.toBool(); }, nullptr },
     { "RemoteInspectorPort", "process", "`QTWEBENGINE_REMOTE_DEBUGGING` in the environment", nullptr, [](V v) { qputenv("QTWEBENGINE_REMOTE_DEBUGGING", v.toByteArray()); } },
     { "ShowDebugBorders", "process", "the switch `--show-composited-layer-borders`", nullptr, [](V v) { addSwitch("--show-composited-layer-borders", v.toBool()); } },
@@ -250,7 +243,7 @@ int main(int argc, char **argv)
             row.apply(browser, value);
     }
     browser.window.show();
-    browser.page.load(browser.request);
+    browser.page.load(browser.url);
     return QApplication::exec();
 }
 
