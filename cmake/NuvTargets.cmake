@@ -23,7 +23,8 @@ target_compile_options(nuv_options INTERFACE
 # every such place; programs and tests need not.
 if(NUV_QT_MAJOR_VERSION EQUAL 6)
     target_compile_options(nuv_options INTERFACE
-        $<$<NOT:$<BOOL:$<TARGET_PROPERTY:NUV_IS_ROOM>>>:-Wno-conversion>)
+        $<$<NOT:$<BOOL:$<TARGET_PROPERTY:NUV_IS_ROOM>>>:-Wno-conversion>
+        $<$<NOT:$<BOOL:$<TARGET_PROPERTY:NUV_IS_ROOM>>>:-Wno-narrowing>)
 endif()
 # Calls into the toolkit go straight through the table of addresses: all of them are resolved when the
 # library is loaded, so the stubs for later would only be passed through. (gcc before 6 has no such

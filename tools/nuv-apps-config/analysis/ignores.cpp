@@ -4,8 +4,9 @@
 #include "tools/nuv-apps-config/text/spelling.h"
 #include "tools/nuv-apps-config/tree/edits.h"
 
-#include <QRegExp>
 #include <QStringList>
+
+#include <algorithm>
 
 namespace {
 
@@ -20,8 +21,10 @@ QString quoted(const QString &text)
 // "ignore one, two: the reason" as its rules; a remark of another kind has none.
 QStringList rulesOf(const QString &value)
 {
-    const QString asked = value.section(QLatin1Char(':'), 0, 0);
-    QStringList words = asked.split(QRegExp(QLatin1String("[\\s,]+")), Qt::SkipEmptyParts);
+    QString asked = value.section(QLatin1Char(':'), 0, 0);
+    const auto isBetween = [](QChar c) { return c.isSpace() || c == QLatin1Char(','); };
+    std::replace_if(asked.begin(), asked.end(), isBetween, QLatin1Char(' '));
+    QStringList words = asked.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     return !words.isEmpty() && words.takeFirst() == QLatin1String(Word) ? words : QStringList();
 }
 

@@ -4,7 +4,7 @@
 #include "tools/nuv-apps-config/documents/reference.h"
 #include "tools/nuv-apps-config/text/spelling.h"
 
-#include <QRegExp>
+#include <QRegularExpression>
 
 namespace {
 
@@ -23,7 +23,8 @@ QStringList names()
 // "Applications[2].Tag" and "Applications[].Tag" are one place.
 QString withoutIndexes(QString place)
 {
-    return place.remove(QRegExp(QLatin1String("\\[\\d*\\]")));
+    return place.remove(QRegularExpression(QLatin1String("\\[\\d*\\]"),
+                                           QRegularExpression::UseUnicodePropertiesOption));
 }
 
 const Property *atPlace(const QString &name)

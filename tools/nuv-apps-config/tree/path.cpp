@@ -2,15 +2,20 @@
 
 #include "tools/nuv-apps-config/tree/edits.h"
 
-#include <QRegExp>
-
 #include <algorithm>
 
 namespace {
 
+bool isPartOfWord(QChar c)
+{
+    return c.isLetterOrNumber() || c.isMark() || c == QLatin1Char('_') || c == QLatin1Char('$');
+}
+
 bool isWord(const QString &key)
 {
-    return QRegExp(QLatin1String("[A-Za-z_$][\\w$]*")).exactMatch(key);
+    const QChar first = key.isEmpty() ? QChar(0) : key.at(0);
+    const bool isName = first.unicode() < 128 && isPartOfWord(first) && !first.isDigit();
+    return isName && std::all_of(key.begin(), key.end(), isPartOfWord);
 }
 
 QString step(const QString &path, const QString &key)
