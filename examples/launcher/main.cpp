@@ -51,6 +51,7 @@
 
 #include "program/console.h"
 #include "program/launcher.h"
+#include "application/guicompat.h"
 #include "application/launcherextension.h"
 #include "network/launchernetwork.h"
 #include "program/options.h"
@@ -140,8 +141,7 @@ int main(int argc, char **argv)
     leaveNoCoreFile();
     UserFolders::forgetRelativePaths();
     runOffscreenWithoutDisplay();
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QLatin1String("nuv-launcher"));
+    GuiCompat::Application application(argc, argv);
 
     ServiceManager serviceManager;
     Options options;
@@ -162,5 +162,7 @@ int main(int argc, char **argv)
         Console::print(ViewSettings::description());
         return Launcher::Succeeded;
     }
+    application.openDisplay();
+    QApplication::setApplicationName(QLatin1String("nuv-launcher"));
     return showApplications(options, &serviceManager);
 }

@@ -5,11 +5,14 @@
 //
 // What qtcompat.h is for the toolkit's core, for its windows and its page engine.
 
+#include <QApplication>
 #include <QRect>
+#include <QScopedPointer>
 #include <QWidget>
 
+#include <vector>
+
 #if QT_VERSION < QT_VERSION_CHECK(5, 14, 0)
-#include <QApplication>
 #include <QDesktopWidget>
 #else
 #include <QScreen>
@@ -26,6 +29,50 @@ inline QRect availableGeometry(const QWidget &window)
     return window.screen()->availableGeometry();
 #endif
 }
+
+/// The application object. Qt 4 needs a display for one that can show windows, so there it is at first one that
+/// cannot: who asks for help may have no display.
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+class Application
+{
+public:
+    /// `argc` and `argv` must outlive the object.
+    Application(int &argc, char **argv)
+        : m_argc(argc),
+          m_argv(argv),
+          m_copiedArgc(argc),
+          m_copiedArgv(argv, argv + argc + 1),
+          m_application(new QApplication(m_copiedArgc, m_copiedArgv.data(), QApplication::Tty))
+    {
+    }
+
+    /// To be called once, before a window is made.
+    void openDisplay()
+    {
+        m_application.reset();
+        m_application.reset(new QApplication(m_argc, m_argv));
+    }
+
+private:
+    Q_DISABLE_COPY(Application)
+
+    int &m_argc;
+    char **m_argv;
+    int m_copiedArgc;
+    std::vector<char *> m_copiedArgv; ///< the toolkit takes its own options out
+    QScopedPointer<QApplication> m_application;
+};
+#else
+class Application
+{
+public:
+    Application(int &argc, char **argv) : m_application(argc, argv) {}
+    void openDisplay() {}
+
+private:
+    QApplication m_application;
+};
+#endif
 
 /// What the engine is told about the databases of a page that is offered some, or none. In Qt 4 they are
 /// one switch of the whole process, set by the page that was told last: there they stay on for the others,
