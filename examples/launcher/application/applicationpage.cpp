@@ -8,14 +8,15 @@
 
 namespace {
 
+const char answerBrokenOff[] = "the server broke off its answer";
+
 // Where a server said that all is well and then broke off, the engine gives what it said. The network
 // access can know more.
 QString reasonOf(const QWebPage::ErrorPageExtensionOption &failure, QNetworkAccessManager *network)
 {
     const ConfiguredAccess *access = qobject_cast<ConfiguredAccess *>(network);
     const bool brokeOff = failure.domain == QWebPage::Http && failure.error < 400;
-    const QString words =
-        brokeOff ? QString(QLatin1String("the server broke off its answer")) : failure.errorString;
+    const QString words = brokeOff ? QString(QLatin1String(answerBrokenOff)) : failure.errorString;
     return access ? access->reason(failure.url, words) : words;
 }
 
@@ -48,6 +49,7 @@ ApplicationPage::ApplicationPage(QObject *parent)
       m_filesAreOffered(false)
 {
     connect(this, SIGNAL(loadStarted()), SLOT(forgetLoadError()));
+    connect(this, SIGNAL(loadFinished(bool)), SLOT(judge(bool)));
     connect(this, SIGNAL(frameCreated(QWebFrame *)), SLOT(watchFrame(QWebFrame *)));
     watchFrame(mainFrame());
 }
@@ -160,6 +162,19 @@ void ApplicationPage::forgetLoadError()
 {
     m_loadError.clear();
     m_mayLoadLater = false;
+}
+
+void ApplicationPage::judge(bool ok)
+{
+    const ConfiguredAccess *access = qobject_cast<ConfiguredAccess *>(networkAccessManager());
+    const QUrl address = mainFrame()->url();
+    const bool isCutOff = ok && access && access->isCutOff(address);
+    if (isCutOff) {
+        m_loadError = QLatin1String(answerBrokenOff);
+        m_failedAddress = address;
+        m_mayLoadLater = true;
+    }
+    emit settled(ok && !isCutOff);
 }
 
 bool ApplicationPage::supportsExtension(Extension extension) const

@@ -61,6 +61,9 @@ public:
                    ExtensionReturn *output) override;
 
 Q_SIGNALS:
+    /// The end of a load, as loadFinished() tells it, but an answer that was cut off has not loaded.
+    void settled(bool ok);
+
     /// Something to be told about the page: a question, a message to its console.
     void note(const QString &text);
 
@@ -81,6 +84,7 @@ protected:
 
 private Q_SLOTS:
     void forgetLoadError();
+    void judge(bool ok);
     void watchFrame(QWebFrame *frame);
     void takeDatabasesAway();
 

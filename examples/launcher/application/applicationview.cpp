@@ -112,7 +112,7 @@ void ApplicationView::start()
     boundNetwork();
     if (m_isAttended)
         keepPage(); // first, so that it is known whether the page is tried again
-    connect(m_page, SIGNAL(loadFinished(bool)), SLOT(firstLoadFinished(bool)));
+    connect(m_page, SIGNAL(settled(bool)), SLOT(firstLoadFinished(bool)));
     if (!m_isAttended && m_timeout > 0)
         QTimer::singleShot(m_timeout, this, SLOT(giveUp()));
     show();
@@ -254,8 +254,8 @@ void ApplicationView::createExtension()
 // there is their own affair.
 void ApplicationView::firstLoadFinished(bool ok)
 {
-    disconnect(m_page, SIGNAL(loadFinished(bool)), this, SLOT(firstLoadFinished(bool)));
-    connect(m_page, SIGNAL(loadFinished(bool)), SLOT(laterLoadFinished(bool)));
+    disconnect(m_page, SIGNAL(settled(bool)), this, SLOT(firstLoadFinished(bool)));
+    connect(m_page, SIGNAL(settled(bool)), SLOT(laterLoadFinished(bool)));
     m_timeout = 0;
     if (ok) {
         reportRefusal();
@@ -304,7 +304,7 @@ void ApplicationView::giveUp()
         return; // it loaded, or failed by itself
     const int limit = m_timeout;
     m_timeout = 0;
-    disconnect(m_page, SIGNAL(loadFinished(bool)), this, SLOT(firstLoadFinished(bool)));
+    disconnect(m_page, SIGNAL(settled(bool)), this, SLOT(firstLoadFinished(bool)));
     m_page->triggerAction(QWebPage::Stop);
     emit failed(QString(QLatin1String("the page %1 has not loaded after %2 ms"))
                     .arg(m_address.toString(), QString::number(limit)));

@@ -23,7 +23,7 @@ PageKeeper::PageKeeper(ApplicationPage *page, int timeout, QObject *parent)
     connect(&m_patience, SIGNAL(timeout()), SLOT(giveUp()));
     connect(&m_pause, SIGNAL(timeout()), SLOT(tryAgain()));
     connect(page, SIGNAL(loadStarted()), SLOT(started()));
-    connect(page, SIGNAL(loadFinished(bool)), SLOT(finished(bool)));
+    connect(page, SIGNAL(settled(bool)), SLOT(finished(bool)));
     connect(page->mainFrame(), SIGNAL(initialLayoutCompleted()), SLOT(shown()));
     connect(page->networkAccessManager(), SIGNAL(finished(QNetworkReply *)),
             SLOT(look(QNetworkReply *)));

@@ -73,6 +73,11 @@ QString ConfiguredAccess::reason(const QUrl &url, const QString &words) const
     return m_wasBrokenOff ? m_explanation : words + QLatin1String("; ") + m_explanation;
 }
 
+bool ConfiguredAccess::isCutOff(const QUrl &url) const
+{
+    return !url.isEmpty() && url == m_cutOff;
+}
+
 QNetworkReply *ConfiguredAccess::createRequest(Operation operation, const QNetworkRequest &request,
                                                QIODevice *outgoing)
 {
@@ -116,13 +121,24 @@ QString ConfiguredAccess::objectionTo(Operation operation, const QUrl &url) cons
 void ConfiguredAccess::watchEnd(QNetworkReply *reply)
 {
     const QString note = m_notes.take(reply);
-    if (reply->error() == QNetworkReply::NoError)
+    if (reply->error() == QNetworkReply::NoError) {
+        noteLength(*reply);
         return;
+    }
     m_failedUrl = reply->url();
     m_wasBrokenOff = note == ResponseLimit::reason();
     m_explanation = explain(*reply, note);
     if (isHandshakeFailure(*reply))
         m_problem = m_explanation;
+}
+
+void ConfiguredAccess::noteLength(const QNetworkReply &reply)
+{
+    const ResponseLimit *limit = reply.findChild<ResponseLimit *>();
+    if (limit && limit->isCutOff())
+        m_cutOff = reply.url();
+    else if (reply.url() == m_cutOff)
+        m_cutOff.clear();
 }
 
 QString ConfiguredAccess::explain(const QNetworkReply &reply, const QString &note) const

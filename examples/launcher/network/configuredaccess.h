@@ -37,6 +37,9 @@ public:
     /// Why the request for `url` that has just failed did so. `words` is what the engine knows of it.
     QString reason(const QUrl &url, const QString &words) const;
 
+    /// Whether the server broke off its last answer for `url` without an error that the engine hears of.
+    bool isCutOff(const QUrl &url) const;
+
 protected:
     QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request,
                                  QIODevice *outgoing) override;
@@ -51,6 +54,7 @@ private Q_SLOTS:
 private:
     bool isForCertificate(const QUrl &url) const;
     QString objectionTo(Operation operation, const QUrl &url) const;
+    void noteLength(const QNetworkReply &reply);
     QString explain(const QNetworkReply &reply, const QString &note) const;
 
     ClientCertificate m_certificate;
@@ -61,6 +65,7 @@ private:
     QUrl m_failedUrl; ///< of the last request that failed
     QString m_explanation; ///< why it did, beyond the words of the toolkit
     bool m_wasBrokenOff; ///< by this object, so that these words mean nothing
+    QUrl m_cutOff; ///< the last answer that was cut off; empty once it has come whole
 };
 
 #endif // CONFIGUREDACCESS_H

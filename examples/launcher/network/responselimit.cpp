@@ -1,5 +1,6 @@
 #include "network/responselimit.h"
 
+#include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QString>
 
@@ -12,7 +13,7 @@ const qint64 readAhead = qint64(1024) * 1024;
 // The engine reads in its own slot, between countReadable() and noteRest(): so the one connects before
 // it does, the other afterwards.
 ResponseLimit::ResponseLimit(QNetworkReply *reply)
-    : QObject(reply), m_reply(reply), m_readable(0), m_rest(0), m_isExceeded(false)
+    : QObject(reply), m_reply(reply), m_arrived(0), m_readable(0), m_rest(0), m_isExceeded(false)
 {
     // Without a limit the toolkit reads ahead, as fast as the server can send.
     reply->setReadBufferSize(readAhead);
@@ -27,6 +28,18 @@ QString ResponseLimit::reason()
     return QString(QLatin1String("its body is larger than %1 bytes")).arg(most);
 }
 
+// Answers to other questions, and those out of the cache, can announce a body that they do not have. What
+// arrives compressed has no length any more.
+bool ResponseLimit::isCutOff() const
+{
+    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const bool hasBody = status == 200
+        && m_reply->operation() == QNetworkAccessManager::GetOperation
+        && !m_reply->attribute(QNetworkRequest::SourceIsFromCacheAttribute).toBool();
+    return hasBody
+        && m_arrived < m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
+}
+
 // There is time: no data has arrived.
 void ResponseLimit::lookAtLength()
 {
@@ -37,6 +50,7 @@ void ResponseLimit::lookAtLength()
 // At once: the engine would be given the rest before an event is.
 void ResponseLimit::countArrived(qint64 received)
 {
+    m_arrived = received;
     if (isTooLarge(received))
         m_reply->abort();
 }

@@ -21,6 +21,10 @@ public:
     /// "its body is larger than ... bytes".
     static QString reason();
 
+    /// Whether less has arrived than the server announced. Qt 5 ends such a reply with an error, Qt 4 as
+    /// any other.
+    bool isCutOff() const;
+
 Q_SIGNALS:
     /// Emitted once, just before the reply is broken off.
     void exceeded(QNetworkReply *reply);
@@ -36,6 +40,7 @@ private:
     bool isTooLarge(qint64 size);
 
     QNetworkReply *m_reply;
+    qint64 m_arrived; ///< bytes of the body
     qint64 m_readable; ///< bytes that became readable so far
     qint64 m_rest; ///< of them, those that nobody has read
     bool m_isExceeded;
