@@ -210,6 +210,7 @@ void tst_CheckFix::otherFormsHoldWhatIsLeft()
     QVERIFY2(github.output.startsWith("::warning file=warning.json"), github.output);
 }
 
+// As in every output, a line with a mistake and an address may hold a password.
 void tst_CheckFix::theDiffIsAllThatIsPrinted()
 {
     const Result result = run("check --diff error.json");
@@ -221,9 +222,9 @@ void tst_CheckFix::theDiffIsAllThatIsPrinted()
                         "-    \"Global\": { \"Version\": 1, },\n"
                         "+    \"Global\": { \"Version\": 1 },\n"
                         "     \"Applications\": [\n"
-                        "-        { 'Tag': \"tv\", \"url\": \"http://tv.example/\", "
+                        "-        { ********: ********, ********: ********, "
                         "\"WindowOpacity\": 255 }\n"
-                        "+        { \"Tag\": \"tv\", \"Url\": \"http://tv.example/\", "
+                        "+        { ********: ********, ********: ********, "
                         "\"WindowOpacity\": 255 }\n"
                         "     ]\n"
                         " }\n"));
@@ -280,8 +281,8 @@ void tst_CheckFix::theDiffShowsNoSecret()
     QCOMPARE(result.output,
              QByteArray("--- <stdin>\n+++ <stdin>\n@@ -1,7 +1,7 @@\n"
                         " { \"Global\": { \"Version\": 1 }, \"Applications\": [ {\n"
-                        "-'Tag': \"tv\", ********\n"
-                        "+\"Tag\": \"tv\", ********\n"
+                        "-********: ********, ********\n"
+                        "+********: ********, ********\n"
                         " \"Certificate\": { \"Path\": \"a.pem\",\n"
                         "-'PassPhrase': ********\n"
                         "+\"PassPhrase\": ********\n"
@@ -289,6 +290,17 @@ void tst_CheckFix::theDiffShowsNoSecret()
                         "-\"HttpProxy\": ********\n"
                         "+\"HttpProxy\": ********\n"
                         " } ] }\n"));
+    const QByteArray others[] = {
+        "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ {// \"Certificate\": { "
+        "\"_comment\": \", \"S3cret! opens it\" },\n\"Tag\": \"tv\" } ] }\n",
+        "{\"Global\":{\"Version\":1},\"Applications\":[{\"Tag\":\"tv\",\"pass_phrase\": \": "
+        "\"\"S3cret!,Certificate\":{\"Path\":\"b.pem\"},\"Scale\":1.5}]}",
+    };
+    for (const QByteArray &other : others) {
+        const Result diff = run("check --diff -", other);
+        QCOMPARE(diff.status, 1);
+        QVERIFY2(!diff.output.contains("cret"), diff.output);
+    }
     const Result repaired = run("check --fix -", secret);
     QVERIFY2(repaired.output.contains("\"PassPhrase\": \"S3cret!\""), repaired.output);
     QVERIFY2(!repaired.errors.contains("cret"), repaired.errors);

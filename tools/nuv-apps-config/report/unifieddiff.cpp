@@ -123,14 +123,10 @@ private:
 };
 
 // What is secret in one of the texts is secret in the other, too. A broken file does not tell where its
-// secrets are, and hides whole lines. Once it is mended its tree tells that; only what was taken away is
-// hidden as before.
+// secrets are, and hides whole lines: what it hides must not be shown because a repair made a remark or
+// a key of it.
 void Diff::shareSecrets()
 {
-    const bool isKnown = !m_file.now().findings.hasSyntaxError();
-    const std::vector<Range> hidden = m_before.secrets;
-    if (isKnown)
-        m_before.secrets.clear();
     const std::vector<Range> ofBefore = m_before.secrets;
     const std::vector<Range> ofAfter = m_after.secrets;
     int kept = 0;
@@ -152,8 +148,7 @@ void Diff::shareSecrets()
                                  change.begin + shift + change.inserted.size() };
         if (!touched(ofBefore, removed).empty() || repeatsSecret(change.inserted))
             m_after.secrets.push_back(inserted);
-        const bool isTakenAway = change.inserted.isEmpty() && !touched(hidden, removed).empty();
-        if (!touched(ofAfter, inserted).empty() || isTakenAway)
+        if (!touched(ofAfter, inserted).empty())
             m_before.secrets.push_back(removed);
         shift += change.inserted.size() - (change.end - change.begin);
         kept = change.end;
@@ -172,9 +167,7 @@ bool Diff::repeatsSecret(const QByteArray &inserted) const
     const auto repeats = [&](const Secrets &secrets) {
         return secrets.text(plain) != plain || secrets.text(decoded) != decoded;
     };
-    const Analysis &now = m_file.now();
-    return repeats(*now.secrets)
-        || (now.findings.hasSyntaxError() && repeats(*m_file.before().secrets));
+    return repeats(*m_file.now().secrets) || repeats(*m_file.before().secrets);
 }
 
 // Each change takes the lines that it begins and ends in. It ends between two lines where it does so in
