@@ -36,7 +36,10 @@ TlsServer::TlsServer(const QString &authority, const QString &certificate, const
 
 QString TlsServer::address(const char *path) const
 {
-    return HttpServer::address(path).replace(0, 4, QLatin1String("https"));
+    const QString scheme = QLatin1String("http://127.0.0.1:");
+    return HttpServer::address(path).replace(
+        0, scheme.size(),
+        QLatin1String("https://") + ToolkitDifferences::trustedLocalHost() + QLatin1Char(':'));
 }
 
 QTcpSocket *TlsServer::makeSocket()

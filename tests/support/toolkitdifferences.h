@@ -80,6 +80,12 @@ inline QSsl::SslProtocol tlsWithEarlyIntroduction()
 }
 #endif
 
+/// A host of a server on this machine that can be trusted: Qt 4 knows no certificates for addresses.
+inline QLatin1String trustedLocalHost()
+{
+    return QLatin1String(isQt4() ? "localhost" : "127.0.0.1");
+}
+
 inline qint64 processId(const QProcess &process)
 {
 #if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)

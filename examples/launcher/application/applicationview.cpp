@@ -1,5 +1,7 @@
 #include "application/applicationview.h"
 
+#include "application/guicompat.h"
+
 #include <AppConfig>
 #include "application/applicationpage.h"
 #include "application/pagekeeper.h"
@@ -32,8 +34,8 @@ namespace {
 // when it makes the page.
 ApplicationPage *makePageFor(const QString &tag, ApplicationPage::Maker make, QObject *parent)
 {
-    QWebSettings::globalSettings()->setLocalStoragePath(UserFolders::data()
-                                                        + UserFolders::nameFor(tag));
+    QWebSettings::globalSettings()->setLocalStoragePath(
+        GuiCompat::localStorageFolder(UserFolders::data() + UserFolders::nameFor(tag)));
     DebugBorders::restore();
     return make(parent);
 }

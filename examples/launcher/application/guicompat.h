@@ -6,11 +6,21 @@
 // What qtcompat.h is for the toolkit's core, for its windows and its page engine.
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QRect>
 #include <QScopedPointer>
 #include <QWidget>
 
+#include <algorithm>
+#include <cstring>
 #include <vector>
+
+// Where qWebKitVersion() is declared.
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+#include <qwebkitversion.h>
+#else
+#include <qwebkitglobal.h>
+#endif
 
 #if QT_VERSION < QT_VERSION_CHECK(5, 14, 0)
 #include <QDesktopWidget>
@@ -31,30 +41,39 @@ inline QRect availableGeometry(const QWidget &window)
 }
 
 /// The application object. Qt 4 needs a display for one that can show windows, so there it is at first one that
-/// cannot: who asks for help may have no display.
+/// cannot: who asks for help may have no display. Options such as -style are the toolkit's, which takes them
+/// out of the command line only with a display.
 #if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
 class Application
 {
 public:
     /// `argc` and `argv` must outlive the object.
     Application(int &argc, char **argv)
-        : m_argc(argc),
-          m_argv(argv),
-          m_copiedArgc(argc),
-          m_copiedArgv(argv, argv + argc + 1),
-          m_application(new QApplication(m_copiedArgc, m_copiedArgv.data(), QApplication::Tty))
+        : m_argc(argc), m_argv(argv), m_copiedArgc(argc), m_copiedArgv(argv, argv + argc + 1)
     {
+        if (std::any_of(argv + 1, argv + argc, isOfTheToolkit))
+            openDisplay();
+        else
+            m_application.reset(
+                new QApplication(m_copiedArgc, m_copiedArgv.data(), QApplication::Tty));
     }
 
-    /// To be called once, before a window is made.
+    /// To be called before a window is made.
     void openDisplay()
     {
+        if (m_application && QApplication::type() != QApplication::Tty)
+            return;
         m_application.reset();
         m_application.reset(new QApplication(m_argc, m_argv));
     }
 
 private:
     Q_DISABLE_COPY(Application)
+
+    static bool isOfTheToolkit(const char *argument)
+    {
+        return argument[0] == '-' && argument[1] != '-' && std::strlen(argument) > 2;
+    }
 
     int &m_argc;
     char **m_argv;
@@ -84,6 +103,18 @@ inline bool databaseSwitch(bool offered)
     return true;
 #else
     return offered;
+#endif
+}
+
+/// Where the local storage of an application is, given where it would have its own. Qt 4 has one for all pages
+/// of the process, in the folder that the first of them names: with a folder for each, what is found would
+/// depend on which application came first.
+inline QString localStorageFolder(const QString &own)
+{
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    return QFileInfo(own).path() + QLatin1String("/applications");
+#else
+    return own;
 #endif
 }
 

@@ -16,8 +16,8 @@ bool EngineSettings::setSpatialNavigationDisabled(ApplicationView &view, const Q
 // the page.
 bool EngineSettings::setLocalStorage(ApplicationView &view, const QVariant &on)
 {
-    view.page()->settings()->setLocalStoragePath(UserFolders::data()
-                                                 + UserFolders::nameFor(view.tag()));
+    view.page()->settings()->setLocalStoragePath(
+        GuiCompat::localStorageFolder(UserFolders::data() + UserFolders::nameFor(view.tag())));
     return setAttribute<QWebSettings::LocalStorageEnabled>(view, on);
 }
 

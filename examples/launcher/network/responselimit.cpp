@@ -44,7 +44,12 @@ bool ResponseLimit::isCutOff() const
 void ResponseLimit::lookAtLength()
 {
     if (isTooLarge(m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong()))
-        QMetaObject::invokeMethod(m_reply, "abort", Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "breakOff", Qt::QueuedConnection);
+}
+
+void ResponseLimit::breakOff()
+{
+    m_reply->abort();
 }
 
 // At once: the engine would be given the rest before an event is.

@@ -31,6 +31,7 @@ Q_SIGNALS:
 
 private Q_SLOTS:
     void lookAtLength();
+    void breakOff();
     void countArrived(qint64 received);
     void countReadable();
     void listenLast();
