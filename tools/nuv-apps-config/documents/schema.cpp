@@ -112,26 +112,11 @@ QJsonObject textSchema(const Property &property)
 
 QJsonObject kindSchema(const Property &property)
 {
-    QJsonObject schema;
+    if (Properties::isText(property))
+        return textSchema(property);
     switch (property.kind) {
     case Kind::Switch:
         return typed("boolean");
-    case Kind::Text:
-    case Kind::Address:
-    case Kind::Referrer:
-    case Kind::Proxy:
-    case Kind::UserAgent:
-    case Kind::Domain:
-    case Kind::FilePath:
-    case Kind::ScriptFile:
-        return textSchema(property);
-    case Kind::Number:
-        schema = typed("number");
-        break;
-    case Kind::Integer:
-    case Kind::Port:
-        schema = typed("integer");
-        break;
     case Kind::Version:
         return versionSchema();
     case Kind::Object:
@@ -140,7 +125,10 @@ QJsonObject kindSchema(const Property &property)
     case Kind::Array:
         return arrayOf(property.section == Section::Document ? Section::Application
                                                              : Section::Domain);
+    default:
+        break;
     }
+    QJsonObject schema = typed(property.kind == Kind::Number ? "number" : "integer");
     insertRange(property, &schema);
     return schema;
 }
