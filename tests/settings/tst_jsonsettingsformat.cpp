@@ -224,6 +224,7 @@ private Q_SLOTS:
     void theWarningIsWhatTheDebugStreamOfQt4Writes();
     void deepDocumentsNeedLittleStack_data();
     void deepDocumentsNeedLittleStack();
+    void whatIsBeforeASyntaxErrorMayBeDeep();
     void whatIsDroppedMayBeDeep_data();
     void whatIsDroppedMayBeDeep();
     void manyKeysTakeTimeInProportion_data();
@@ -1237,6 +1238,19 @@ void tst_JsonSettingsFormat::deepDocumentsNeedLittleStack()
         longest = qMax(longest, it.key().size());
     QCOMPARE(longest, longestKey);
     QVERIFY(mapBehind == map);
+}
+
+// The parser returns a whole document that something follows, and nothing takes it apart then.
+void tst_JsonSettingsFormat::whatIsBeforeASyntaxErrorMayBeDeep()
+{
+    const QByteArray json = nested("[", 100000, "]") + "x";
+    QSettings::SettingsMap map;
+    const Messages messages;
+
+    runOnSmallStack([&] { map = readBytes(json); });
+
+    QCOMPARE(map.size(), 0);
+    QCOMPARE(messages.count(), 1);
 }
 
 void tst_JsonSettingsFormat::whatIsDroppedMayBeDeep_data()
