@@ -204,7 +204,7 @@ void tst_LauncherResponses::aFailedRequestIsNotLoaded()
     failures.sort();
     QCOMPARE(failures.join(text("|")),
              server.address("/closed.js") + text(": Connection closed|")
-                 + server.address("/gone.js") + text(": Error transferring ")
+                 + server.address("/gone.js") + text(": ") + ToolkitDifferences::failedTransfer()
                  + server.address("/gone.js") + text(" - server replied: Not Found"));
 }
 

@@ -147,6 +147,8 @@ void tst_LauncherStorage::noDocumentFindsDatabasesUnlessTheyAreOn()
     QStringList expected;
     for (const char *document : documents)
         expected << text(document) + text(" is ") + kind;
+    if (ToolkitDifferences::isQt4()) // the engine does not know it
+        expected.removeAll(text("srcdoc is ") + kind);
     QCOMPARE(answers.join(text("\n")), expected.join(text("\n")));
     QVERIFY2(!run.out.contains(text("Blocked")), qPrintable(run.out));
     QCOMPARE(QFile::exists(stage.path(".local/share/nuv-launcher/databases/Databases.db")), false);

@@ -86,6 +86,31 @@ inline QLatin1String trustedLocalHost()
     return QLatin1String(isQt4() ? "localhost" : "127.0.0.1");
 }
 
+/// The words of the toolkit for a page that the server does not have, up to its address.
+inline QLatin1String failedTransfer()
+{
+    return QLatin1String(isQt4() ? "Error downloading " : "Error transferring ");
+}
+
+/// What the engine says of a script that ends too early.
+inline QLatin1String scriptTooShort()
+{
+    return QLatin1String(isQt4() ? "SyntaxError: Parse error"
+                                 : "SyntaxError: Unexpected end of script");
+}
+
+/// The line of the first line of a page's script after its tag, in a console message.
+inline int firstLineOfScript()
+{
+    return isQt4() ? 1 : 2;
+}
+
+/// How many cookies of one domain a jar of the toolkit's takes, where that is fewer than `wanted`.
+inline int cookiesOfOneDomain(int wanted)
+{
+    return isQt4() ? 50 : wanted;
+}
+
 inline qint64 processId(const QProcess &process)
 {
 #if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)

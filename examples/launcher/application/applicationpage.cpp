@@ -9,6 +9,7 @@
 namespace {
 
 const char answerBrokenOff[] = "the server broke off its answer";
+const char requestBlocked[] = "Request blocked";
 
 // Where a server said that all is well and then broke off, the engine gives what it said. The network
 // access can know more.
@@ -42,6 +43,7 @@ bool isTransient(const QWebPage::ErrorPageExtensionOption &failure)
 
 ApplicationPage::ApplicationPage(QObject *parent)
     : QWebPage(parent),
+      m_requestsBefore(0),
       m_mayLoadLater(false),
       m_errorPageIsShown(false),
       m_consoleIsShown(true),
@@ -162,19 +164,33 @@ void ApplicationPage::forgetLoadError()
 {
     m_loadError.clear();
     m_mayLoadLater = false;
+    const ConfiguredAccess *access = qobject_cast<ConfiguredAccess *>(networkAccessManager());
+    m_requestsBefore = access ? access->requestCount() : 0;
+}
+
+// The reason of an end that the engine does not tell: that of Qt 4 takes an answer that was cut off for a
+// whole one, and asks for no error page where redirections have no end or a port is none of the web.
+QString ApplicationPage::whyNotTold(const ConfiguredAccess &access, bool ok) const
+{
+    if (ok)
+        return QLatin1String(access.isCutOff(mainFrame()->url()) ? answerBrokenOff : "");
+    if (!m_loadError.isEmpty())
+        return QString();
+    if (access.isSentOn())
+        return QLatin1String("Redirection limit reached");
+    return QLatin1String(access.requestCount() == m_requestsBefore ? requestBlocked : "");
 }
 
 void ApplicationPage::judge(bool ok)
 {
     const ConfiguredAccess *access = qobject_cast<ConfiguredAccess *>(networkAccessManager());
-    const QUrl address = mainFrame()->url();
-    const bool isCutOff = ok && access && access->isCutOff(address);
-    if (isCutOff) {
-        m_loadError = QLatin1String(answerBrokenOff);
-        m_failedAddress = address;
-        m_mayLoadLater = true;
+    const QString reason = access ? whyNotTold(*access, ok) : QString();
+    if (!reason.isEmpty()) {
+        m_loadError = reason;
+        m_failedAddress = mainFrame()->requestedUrl();
+        m_mayLoadLater = reason != QLatin1String(requestBlocked);
     }
-    emit settled(ok && !isCutOff);
+    emit settled(ok && reason.isEmpty());
 }
 
 bool ApplicationPage::supportsExtension(Extension extension) const
@@ -223,7 +239,7 @@ void ApplicationPage::javaScriptConsoleMessage(const QString &message, int line,
     if (!m_consoleIsShown)
         return;
     const bool isOfUserScript = isUnnamed(source) && line > linesBeforeUserScript;
-    if (source.isEmpty() && !isOfUserScript) { // nor does the line mean anything then
+    if (isUnnamed(source) && !isOfUserScript) { // nor does the line mean anything then
         emit note(QLatin1String("console: ") + message);
         return;
     }

@@ -9,6 +9,8 @@
 #include <QUrl>
 #include <QWebPage>
 
+class ConfiguredAccess;
+
 /// The page of an application, with a user agent, an error page and scripts of the launcher's.
 class ApplicationPage : public QWebPage
 {
@@ -89,6 +91,7 @@ private Q_SLOTS:
     void takeDatabasesAway();
 
 private:
+    QString whyNotTold(const ConfiguredAccess &access, bool ok) const;
     void evaluateIn(QWebFrame *frame, const QString &source);
     bool mayAsk();
 
@@ -98,6 +101,7 @@ private:
     QString m_loadError;
     QuestionFlood m_questions;
     QUrl m_failedAddress;
+    int m_requestsBefore; ///< the load that goes on
     bool m_mayLoadLater;
     bool m_errorPageIsShown;
     bool m_consoleIsShown;

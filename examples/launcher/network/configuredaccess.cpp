@@ -36,7 +36,7 @@ bool isForPlayer(const QNetworkRequest &request)
 } // namespace
 
 ConfiguredAccess::ConfiguredAccess(QObject *parent)
-    : QNetworkAccessManager(parent), m_wasBrokenOff(false)
+    : QNetworkAccessManager(parent), m_wasBrokenOff(false), m_isSentOn(false), m_requestCount(0)
 {
     connect(this, SIGNAL(finished(QNetworkReply *)), SLOT(watchEnd(QNetworkReply *)));
 #ifndef NUV_WITHOUT_TLS
@@ -78,9 +78,20 @@ bool ConfiguredAccess::isCutOff(const QUrl &url) const
     return !url.isEmpty() && url == m_cutOff;
 }
 
+bool ConfiguredAccess::isSentOn() const
+{
+    return m_isSentOn;
+}
+
+int ConfiguredAccess::requestCount() const
+{
+    return m_requestCount;
+}
+
 QNetworkReply *ConfiguredAccess::createRequest(Operation operation, const QNetworkRequest &request,
                                                QIODevice *outgoing)
 {
+    ++m_requestCount;
     const QString objection = objectionTo(operation, request.url());
     if (!objection.isEmpty())
         return new RefusedReply(operation, request, objection, this);
@@ -121,6 +132,7 @@ QString ConfiguredAccess::objectionTo(Operation operation, const QUrl &url) cons
 void ConfiguredAccess::watchEnd(QNetworkReply *reply)
 {
     const QString note = m_notes.take(reply);
+    m_isSentOn = reply->attribute(QNetworkRequest::RedirectionTargetAttribute).isValid();
     if (reply->error() == QNetworkReply::NoError) {
         noteLength(*reply);
         return;

@@ -40,6 +40,12 @@ public:
     /// Whether the server broke off its last answer for `url` without an error that the engine hears of.
     bool isCutOff(const QUrl &url) const;
 
+    /// Whether the last request that ended was sent on to another address.
+    bool isSentOn() const;
+
+    /// How many requests there were so far.
+    int requestCount() const;
+
 protected:
     QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request,
                                  QIODevice *outgoing) override;
@@ -65,6 +71,8 @@ private:
     QUrl m_failedUrl; ///< of the last request that failed
     QString m_explanation; ///< why it did, beyond the words of the toolkit
     bool m_wasBrokenOff; ///< by this object, so that these words mean nothing
+    bool m_isSentOn;
+    int m_requestCount;
     QUrl m_cutOff; ///< the last answer that was cut off; empty once it has come whole
 };
 
