@@ -179,12 +179,13 @@ void tst_LauncherStorage::aQuotaHoldsFromItsFirstStart()
 {
     Stage stage;
     stage.write("page.html", storing("200000"));
+    const char *const lowered = ToolkitDifferences::either("fits", "too much");
     const struct {
         const char *quota;
         const char *outcome;
     } starts[] = {
-        { "100000", "too much" }, { "1000000", "fits" }, { "100000", "too much" },
-        { "0", "too much" },      { "2000000", "fits" },
+        { "100000", "too much" }, { "1000000", "fits" }, { "100000", lowered },
+        { "0", lowered },         { "2000000", "fits" },
     };
     for (const auto &start : starts) {
         stage.configure(Stage::application("tv", text("page.html"),
