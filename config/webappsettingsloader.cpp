@@ -152,7 +152,8 @@ void WebAppSettingsPrivate::load(const QString &path)
     loadGlobal();
     if (isUsable())
         loadApplications();
-    opened.release(); // nothing can throw any more: it is kept until the process ends
+    // Nothing can throw any more: it is kept until the process ends.
+    static_cast<void>(opened.release());
 }
 
 void WebAppSettingsPrivate::loadGlobal()

@@ -9,7 +9,7 @@ class DeviceFiles
 public:
     /// Relative paths begin at `folder`. `root` is a directory with the files of the device, as a
     /// build of its system or a mounted image gives it; empty where there is none.
-    DeviceFiles(const QString &folder, const QString &root = QString());
+    explicit DeviceFiles(const QString &folder, const QString &root = QString());
 
     const QString &folder() const { return m_folder; }
 
