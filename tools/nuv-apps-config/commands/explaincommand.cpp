@@ -43,7 +43,7 @@ const Property *atPlace(const QString &name)
 QByteArray corrected(const Rule &rule)
 {
     const QByteArray sample = Rules::sample(rule);
-    const auto analysis = analyse(QString(), sample, QString(QLatin1String("/")));
+    const auto analysis = analyse(QString(), sample, DeviceFiles(QLatin1String("/")));
     for (const Finding &finding : analysis->findings.all()) {
         if (qstrcmp(finding.rule, rule.id) == 0 && !finding.edit.isNothing())
             return finding.edit.appliedTo(sample);

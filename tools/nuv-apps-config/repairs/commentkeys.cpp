@@ -298,12 +298,11 @@ void Comments::repairInArray(const Comment &remark, const Gap &gap)
     const Node *const after = gap.after ? &m_document.at(*gap.after) : nullptr;
     const bool isBehind = before && remark.begin <= m_source.lineEnd(before->end);
     const bool canFollow = before && before->type == Node::Object;
-    if (canFollow && (isBehind || !after))
+    const bool canLead = after && after->type == Node::Object;
+    if (canFollow && (isBehind || !canLead))
         moveToEnd(remark, *before);
-    else if (after && after->type == Node::Object)
+    else if (canLead)
         moveToFront(remark, *after);
-    else if (canFollow)
-        moveToEnd(remark, *before);
 }
 
 void Comments::repairOutside(const Comment &remark)

@@ -24,11 +24,11 @@ private:
 
     QByteArray written(int begin, int end) const { return m_bytes.mid(begin, end - begin); }
     QByteArray key(const Node &object, const Node::Child &child) const;
-    int widthOf(int node);
+    int widthOf(int index);
     bool isOnOneLine(const Node &node) const;
     bool isAfterBlankLine(int end, int begin) const;
     int beginOf(const Node &node, const Node::Child &child) const;
-    void write(int node, int indentation, int room);
+    void write(int index, int indentation, int room);
     void writeOnOneLine(const Node &node);
     void writeOnLines(const Node &node, int indentation);
 
