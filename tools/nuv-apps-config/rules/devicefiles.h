@@ -8,8 +8,10 @@ class DeviceFiles
 {
 public:
     /// Relative paths begin at `folder`. `root` is a directory with the files of the device, as a
-    /// build of its system or a mounted image gives it; empty where there is none.
-    explicit DeviceFiles(const QString &folder, const QString &root = QString());
+    /// build of its system or a mounted image gives it; empty where there is none. A folder alone is one of
+    /// this machine, and is taken for its files.
+    // cppcheck-suppress noExplicitConstructor
+    DeviceFiles(const QString &folder, const QString &root = QString());
 
     const QString &folder() const { return m_folder; }
 
