@@ -13,9 +13,8 @@ const char requestBlocked[] = "Request blocked";
 
 // Where a server said that all is well and then broke off, the engine gives what it said. The network
 // access can know more.
-QString reasonOf(const QWebPage::ErrorPageExtensionOption &failure, QNetworkAccessManager *network)
+QString reasonOf(const QWebPage::ErrorPageExtensionOption &failure, const ConfiguredAccess *access)
 {
-    const ConfiguredAccess *access = qobject_cast<ConfiguredAccess *>(network);
     const bool brokeOff = failure.domain == QWebPage::Http && failure.error < 400;
     const QString words = brokeOff ? QString(QLatin1String(answerBrokenOff)) : failure.errorString;
     return access ? access->reason(failure.url, words) : words;
@@ -164,8 +163,13 @@ void ApplicationPage::forgetLoadError()
 {
     m_loadError.clear();
     m_mayLoadLater = false;
-    const ConfiguredAccess *access = qobject_cast<ConfiguredAccess *>(networkAccessManager());
+    const ConfiguredAccess *access = configuredAccess();
     m_requestsBefore = access ? access->requestCount() : 0;
+}
+
+const ConfiguredAccess *ApplicationPage::configuredAccess() const
+{
+    return qobject_cast<ConfiguredAccess *>(networkAccessManager());
 }
 
 // The reason of an end that the engine does not tell: that of Qt 4 takes an answer that was cut off for a
@@ -183,7 +187,7 @@ QString ApplicationPage::whyNotTold(const ConfiguredAccess &access, bool ok) con
 
 void ApplicationPage::judge(bool ok)
 {
-    const ConfiguredAccess *access = qobject_cast<ConfiguredAccess *>(networkAccessManager());
+    const ConfiguredAccess *access = configuredAccess();
     const QString reason = access ? whyNotTold(*access, ok) : QString();
     if (!reason.isEmpty()) {
         m_loadError = reason;
@@ -207,7 +211,7 @@ bool ApplicationPage::extension(Extension extension, const ExtensionOption *opti
     if (extension != ErrorPageExtension)
         return QWebPage::extension(extension, option, output);
     const ErrorPageExtensionOption *failure = static_cast<const ErrorPageExtensionOption *>(option);
-    const QString reason = reasonOf(*failure, networkAccessManager());
+    const QString reason = reasonOf(*failure, configuredAccess());
     if (failure->frame == mainFrame()) {
         m_loadError = reason;
         m_failedAddress = failure->url;

@@ -91,6 +91,7 @@ private Q_SLOTS:
     void takeDatabasesAway();
 
 private:
+    const ConfiguredAccess *configuredAccess() const; ///< null where the platform has another
     QString whyNotTold(const ConfiguredAccess &access, bool ok) const;
     void evaluateIn(QWebFrame *frame, const QString &source);
     bool mayAsk();
