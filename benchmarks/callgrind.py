@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Builds the benchmarks, makes their documents and counts instructions: what the scripts share."""
 
 import concurrent.futures

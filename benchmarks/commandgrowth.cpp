@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the commands of nuv-apps-config on files that grow in one direction, for callgrind to count:
 //
 //   valgrind --tool=callgrind commandgrowth FOLDER DIRECTION

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Does one thing once, for callgrind to count the instructions of that call:
 //
 //   LD_BIND_NOW=1 valgrind --tool=callgrind --collect-atstart=no count ACTION FILE WHO

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The format around QJsonDocument in place of ours, for the loader of the library.
 
 #include "benchmarks/formats.h"

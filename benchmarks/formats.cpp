@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "benchmarks/formats.h"
 
 #include "benchmarks/rapidscalars.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FORMATS_H
 #define FORMATS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads and writes documents that grow in one dimension each, for callgrind to count the instructions:
 //
 //   valgrind --tool=callgrind --collect-atstart=no --callgrind-out-file=FILE growth DIMENSION...

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A block counts with the size that the allocator gave it. For one thread.
 
 #include "benchmarks/heapcount.h"

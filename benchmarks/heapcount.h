@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef HEAPCOUNT_H
 #define HEAPCOUNT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a launcher does first, once: from the start of the process to the first answer.
 //
 //   launch STEP FILE

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The loader that somebody would write in place of WebAppSettings: it fills a hash from a QJsonObject.
 //
 //   launch-plain link|answer FILE

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "benchmarks/mappings.h"
 
 #include "benchmarks/treebuilder.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MAPPINGS_H
 #define MAPPINGS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Does one thing once and tells what it took of the heap:
 //
 //   memory ACTION FILE WHO

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RAPIDSCALARS_H
 #define RAPIDSCALARS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "benchmarks/readers.h"
 
 #include "json/jsonparser.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef READERS_H
 #define READERS_H
 

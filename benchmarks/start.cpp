@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A process that is started and ends. What it costs is what it is linked with.
 
 #include <QtGlobal>

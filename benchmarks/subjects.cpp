@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "benchmarks/subjects.h"
 
 #include "benchmarks/readers.h"

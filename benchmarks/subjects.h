@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SUBJECTS_H
 #define SUBJECTS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Wall-clock times of everything side by side in one process:
 //
 //   times FOLDER [the options of Google Benchmark]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TREEBUILDER_H
 #define TREEBUILDER_H
 

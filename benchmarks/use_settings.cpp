@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A user's work with a file of settings, once:
 //
 //   use-settings open FILE WHO      opens FILE and asks for every value

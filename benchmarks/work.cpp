@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "benchmarks/work.h"
 
 #include "benchmarks/heapcount.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WORK_H
 #define WORK_H
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What users do, measured: each once in a process of its own, ours beside what could be there instead."""
 
 import concurrent.futures

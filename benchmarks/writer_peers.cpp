@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "benchmarks/writers.h"
 
 #include "benchmarks/rapidscalars.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "benchmarks/writers.h"
 
 #include "json/jsonwriter.h"

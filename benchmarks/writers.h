@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WRITERS_H
 #define WRITERS_H
 

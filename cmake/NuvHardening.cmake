@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What makes mistakes and attacks harder to use: the options that the OpenSSF's guide to compiler
 # options names, as far as the compiler at hand has them. tests/library/check-hardening looks for
 # their traces in what was built, docs/hardening.md says what they cost and which were left out.

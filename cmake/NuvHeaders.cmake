@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The public headers: one folder that holds them side by side, with a forwarding header in the name of
 # every class. The build has such a folder, too, so a project that adds this one as a subdirectory
 # includes them by the names that it would use for an installation.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What is installed, in components: runtime (the library), development (what compiling and linking with
 # it needs, and the documents), tools (nuv-apps-config) and launcher (the reference launcher). Nothing
 # of it knows where it lies: an installation may be moved as a whole.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The shared library out of its rooms.
 
 add_library(nuvlaunchersupport SHARED)

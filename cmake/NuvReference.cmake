@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The target "reference": the reference of the programming interface, as HTML, where Doxygen is
 # installed. It fails where the comments of the public headers leave something out.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What all targets of the project have in common, and how a room is declared.
 
 set(CMAKE_CXX_STANDARD 11)

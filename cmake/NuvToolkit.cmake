@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Finds the toolkit and gives its modules the same names, whatever its major version:
 #   nuv::Core, nuv::WebKit (with NUV_WITH_HOOKS), nuv::Test (with BUILD_TESTING).
 # nuv_toolkit_modules has the toolkit's own names of what the library needs, nuv_toolkit_version the

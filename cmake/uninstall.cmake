@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # cmake -DBUILD=FOLDER -P uninstall.cmake: removes the files that the last installation from the build
 # FOLDER put somewhere, as its manifests list them, and the folders of this project that are left
 # empty. DESTDIR counts as it did for the installation.

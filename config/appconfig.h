@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef APPCONFIG_H
 #define APPCONFIG_H
 

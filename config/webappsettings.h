@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WEBAPPSETTINGS_H
 #define WEBAPPSETTINGS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WEBAPPSETTINGS_P_H
 #define WEBAPPSETTINGS_P_H
 

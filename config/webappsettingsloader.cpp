@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config/webappsettings_p.h"
 
 #include "global/qtcompat.h"

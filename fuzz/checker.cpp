@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What nuv-apps-config finds in a file: an error exactly where the library reads nothing, and findings,
 // places and secrets that lie inside the file; the forms of its report; and what its repairs leave.
 

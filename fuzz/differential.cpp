@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The parser beside a second, plain recursive reading of the same dialect: the same tree, the same types
 // and the same error text to the letter.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FUZZTARGET_H
 #define FUZZTARGET_H
 

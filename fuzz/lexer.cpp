@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lexer alone, far behind the first error, where no parser gets. Every token takes at least a byte,
 // nothing goes back, and the value has the type of its token.
 

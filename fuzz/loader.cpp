@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The loader, on a configuration file in a folder of its own. What is found does not depend on who asks
 // first, and the lookups keep their word for every input.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // main() of a fuzz target without an engine: runs it once with each file that is named, or that lies in a
 // folder that is named. Whatever the target finds ends the process. A target without past crashes has no
 // folder for them.

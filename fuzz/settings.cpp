@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Read, written, read again, through the two callbacks of the settings format: the flat keys are those
 // of a plain recursion, and a document that was written once no longer changes.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SIZES_H
 #define SIZES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values set in a tree, one after the other, in any order: Unflattener gives what a plain
 // recursion gives, and so does the tree that writing makes of the same keys in theirs.
 //

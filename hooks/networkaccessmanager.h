@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef NETWORKACCESSMANAGER_H
 #define NETWORKACCESSMANAGER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ZAREXEXTBASE_H
 #define ZAREXEXTBASE_H
 

@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: MIT
 -- The grammar of the JSON dialect that is read, for Qt's LALR(1) parser generator qlalr.
 --
 -- The rule numbers, in this order, are what the tables in jsongrammar.cpp and the reductions in

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "json/jsongrammar.h"
 
 // clang-format off

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef JSONGRAMMAR_H
 #define JSONGRAMMAR_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "json/jsonlexer.h"
 
 #include "global/qtcompat.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef JSONLEXER_H
 #define JSONLEXER_H
 

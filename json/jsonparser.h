@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef JSONPARSER_H
 #define JSONPARSER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VARIANTTREE_H
 #define VARIANTTREE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FLATKEYS_H
 #define FLATKEYS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "settings/jsonsettingsformat.h"
 
 #include "global/qtcompat.h"

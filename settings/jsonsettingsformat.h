@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef JSONSETTINGSFORMAT_H
 #define JSONSETTINGSFORMAT_H
 

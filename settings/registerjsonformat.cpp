@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "settings/jsonsettingsformat.h"
 
 // Runs when the library is loaded, before any code of the launcher. The toolkit has room for 16 such

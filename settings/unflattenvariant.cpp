@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "settings/flatkeys.h"
 
 #include "global/qtcompat.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The smallest launcher that uses all of libnuvlaunchersupport: one application, one view. The document
 // docs/integrating.md goes through it; examples/launcher is the one to copy from.
 

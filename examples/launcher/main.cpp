@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A web application launcher in small files, each with one job: it shows the applications of a
 // configuration file in views of QtWebKit, with what libnuvlaunchersupport gives it.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a launcher on Qt WebEngine makes of an application's configuration, and how an object reaches the
 // scripts of a page. docs/porting.md has the table, with what was seen of each row.
 //

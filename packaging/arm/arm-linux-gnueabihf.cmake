@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Cross building for 32-bit ARM with Debian's compiler, and with the toolkit of Debian's architecture
 # armhf, which lies beside the native one. Programs of the build run in qemu's user mode.
 set(CMAKE_SYSTEM_NAME Linux)

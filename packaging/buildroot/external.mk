@@ -1,1 +1,2 @@
+# SPDX-License-Identifier: MIT
 include $(BR2_EXTERNAL_NUVLAUNCHERSUPPORT_PATH)/package/nuvlaunchersupport/nuvlaunchersupport.mk

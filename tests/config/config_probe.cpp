@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Asks for the configuration as a launcher does and prints what it is given, in lines that do not
 // change from run to run: the port, the global section, then the applications with the given tags.
 //

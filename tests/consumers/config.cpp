@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <AppConfig>
 #include <WebAppSettings>
 #include <appconfig.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <NetworkAccessManager>
 #include <NetworkAccessManagerFactory>
 #include <ZarexExtBase>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the checks of the documents have in common: Markdown, as far as ours goes."""
 
 import os

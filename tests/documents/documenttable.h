@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DOCUMENTTABLE_H
 #define DOCUMENTTABLE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The piece of code in README.md, so that it is compiled.
 
 #include <AppConfig>

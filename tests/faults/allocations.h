@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ALLOCATIONS_H
 #define ALLOCATIONS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CHILDPROCESS_H
 #define CHILDPROCESS_H
 

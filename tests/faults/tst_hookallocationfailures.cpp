@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hooks/networkaccessmanager.h"
 #include "hooks/zarexextbase.h"
 #include "tests/faults/allocations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "json/jsonwriter.h"
 #include "tests/support/testmain.h"
 

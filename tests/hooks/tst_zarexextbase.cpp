@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hooks/zarexextbase.h"
 
 #include "global/qtcompat.h"

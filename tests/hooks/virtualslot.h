@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VIRTUALSLOT_H
 #define VIRTUALSLOT_H
 

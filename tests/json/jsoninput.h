@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef JSONINPUT_H
 #define JSONINPUT_H
 

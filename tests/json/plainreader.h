@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PLAINREADER_H
 #define PLAINREADER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "json/jsonparser.h"
 #include "json/jsonwriter.h"
 #include "settings/jsonsettingsformat.h"

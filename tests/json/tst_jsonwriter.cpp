@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "json/jsonwriter.h"
 
 #include "global/qtcompat.h"

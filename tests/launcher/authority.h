@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef AUTHORITY_H
 #define AUTHORITY_H
 

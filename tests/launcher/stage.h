@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef STAGE_H
 #define STAGE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/launcher/tlsserver.h"
 
 #include <QFile>

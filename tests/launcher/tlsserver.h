@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TLSSERVER_H
 #define TLSSERVER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "examples/launcher/network/tlscompat.h"
 #include "examples/launcher/network/trustedauthorities.h"
 #include "tests/launcher/authority.h"

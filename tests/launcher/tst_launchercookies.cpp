@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "examples/launcher/network/cookiebounds.h"
 #include "examples/launcher/network/cookiejar.h"
 #include "examples/launcher/program/wholefile.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "examples/launcher/application/applicationpage.h"
 #include "examples/launcher/application/applicationview.h"
 #include "examples/launcher/application/broadcastaccess.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "examples/launcher/program/userfolders.h"
 #include "tests/launcher/httpserver.h"
 #include "tests/launcher/stage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "examples/launcher/program/options.h"
 #include "examples/launcher/effects/viewsettings.h"
 #include "tests/launcher/httpserver.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config/appconfig.h"
 #include "examples/launcher/application/applicationpage.h"
 #include "examples/launcher/application/applicationview.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "examples/launcher/network/responselimit.h"
 #include "tests/launcher/httpserver.h"
 #include "tests/launcher/stage.h"

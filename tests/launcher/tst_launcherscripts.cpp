@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/launcher/stage.h"
 #include "tests/support/testmain.h"
 

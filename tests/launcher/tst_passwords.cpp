@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/support/testmain.h"
 
 #include "values/passwords.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/launcher/authority.h"
 #include "tests/launcher/stage.h"
 #include "tests/launcher/tlsserver.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "examples/launcher/values/hostname.h"
 #include "examples/launcher/values/pageaddress.h"
 #include "examples/launcher/values/proxyaddress.h"

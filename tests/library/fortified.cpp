@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copies that the C library can check: the test of its options looks for the calls. How much is
 // copied is known only when they run; the room, in the first, when they are compiled.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "config/appconfig.h"
 #include "config/webappsettings.h"
 

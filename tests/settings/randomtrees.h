@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RANDOMTREES_H
 #define RANDOMTREES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef REFERENCEFORMAT_H
 #define REFERENCEFORMAT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNFLATTENED_H
 #define UNFLATTENED_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef AMOUNT_H
 #define AMOUNT_H
 

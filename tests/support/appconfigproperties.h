@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef APPCONFIGPROPERTIES_H
 #define APPCONFIGPROPERTIES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CONFIGDESCRIPTION_H
 #define CONFIGDESCRIPTION_H
 

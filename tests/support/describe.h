@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DESCRIBE_H
 #define DESCRIBE_H
 

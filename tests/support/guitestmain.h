@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GUITESTMAIN_H
 #define GUITESTMAIN_H
 

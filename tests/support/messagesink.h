@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MESSAGESINK_H
 #define MESSAGESINK_H
 

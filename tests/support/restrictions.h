@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RESTRICTIONS_H
 #define RESTRICTIONS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SMALLSTACKTHREAD_H
 #define SMALLSTACKTHREAD_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TEMPORARYDIR_H
 #define TEMPORARYDIR_H
 

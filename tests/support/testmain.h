@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TESTMAIN_H
 #define TESTMAIN_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TOOLKITDIFFERENCES_H
 #define TOOLKITDIFFERENCES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CHILDCALL_H
 #define CHILDCALL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MISTAKES_H
 #define MISTAKES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writes the configurations with planted mistakes into a folder, for other readers to be measured by:
 // NAME.json, and in expected.txt for each its file, its group, its kind in words and its lines.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/tools/randomconfigurations.h"
 
 #include "tests/support/appconfigproperties.h"

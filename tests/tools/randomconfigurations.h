@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RANDOMCONFIGURATIONS_H
 #define RANDOMCONFIGURATIONS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads a file with Qt's own JSON reader, and says on which line it gives up.
 //
 //     read_json FILE

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The table readers.tsv: what readers say about planted mistakes, and how a person judged it."""
 
 import collections

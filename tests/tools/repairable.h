@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef REPAIRABLE_H
 #define REPAIRABLE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/tools/secretfiles.h"
 
 #include <algorithm>

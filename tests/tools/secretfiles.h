@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SECRETFILES_H
 #define SECRETFILES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/support/amount.h"
 #include "config/webappsettings.h"
 #include "fuzz/sizes.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "examples/launcher/values/pattern.h"
 #include "tests/support/testmain.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/tools/wrongbytes.h"
 
 #include "tests/tools/mistakes.h"

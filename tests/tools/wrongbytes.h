@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WRONGBYTES_H
 #define WRONGBYTES_H
 

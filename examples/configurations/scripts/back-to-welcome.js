@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // After a minute without a touch or a key, the kiosk shows its first page again.
 (function() {
     var minute = 60 * 1000;

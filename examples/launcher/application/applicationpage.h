@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef APPLICATIONPAGE_H
 #define APPLICATIONPAGE_H
 

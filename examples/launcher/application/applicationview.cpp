@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "application/applicationview.h"
 
 #include "application/guicompat.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef APPLICATIONVIEW_H
 #define APPLICATIONVIEW_H
 

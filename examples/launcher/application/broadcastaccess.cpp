@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "application/broadcastaccess.h"
 
 #include "values/hostname.h"

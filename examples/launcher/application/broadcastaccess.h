@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BROADCASTACCESS_H
 #define BROADCASTACCESS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "application/errorpage.h"
 
 #include "program/console.h"

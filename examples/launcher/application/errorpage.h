@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ERRORPAGE_H
 #define ERRORPAGE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef GUICOMPAT_H
 #define GUICOMPAT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "application/launcherextension.h"
 
 #include "application/broadcastaccess.h"

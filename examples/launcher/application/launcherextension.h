@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LAUNCHEREXTENSION_H
 #define LAUNCHEREXTENSION_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "application/pagekeeper.h"
 
 #include "application/applicationpage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PAGEKEEPER_H
 #define PAGEKEEPER_H
 

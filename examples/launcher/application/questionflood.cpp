@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "application/questionflood.h"
 
 namespace {

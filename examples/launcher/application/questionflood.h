@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef QUESTIONFLOOD_H
 #define QUESTIONFLOOD_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "application/receiver.h"
 
 Receiver::Receiver() : m_volume(30) {}

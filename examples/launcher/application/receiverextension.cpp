@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "application/receiverextension.h"
 
 #include "application/receiver.h"

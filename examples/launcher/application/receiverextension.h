@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RECEIVEREXTENSION_H
 #define RECEIVEREXTENSION_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "application/replyreport.h"
 
 #include "network/configuredaccess.h"

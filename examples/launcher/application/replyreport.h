@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef REPLYREPORT_H
 #define REPLYREPORT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "application/sceneview.h"
 
 #include <QGraphicsScene>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SCENEVIEW_H
 #define SCENEVIEW_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "application/websurface.h"
 
 #include "application/sceneview.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WEBSURFACE_H
 #define WEBSURFACE_H
 

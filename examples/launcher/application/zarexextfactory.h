@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ZAREXEXTFACTORY_H
 #define ZAREXEXTFACTORY_H
 

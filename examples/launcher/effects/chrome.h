@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CHROME_H
 #define CHROME_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DEBUGBORDERS_H
 #define DEBUGBORDERS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "effects/enginesettings.h"
 
 #include "application/guicompat.h"

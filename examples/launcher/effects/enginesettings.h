@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ENGINESETTINGS_H
 #define ENGINESETTINGS_H
 

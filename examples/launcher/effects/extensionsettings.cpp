@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "effects/extensionsettings.h"
 
 #include "application/applicationview.h"

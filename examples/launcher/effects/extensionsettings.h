@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef EXTENSIONSETTINGS_H
 #define EXTENSIONSETTINGS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FRAMERATE_H
 #define FRAMERATE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef NETWORKSETTINGS_H
 #define NETWORKSETTINGS_H
 

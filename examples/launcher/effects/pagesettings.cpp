@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "effects/pagesettings.h"
 
 #include "application/applicationpage.h"

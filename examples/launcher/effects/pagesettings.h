@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PAGESETTINGS_H
 #define PAGESETTINGS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef REMOTEINSPECTOR_H
 #define REMOTEINSPECTOR_H
 

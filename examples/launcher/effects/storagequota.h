@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef STORAGEQUOTA_H
 #define STORAGEQUOTA_H
 

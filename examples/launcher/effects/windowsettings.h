@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WINDOWSETTINGS_H
 #define WINDOWSETTINGS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "network/clientcertificate.h"
 
 #include "network/tlscompat.h"

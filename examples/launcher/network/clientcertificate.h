@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CLIENTCERTIFICATE_H
 #define CLIENTCERTIFICATE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "network/configuredaccess.h"
 
 #include "network/refusedreply.h"

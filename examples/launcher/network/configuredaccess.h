@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CONFIGUREDACCESS_H
 #define CONFIGUREDACCESS_H
 

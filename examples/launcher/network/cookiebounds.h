@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COOKIEBOUNDS_H
 #define COOKIEBOUNDS_H
 

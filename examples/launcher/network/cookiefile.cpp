@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "network/cookiefile.h"
 
 #include "network/cookiebounds.h"

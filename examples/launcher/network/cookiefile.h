@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COOKIEFILE_H
 #define COOKIEFILE_H
 

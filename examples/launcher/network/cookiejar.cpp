@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "network/cookiejar.h"
 
 #include "network/cookiebounds.h"

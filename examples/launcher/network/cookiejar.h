@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COOKIEJAR_H
 #define COOKIEJAR_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "network/diskcache.h"
 
 #include <QDateTime>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DISKCACHE_H
 #define DISKCACHE_H
 

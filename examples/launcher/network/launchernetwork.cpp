@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "network/launchernetwork.h"
 
 #include "network/configuredaccess.h"

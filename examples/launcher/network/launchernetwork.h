@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LAUNCHERNETWORK_H
 #define LAUNCHERNETWORK_H
 

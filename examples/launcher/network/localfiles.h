@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LOCALFILES_H
 #define LOCALFILES_H
 

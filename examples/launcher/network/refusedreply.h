@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef REFUSEDREPLY_H
 #define REFUSEDREPLY_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "network/responselimit.h"
 
 #include <QNetworkAccessManager>

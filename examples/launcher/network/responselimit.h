@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef RESPONSELIMIT_H
 #define RESPONSELIMIT_H
 

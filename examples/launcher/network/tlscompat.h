@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TLSCOMPAT_H
 #define TLSCOMPAT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "network/trustedauthorities.h"
 
 #include "network/tlscompat.h"

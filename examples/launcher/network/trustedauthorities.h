@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TRUSTEDAUTHORITIES_H
 #define TRUSTEDAUTHORITIES_H
 

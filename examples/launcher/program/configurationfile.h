@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CONFIGURATIONFILE_H
 #define CONFIGURATIONFILE_H
 

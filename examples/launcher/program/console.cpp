@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "program/console.h"
 
 #include "values/passwords.h"

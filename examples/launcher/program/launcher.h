@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LAUNCHER_H
 #define LAUNCHER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LAUNCHERLAYER_H
 #define LAUNCHERLAYER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SERVICEMANAGER_H
 #define SERVICEMANAGER_H
 

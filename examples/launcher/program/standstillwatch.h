@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef STANDSTILLWATCH_H
 #define STANDSTILLWATCH_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TERMINATIONSIGNALS_H
 #define TERMINATIONSIGNALS_H
 

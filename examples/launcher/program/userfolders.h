@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef USERFOLDERS_H
 #define USERFOLDERS_H
 

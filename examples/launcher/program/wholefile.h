@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WHOLEFILE_H
 #define WHOLEFILE_H
 

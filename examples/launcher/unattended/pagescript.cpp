@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unattended/pagescript.h"
 
 #include <QUrl>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PAGESCRIPT_H
 #define PAGESCRIPT_H
 

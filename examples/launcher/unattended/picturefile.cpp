@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unattended/picturefile.h"
 
 #include <QBuffer>

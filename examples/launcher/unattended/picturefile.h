@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PICTUREFILE_H
 #define PICTUREFILE_H
 

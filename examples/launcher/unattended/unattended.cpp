@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unattended/unattended.h"
 
 #include "application/applicationview.h"

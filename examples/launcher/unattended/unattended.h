@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNATTENDED_H
 #define UNATTENDED_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unattended/unattendedpage.h"
 
 bool UnattendedPage::shouldInterruptJavaScript()

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNATTENDEDPAGE_H
 #define UNATTENDEDPAGE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WINDOWPICTURE_H
 #define WINDOWPICTURE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "values/hostname.h"
 
 #include "values/pattern.h"

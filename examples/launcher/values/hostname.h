@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef HOSTNAME_H
 #define HOSTNAME_H
 

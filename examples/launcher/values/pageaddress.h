@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PAGEADDRESS_H
 #define PAGEADDRESS_H
 

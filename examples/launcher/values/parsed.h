@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PARSED_H
 #define PARSED_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PASSWORDS_H
 #define PASSWORDS_H
 

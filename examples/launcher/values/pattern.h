@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PATTERN_H
 #define PATTERN_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "values/proxyaddress.h"
 
 #include "values/hostname.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PROXYADDRESS_H
 #define PROXYADDRESS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "values/scriptfile.h"
 
 #include "values/pattern.h"

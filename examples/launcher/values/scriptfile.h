@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SCRIPTFILE_H
 #define SCRIPTFILE_H
 

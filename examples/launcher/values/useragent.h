@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef USERAGENT_H
 #define USERAGENT_H
 

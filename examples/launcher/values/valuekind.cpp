@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "values/valuekind.h"
 
 #include "values/passwords.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VALUEKIND_H
 #define VALUEKIND_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WEBADDRESS_H
 #define WEBADDRESS_H
 

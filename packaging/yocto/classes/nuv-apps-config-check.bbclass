@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # For an image: checks the launcher's configuration file in the finished root file system, so that the
 # pages, scripts and certificates that it names are looked for there. A mistake ends do_rootfs.
 #

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // expected: const ZarexExtFactory
 #include <ZarexExtBase>
 

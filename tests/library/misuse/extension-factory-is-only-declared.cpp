@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // expected: incomplete type
 #include <ZarexExtBase>
 

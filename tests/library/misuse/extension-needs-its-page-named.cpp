@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // expected: no matching (function|constructor)
 #include <ZarexExtBase>
 

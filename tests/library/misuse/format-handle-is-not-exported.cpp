@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // expected: undefined (reference to|symbol).*JsonSettingsFormat
 #include "settings/jsonsettingsformat.h"
 

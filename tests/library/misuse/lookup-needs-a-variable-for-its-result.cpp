@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // expected: (cannot bind|no matching|lvalue)
 #include <AppConfig>
 #include <WebAppSettings>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // expected: QObject ?\*
 #include <NetworkAccessManager>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/analysis/analysis.h"
 
 #include "tools/nuv-apps-config/rules/meaning.h"

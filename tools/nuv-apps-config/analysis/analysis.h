@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ANALYSIS_H
 #define ANALYSIS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/analysis/effect.h"
 
 #include "tools/nuv-apps-config/analysis/libraryview.h"

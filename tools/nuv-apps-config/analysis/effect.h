@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef EFFECT_H
 #define EFFECT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef IGNORES_H
 #define IGNORES_H
 

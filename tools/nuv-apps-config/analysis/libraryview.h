@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LIBRARYVIEW_H
 #define LIBRARYVIEW_H
 

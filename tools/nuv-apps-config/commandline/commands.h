@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COMMANDS_H
 #define COMMANDS_H
 

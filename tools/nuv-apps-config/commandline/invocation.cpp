@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/commandline/invocation.h"
 
 #include "tools/nuv-apps-config/findings/rules.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef INVOCATION_H
 #define INVOCATION_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VERSION_H
 #define VERSION_H
 

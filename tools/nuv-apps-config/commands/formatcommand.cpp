@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/commands/program.h"
 
 #include "json/jsonparser.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LOADEDFILE_H
 #define LOADEDFILE_H
 

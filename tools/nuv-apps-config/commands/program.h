@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PROGRAM_H
 #define PROGRAM_H
 

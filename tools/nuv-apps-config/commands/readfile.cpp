@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/commands/readfile.h"
 
 #include "tools/nuv-apps-config/commands/configurationfile.h"

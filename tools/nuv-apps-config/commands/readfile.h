@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef READFILE_H
 #define READFILE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef REPLACEFILE_H
 #define REPLACEFILE_H
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Completion of nuv-apps-config for bash. The program itself says what may come next.
 
 _nuv_apps_config()

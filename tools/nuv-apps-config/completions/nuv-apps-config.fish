@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Completion of nuv-apps-config for fish. The program itself says what may come next.
 
 function __nuv_apps_config

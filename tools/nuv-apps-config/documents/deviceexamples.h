@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DEVICEEXAMPLES_H
 #define DEVICEEXAMPLES_H
 

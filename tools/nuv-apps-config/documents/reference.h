@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef REFERENCE_H
 #define REFERENCE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/documents/reference.h"
 
 #include <QJsonArray>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TEMPLATES_H
 #define TEMPLATES_H
 

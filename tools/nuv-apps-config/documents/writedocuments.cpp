@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writes the documents that are made from the tables into the source tree. Run it after a change of a
 // table: cmake --build BUILD --target documents
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FINDING_H
 #define FINDING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PROPERTIES_H
 #define PROPERTIES_H
 

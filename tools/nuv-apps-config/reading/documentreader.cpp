@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/reading/documentreader.h"
 
 #include "tools/nuv-apps-config/slips/brackets.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DOCUMENTREADER_H
 #define DOCUMENTREADER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef FOREIGN_H
 #define FOREIGN_H
 

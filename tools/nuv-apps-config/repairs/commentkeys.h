@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COMMENTKEYS_H
 #define COMMENTKEYS_H
 

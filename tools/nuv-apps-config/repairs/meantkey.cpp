@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/repairs/meantkey.h"
 
 #include "tools/nuv-apps-config/text/spelling.h"

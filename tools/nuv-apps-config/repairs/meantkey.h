@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MEANTKEY_H
 #define MEANTKEY_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PIECETABLE_H
 #define PIECETABLE_H
 

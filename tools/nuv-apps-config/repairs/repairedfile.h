@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef REPAIREDFILE_H
 #define REPAIREDFILE_H
 

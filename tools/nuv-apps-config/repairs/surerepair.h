@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SUREREPAIR_H
 #define SUREREPAIR_H
 

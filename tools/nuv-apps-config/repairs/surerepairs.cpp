@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/repairs/surerepairs.h"
 
 #include "tools/nuv-apps-config/repairs/commentkeys.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SUREREPAIRS_H
 #define SUREREPAIRS_H
 

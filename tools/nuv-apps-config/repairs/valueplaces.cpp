@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/repairs/valueplaces.h"
 
 #include "tools/nuv-apps-config/repairs/meantkey.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VALUEPLACES_H
 #define VALUEPLACES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef COLUMNS_H
 #define COLUMNS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef EXCERPT_H
 #define EXCERPT_H
 

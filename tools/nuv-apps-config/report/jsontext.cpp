@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/report/jsontext.h"
 
 #include <QLocale>

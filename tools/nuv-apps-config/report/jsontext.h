@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef JSONTEXT_H
 #define JSONTEXT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LAYOUT_H
 #define LAYOUT_H
 

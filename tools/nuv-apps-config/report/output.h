@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef OUTPUT_H
 #define OUTPUT_H
 

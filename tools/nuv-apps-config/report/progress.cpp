@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/report/progress.h"
 
 #include "tools/nuv-apps-config/report/output.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PROPOSAL_H
 #define PROPOSAL_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/report/reports.h"
 
 std::unique_ptr<Report> Report::make(const Invocation &invocation, Output &output)

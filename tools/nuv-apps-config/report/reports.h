@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef REPORTS_H
 #define REPORTS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/report/unifieddiff.h"
 
 #include "tools/nuv-apps-config/repairs/repairedfile.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UNIFIEDDIFF_H
 #define UNIFIEDDIFF_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VALUETEXT_H
 #define VALUETEXT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CERTIFICATERULES_H
 #define CERTIFICATERULES_H
 

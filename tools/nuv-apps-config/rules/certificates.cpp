@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/rules/certificates.h"
 
 #include <QLibrary>

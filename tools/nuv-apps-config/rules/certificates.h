@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CERTIFICATES_H
 #define CERTIFICATES_H
 

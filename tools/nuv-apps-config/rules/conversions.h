@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef CONVERSIONS_H
 #define CONVERSIONS_H
 

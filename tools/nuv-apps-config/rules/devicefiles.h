@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DEVICEFILES_H
 #define DEVICEFILES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/rules/escapedcontrols.h"
 
 #include "tools/nuv-apps-config/tree/edits.h"

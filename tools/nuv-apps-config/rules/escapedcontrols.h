@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef ESCAPEDCONTROLS_H
 #define ESCAPEDCONTROLS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KEYRULES_H
 #define KEYRULES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MEANING_H
 #define MEANING_H
 

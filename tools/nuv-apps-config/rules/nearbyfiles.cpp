@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/rules/nearbyfiles.h"
 
 #include "tools/nuv-apps-config/text/spelling.h"

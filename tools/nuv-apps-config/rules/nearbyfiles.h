@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef NEARBYFILES_H
 #define NEARBYFILES_H
 

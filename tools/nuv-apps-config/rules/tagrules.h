@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TAGRULES_H
 #define TAGRULES_H
 

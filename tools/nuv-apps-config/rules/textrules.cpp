@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/rules/textrules.h"
 
 #include "examples/launcher/values/hostname.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TEXTRULES_H
 #define TEXTRULES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VALUERULES_H
 #define VALUERULES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef DECODEDTEXT_H
 #define DECODEDTEXT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/secrets/lineword.h"
 
 #include "tools/nuv-apps-config/secrets/decodedtext.h"

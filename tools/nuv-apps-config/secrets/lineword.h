@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LINEWORD_H
 #define LINEWORD_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/secrets/secretlines.h"
 
 #include "examples/launcher/values/passwords.h"

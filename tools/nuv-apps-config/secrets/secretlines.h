@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SECRETLINES_H
 #define SECRETLINES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/secrets/secretnames.h"
 
 #include "tools/nuv-apps-config/properties/properties.h"

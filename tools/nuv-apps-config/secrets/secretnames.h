@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SECRETNAMES_H
 #define SECRETNAMES_H
 

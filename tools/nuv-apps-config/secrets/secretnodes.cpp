@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/secrets/secretnodes.h"
 
 #include "examples/launcher/values/passwords.h"

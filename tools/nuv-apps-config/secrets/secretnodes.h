@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SECRETNODES_H
 #define SECRETNODES_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SECRETRANGE_H
 #define SECRETRANGE_H
 

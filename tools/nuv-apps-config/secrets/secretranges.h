@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SECRETRANGES_H
 #define SECRETRANGES_H
 

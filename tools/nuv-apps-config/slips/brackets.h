@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef BRACKETS_H
 #define BRACKETS_H
 

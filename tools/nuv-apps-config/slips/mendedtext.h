@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef MENDEDTEXT_H
 #define MENDEDTEXT_H
 

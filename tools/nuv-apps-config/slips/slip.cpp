@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/slips/slip.h"
 
 #include "tools/nuv-apps-config/tokens/numbers.h"

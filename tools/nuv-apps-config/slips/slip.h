@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SLIP_H
 #define SLIP_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/slips/slipfinder.h"
 
 #include "tools/nuv-apps-config/text/utf8.h"

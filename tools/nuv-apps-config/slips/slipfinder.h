@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SLIPFINDER_H
 #define SLIPFINDER_H
 

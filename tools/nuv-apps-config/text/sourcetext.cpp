@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/text/sourcetext.h"
 
 #include "tools/nuv-apps-config/text/utf8.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SOURCETEXT_H
 #define SOURCETEXT_H
 

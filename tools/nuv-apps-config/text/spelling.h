@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef SPELLING_H
 #define SPELLING_H
 

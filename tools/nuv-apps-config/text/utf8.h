@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef UTF8_H
 #define UTF8_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/tokens/literals.h"
 
 #include "tools/nuv-apps-config/tree/edits.h"

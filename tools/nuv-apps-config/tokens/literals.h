@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef LITERALS_H
 #define LITERALS_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef NUMBERS_H
 #define NUMBERS_H
 

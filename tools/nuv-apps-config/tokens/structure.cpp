@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/tokens/structure.h"
 
 bool Structure::expectsValue() const

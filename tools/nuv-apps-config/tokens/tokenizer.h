@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef TOKENIZER_H
 #define TOKENIZER_H
 

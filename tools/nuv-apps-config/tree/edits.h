@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef EDITS_H
 #define EDITS_H
 

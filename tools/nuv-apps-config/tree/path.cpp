@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/tree/path.h"
 
 #include "tools/nuv-apps-config/tree/edits.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PATH_H
 #define PATH_H
 

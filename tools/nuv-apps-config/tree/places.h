@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef PLACES_H
 #define PLACES_H
 

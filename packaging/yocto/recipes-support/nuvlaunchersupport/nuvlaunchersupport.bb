@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 SUMMARY = "Configuration and browser hooks for web application launchers"
 SECTION = "libs"
 LICENSE = "MIT"
