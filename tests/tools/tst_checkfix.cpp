@@ -6,6 +6,10 @@
 #include "tools/nuv-apps-config/commands/program.h"
 #include "tools/nuv-apps-config/commands/replacefile.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <csignal>
 
 #include <fcntl.h>
@@ -25,7 +29,7 @@ private slots:
     void saysWhatIsRepairedAndWhatIsLeft();
     void theStatusIsThatOfWhatIsLeft_data();
     void theStatusIsThatOfWhatIsLeft();
-    void otherFormsHoldWhatIsLeft();
+    void otherFormsHoldWhatWasRepairedAndWhatIsLeft();
     void theDiffIsAllThatIsPrinted();
     void theDiffHasTheStatusOfADifference_data();
     void theDiffHasTheStatusOfADifference();
@@ -201,14 +205,44 @@ void tst_CheckFix::theStatusIsThatOfWhatIsLeft()
     QTEST(run(call.constData()).status, "status");
 }
 
-void tst_CheckFix::otherFormsHoldWhatIsLeft()
+void tst_CheckFix::otherFormsHoldWhatWasRepairedAndWhatIsLeft()
 {
     const Result json = run("check --fix --format json error.json");
-    QVERIFY2(json.output.contains("out-of-range"), json.output);
-    QVERIFY2(!json.output.contains("\"rule\": \"trailing-comma\""), json.output);
+    const QJsonValue file = QJsonDocument::fromJson(json.output)[QLatin1String("files")][0];
     QCOMPARE(json.status, 1);
-    const Result github = run("check --fix --format github warning.json");
-    QVERIFY2(github.output.startsWith("::warning file=warning.json"), github.output);
+    QCOMPARE(file[QLatin1String("findings")].toArray().size(), 1);
+    QCOMPARE(file[QLatin1String("findings")][0][QLatin1String("rule")].toString(),
+             QString(QLatin1String("out-of-range")));
+    const QJsonArray repaired = file[QLatin1String("repaired")].toArray();
+    QCOMPARE(repaired.size(), 3);
+    QCOMPARE(QJsonDocument(repaired.at(1).toObject()).toJson(QJsonDocument::Compact),
+             QByteArray("{\"column\":11,\"line\":4,\"rule\":\"single-quotes\",\"text\":\"a "
+                        "string in single quotes\"}"));
+    QVERIFY(!run("check --fix --format json error.json").output.contains("repaired"));
+
+    const Result sarif = run("check --fix --format sarif warning.json");
+    const QJsonValue log = QJsonDocument::fromJson(sarif.output)[QLatin1String("runs")][0];
+    QCOMPARE(log[QLatin1String("results")].toArray().size(), 1);
+    const QJsonValue note =
+        log[QLatin1String("invocations")][0][QLatin1String("toolExecutionNotifications")][0];
+    QCOMPARE(note[QLatin1String("message")][QLatin1String("text")].toString(),
+             QString(QLatin1String("repaired: a comma after the last entry")));
+    QCOMPARE(note[QLatin1String("associatedRule")][QLatin1String("id")].toString(),
+             QString(QLatin1String("trailing-comma")));
+    const QJsonValue region = note[QLatin1String("locations")][0][QLatin1String("physicalLocation")]
+                                  [QLatin1String("region")];
+    QCOMPARE(region[QLatin1String("startLine")].toInt(), 2);
+    QCOMPARE(region[QLatin1String("startColumn")].toInt(), 29);
+
+    const Result github = run("check --fix --format github test.json");
+    QCOMPARE(github.output,
+             QByteArray("::notice file=test.json,line=2,col=29,title=trailing-comma::repaired: a "
+                        "comma after the last entry\n"
+                        "::notice file=test.json,line=4,col=11,title=single-quotes::repaired: a "
+                        "string in single quotes\n"
+                        "::notice file=test.json,line=4,col=24,title=unknown-key::repaired: "
+                        "Applications does not know the key \"url\"\n"));
+    QCOMPARE(github.status, 0);
 }
 
 // As in every output, a line with a mistake and an address may hold a password.

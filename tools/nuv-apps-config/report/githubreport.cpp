@@ -2,6 +2,7 @@
 #include "tools/nuv-apps-config/report/reports.h"
 
 #include "tools/nuv-apps-config/findings/rules.h"
+#include "tools/nuv-apps-config/repairs/repairedfile.h"
 
 namespace {
 
@@ -38,6 +39,14 @@ public:
             addNotice(analysis.source.name(), QLatin1String("effect"), effect.text);
     }
 
+    void addRepaired(const RepairedFile &file) override
+    {
+        const SourceText &source = file.before().source;
+        for (const RepairedFile::Mistake &mistake : file.mistakes())
+            addAt(source, mistake.offset, QLatin1String("notice"), mistake.rule,
+                  QLatin1String("repaired: ") + mistake.text);
+    }
+
     void addUnread(const char *rule, const QString &name, const QString &text) override
     {
         m_output.write(QString(QLatin1String("::%1 file=%2,title=%3::%4\n"))
@@ -56,17 +65,23 @@ private:
 
     void addFinding(const Analysis &analysis, const Finding &finding)
     {
-        const Place place = analysis.source.place(finding.offset);
         QString text = finding.text;
         if (!finding.hint.isEmpty())
             text += QLatin1String("\nhint: ") + finding.hint;
         const QString severity = finding.severity == Severity::Note
             ? QString(QLatin1String("notice"))
             : Rules::severityName(finding.severity);
+        addAt(analysis.source, finding.offset, severity, finding.rule, text);
+    }
+
+    void addAt(const SourceText &source, int offset, const QString &severity, const char *rule,
+               const QString &text)
+    {
+        const Place place = source.place(offset);
         m_output.write(QString(QLatin1String("::%1 file=%2,line=%3,col=%4,title=%5::%6\n"))
-                           .arg(severity, escapedProperty(analysis.source.name()),
+                           .arg(severity, escapedProperty(source.name()),
                                 QString::number(place.line), QString::number(place.column),
-                                QLatin1String(finding.rule), escaped(text)));
+                                QLatin1String(rule), escaped(text)));
     }
 
     Output &m_output;

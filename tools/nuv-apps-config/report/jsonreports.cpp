@@ -5,6 +5,7 @@
 #include "tools/nuv-apps-config/report/proposal.h"
 #include "tools/nuv-apps-config/tree/path.h"
 #include "tools/nuv-apps-config/findings/rules.h"
+#include "tools/nuv-apps-config/repairs/repairedfile.h"
 #include "tools/nuv-apps-config/commandline/version.h"
 
 #include <QDir>
@@ -50,12 +51,26 @@ public:
         QJsonObject file = fileObject(analysis.source.name(), findings);
         if (!m_why.isEmpty())
             file.insert(key("why"), m_why);
+        if (!m_repaired.isEmpty())
+            file.insert(key("repaired"), m_repaired);
+        m_repaired = QJsonArray();
         file.insert(key("effect"), effect.text);
         file.insert(key("applications"), effect.all);
         file.insert(key("seen"), effect.seen);
         m_files.append(file);
         m_errors += analysis.findings.count(Severity::Error);
         m_warnings += analysis.findings.count(Severity::Warning);
+    }
+
+    void addRepaired(const RepairedFile &file) override
+    {
+        for (const RepairedFile::Mistake &mistake : file.mistakes()) {
+            QJsonObject object;
+            object.insert(key("rule"), QLatin1String(mistake.rule));
+            object.insert(key("text"), mistake.text);
+            insertPlace(object, file.before().source, mistake.offset);
+            m_repaired.append(object);
+        }
     }
 
     void addUnread(const char *rule, const QString &name, const QString &text) override
@@ -140,6 +155,7 @@ private:
 
     Output &m_output;
     QString m_why; ///< empty where the file was named
+    QJsonArray m_repaired; ///< in the file that comes next, at the places where it was
     QJsonArray m_files;
     int m_errors = 0;
     int m_warnings = 0;
@@ -158,6 +174,20 @@ public:
         for (const Finding &finding : analysis.findings.all())
             m_results.append(result(analysis, finding));
         describe(analysis.source.name(), effect.text);
+    }
+
+    // What is no more is no result.
+    void addRepaired(const RepairedFile &file) override
+    {
+        const SourceText &source = file.before().source;
+        for (const RepairedFile::Mistake &mistake : file.mistakes()) {
+            QJsonObject rule;
+            rule.insert(key("id"), QLatin1String(mistake.rule));
+            QJsonObject notification = noteAt(location(source, mistake.offset, 1),
+                                              QLatin1String("repaired: ") + mistake.text);
+            notification.insert(key("associatedRule"), rule);
+            m_notifications.append(notification);
+        }
     }
 
     // A reader of the log must not take the results for all that there are.
@@ -252,13 +282,18 @@ private:
     // A remark on a file that is no finding.
     void describe(const QString &name, const QString &text)
     {
+        QJsonObject place;
+        place.insert(key("artifactLocation"), artifact(name));
+        m_notifications.append(noteAt(place, text));
+    }
+
+    static QJsonObject noteAt(const QJsonObject &place, const QString &text)
+    {
         QJsonObject notification;
         notification.insert(key("level"), QLatin1String("note"));
         notification.insert(key("message"), textObject(text));
-        QJsonObject place;
-        place.insert(key("artifactLocation"), artifact(name));
         notification.insert(key("locations"), QJsonArray() << wrapped(place));
-        m_notifications.append(notification);
+        return notification;
     }
 
     static QJsonObject makeResult(const char *rule, Severity severity, const QString &text,

@@ -21,8 +21,8 @@ public:
     virtual void addChoice(const QString &name, const QString &why) = 0;
     virtual void add(const Analysis &analysis, const Effect &effect) = 0;
 
-    /// What was repaired in a file, in the forms that tell it. Comes before what is left in it.
-    virtual void addRepaired(const RepairedFile &) {}
+    /// What was repaired in a file. Comes before what is left in it.
+    virtual void addRepaired(const RepairedFile &file) = 0;
 
     /// A finding about a file that could not be read. `rule` is one of the group of files.
     virtual void addUnread(const char *rule, const QString &name, const QString &text) = 0;
