@@ -32,13 +32,13 @@ void leaveNoCoreFile()
 int main(int argc, char **argv)
 {
     leaveNoCoreFile();
-    Output output;
-    QCoreApplication application(argc, argv);
-    qInstallMessageHandler(dropMessage);
     try {
+        Output output;
+        const QCoreApplication application(argc, argv);
+        qInstallMessageHandler(dropMessage);
         return Program::run(application.arguments(), output);
-    } catch (const std::bad_alloc &) {
-        Output::complain(QLatin1String("there is not enough memory for this file"));
+    } catch (const std::bad_alloc &) { // to say so must not take any
+        std::fputs("nuv-apps-config: there is not enough memory for this file\n", stderr);
         return Trouble;
     }
 }

@@ -7,6 +7,8 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <cerrno>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,10 +25,16 @@ void keepOwner(const QString &target, int newFile)
         return; // only root may: the content counts more
 }
 
-// A disk that has room for a part gives no reason before the next attempt.
-bool isFlushed(QSaveFile &file)
+// A disk that has room for a part gives no reason before the next attempt. What is not on the disk before
+// the file has its name can be missing after a loss of power. A file system without it refuses to sync.
+bool isOnDisk(QSaveFile &file, QString *error)
 {
-    return file.flush() || file.flush();
+    if (!file.flush() && !file.flush())
+        return false;
+    if (::fsync(file.handle()) == 0 || errno == EINVAL)
+        return true;
+    *error = qt_error_string(errno);
+    return false;
 }
 
 // What somebody else wrote meanwhile must not be lost. It is asked as late as can be.
@@ -42,7 +50,7 @@ bool isUnchanged(const QString &target, const QByteArray &before, QString *error
 
 } // namespace
 
-// What cannot be written is noticed in flush(): commit() forgets the reason.
+// What cannot be written is noticed before commit(), which forgets the reason.
 bool replaceFile(const QString &name, const QByteArray &before, const QByteArray &bytes,
                  QString *error)
 {
@@ -53,12 +61,12 @@ bool replaceFile(const QString &name, const QByteArray &before, const QByteArray
     if (isWritten) {
         keepOwner(target, file.handle());
         isWritten =
-            file.write(bytes) == bytes.size() && isFlushed(file) && file.setPermissions(mode);
+            file.write(bytes) == bytes.size() && isOnDisk(file, error) && file.setPermissions(mode);
         if (isWritten && !isUnchanged(target, before, error))
             return false;
         isWritten = isWritten && file.commit();
     }
-    if (!isWritten)
+    if (!isWritten && error->isEmpty())
         *error = file.errorString();
     return isWritten;
 }

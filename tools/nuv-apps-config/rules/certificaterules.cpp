@@ -73,12 +73,14 @@ bool read(const Node &path, const DeviceFiles &files, QByteArray *bytes, Finding
             name + (info.isDir() ? text(" is a directory") : text(" is a pipe or a device")));
         return false;
     }
-    if (!file.open(QIODevice::ReadOnly)) {
+    const bool isOpen = file.open(QIODevice::ReadOnly);
+    if (isOpen)
+        *bytes = file.read(largest);
+    if (!isOpen || file.error() != QFile::NoError) {
         add(findings, "certificate-unreadable", path,
             QString(QLatin1String("%1 cannot be read: %2")).arg(name, file.errorString()));
         return false;
     }
-    *bytes = file.read(largest);
     return true;
 }
 

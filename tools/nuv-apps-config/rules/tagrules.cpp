@@ -82,9 +82,8 @@ bool TagRules::reportDuplicate(const Node &application, const Node &tag)
         "duplicate-tag", tag.begin, tag.length(),
         QString(QLatin1String("another application has the tag %1; this one is skipped whole, with "
                               "its %2 other %3"))
-            .arg(quoted(name))
-            .arg(lost)
-            .arg(lost == 1 ? QLatin1String("key") : QLatin1String("keys")),
+            .arg(quoted(name), QString::number(lost),
+                 lost == 1 ? QLatin1String("key") : QLatin1String("keys")),
         text("give it another tag, or remove one of the two"));
     finding.remarks.push_back(Remark { first->begin, text("the first one is here") });
     return true;
