@@ -144,7 +144,8 @@ void tst_LauncherCertificate::anApplicationWithoutOneUsesTheGlobalOne()
     Stage stage;
     trustAuthority(&stage);
     stage.write("AppsConfig.json",
-                "{ \"Global\": { \"Version\": 1" + ownCertificate("device.pem", "device.key")
+                "{ \"Global\": { \"Version\": 1"
+                    + ownCertificate("device.pem", "locked.key", "hush")
                     + " }, \"Applications\": [ "
                     + Stage::application("without", m_server->address("/without")) + ", "
                     + Stage::application("with", m_server->address("/with"),

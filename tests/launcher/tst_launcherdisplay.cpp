@@ -217,10 +217,10 @@ void tst_LauncherDisplay::aMaximizedWindowFillsTheScreen()
 
     const QSize size = ToolkitDifferences::screen().size();
     const QPoint corner = view.mapToGlobal(QPoint(5, 5));
-    for (int i = 0; i < 100 && ToolkitDifferences::screen().pixel(corner) != green; ++i)
+    for (int i = 0; i < 3000 && ToolkitDifferences::screen().pixel(corner) != green; ++i)
         QTest::qWait(20);
     QTest::qWait(fills ? 0 : 100);
-    for (int i = 0; i < 100 && fills
+    for (int i = 0; i < 3000 && fills
          && ToolkitDifferences::screen().pixel(size.width() - 2, size.height() - 2) != green;
          ++i)
         QTest::qWait(20);
@@ -277,12 +277,12 @@ void tst_LauncherDisplay::aWindowComesToTheFront()
     }
     first.page()->mainFrame()->setHtml(text("<body style='background: #0f0'>"));
     second.page()->mainFrame()->setHtml(text("<body style='background: #00f'>"));
-    for (int i = 0; i < 100 && ToolkitDifferences::screen().pixel(100, 100) != blue; ++i)
+    for (int i = 0; i < 3000 && ToolkitDifferences::screen().pixel(100, 100) != blue; ++i)
         QTest::qWait(20);
     QCOMPARE(ToolkitDifferences::screen().pixel(100, 100), blue);
 
     first.bringToFront();
-    for (int i = 0; i < 100 && ToolkitDifferences::screen().pixel(100, 100) != green; ++i)
+    for (int i = 0; i < 3000 && ToolkitDifferences::screen().pixel(100, 100) != green; ++i)
         QTest::qWait(20);
     QCOMPARE(ToolkitDifferences::screen().pixel(100, 100), green);
 }
@@ -324,7 +324,7 @@ void tst_LauncherDisplay::whatLiesBehindAWindowShinesThrough()
     window.show("<!DOCTYPE html><body style='margin: 0'>"
                 "<div style='width: 100px; height: 100px; background: #0f0'></div>");
 
-    for (int i = 0; i < 100 && !areAlike(window.onScreen(50, 50), inSquare); ++i)
+    for (int i = 0; i < 3000 && !areAlike(window.onScreen(50, 50), inSquare); ++i)
         QTest::qWait(20); // the windows are put together by another program
     const QString seen = QString::number(window.onScreen(50, 50), 16) + QLatin1Char(' ')
         + QString::number(window.onScreen(200, 150), 16);

@@ -178,13 +178,15 @@ void tst_LauncherPages::withoutScrollBarsThePageScrolls()
     QCOMPARE(picture.pixel(200, 295) != green, areSeen);
 
     QTest::keyClick(window.canvas(), Qt::Key_Down);
-    QTest::qWait(20);
+    for (int i = 0; i < 2000 && window.frame()->scrollPosition().y() == 0; ++i)
+        QTest::qWait(10);
     const int afterKey = window.frame()->scrollPosition().y();
     QVERIFY(afterKey > 0);
     window.turnWheel(QPoint(100, 100));
     QVERIFY(window.frame()->scrollPosition().y() > afterKey);
     QTest::keyClick(window.canvas(), Qt::Key_Right);
-    QTest::qWait(20);
+    for (int i = 0; i < 2000 && window.frame()->scrollPosition().x() == 0; ++i)
+        QTest::qWait(10);
     QVERIFY(window.frame()->scrollPosition().x() > 0);
 }
 

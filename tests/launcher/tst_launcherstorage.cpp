@@ -185,7 +185,7 @@ void tst_LauncherStorage::aQuotaHoldsFromItsFirstStart()
         const char *quota;
         const char *outcome;
     } starts[] = {
-        { "100000", "too much" }, { "1000000", "fits" }, { "100000", lowered },
+        { "150000", "too much" }, { "1000000", "fits" }, { "150000", lowered },
         { "0", lowered },         { "2000000", "fits" },
     };
     for (const auto &start : starts) {

@@ -9,6 +9,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#ifdef NUV_COVERAGE
+extern "C" void __gcov_dump();
+#endif
+
 /// Calls in processes of their own, made by fork(): what a call changes in its process, as the instance
 /// of getWebAppSettings(), is gone afterwards.
 namespace ChildCall {
@@ -36,6 +40,14 @@ inline QByteArray readAll(int descriptor)
     }
 }
 
+/// What scripts/coverage counts, which a process writes at its regular end.
+inline void writeCounts()
+{
+#ifdef NUV_COVERAGE
+    __gcov_dump();
+#endif
+}
+
 /// What the call came to.
 struct Result {
     int status; ///< of waitpid()
@@ -59,7 +71,9 @@ inline Result run(const std::function<int()> &work)
         ::close(ends[0]);
         ::close(ends[1]);
         ::close(STDERR_FILENO);
-        ::_exit(work());
+        const int status = work();
+        writeCounts();
+        ::_exit(status);
     }
     ::close(ends[1]);
     Result result = { 0, readAll(ends[0]) };

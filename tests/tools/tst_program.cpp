@@ -2,13 +2,13 @@
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
 
-#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 
 #include <cerrno>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -56,7 +56,6 @@ private slots:
     void wrongCallsAreTold();
     void waitsForNoPipe();
     void tellsAFileThatCannotBeRead();
-    void readsAPipeToItsEnd();
     void refusesToLoadWhatTakesMinutes_data();
     void refusesToLoadWhatTakesMinutes();
     void survivesOddFiles_data();
@@ -102,6 +101,15 @@ const char clean[] =
     "        { \"Tag\": \"menu\", \"Url\": \"about:blank\", \"UseWebGL\": false }\n"
     "    ]\n"
     "}\n";
+
+// Of the processor: a machine with other work takes longer.
+double secondsOfChildren()
+{
+    rusage usage;
+    ::getrusage(RUSAGE_CHILDREN, &usage);
+    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec)
+        + double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
 
 QStringList words(const char *text)
 {
@@ -717,18 +725,6 @@ void tst_Program::tellsAFileThatCannotBeRead()
     QCOMPARE(result.errors, QByteArray("nuv-apps-config: test.json: Permission denied\n"));
 }
 
-void tst_Program::readsAPipeToItsEnd()
-{
-    const QByteArray document = "{ \"Global\": { \"Version\": 1 },\n"
-                                "\"Applications\": [ { \"Tag\": \"tv\" } ] }\n";
-    write(document);
-    const Result result =
-        shell("(head -n 1 test.json; sleep 0.5; tail -n 1 test.json) | '" PROGRAM "' check -");
-
-    QCOMPARE(result.output, run(words("check -"), document).output);
-    QVERIFY(!result.output.contains("missing"));
-}
-
 void tst_Program::refusesToLoadWhatTakesMinutes_data()
 {
     QTest::addColumn<QByteArray>("bytes");
@@ -814,12 +810,11 @@ void tst_Program::checksTenThousandApplicationsInSeconds()
             + "\", \"Url\": \"http://home.example/\", \"UseWebGL\": true, \"Frameless\": true, "
               "\"Scale\": 1.5, \"UserAgent\": \"Box/1.0\" }";
     write(bytes + "] }\n");
-    QElapsedTimer timer;
-    timer.start();
+    const double before = secondsOfChildren();
     QCOMPARE(
         run(words("check test.json")).output,
         QByteArray("nothing found in 1 file\nthe launcher will see 10000 of 10000 applications\n"));
-    QVERIFY(timer.elapsed() < 10000);
+    QVERIFY(secondsOfChildren() - before < 10);
 }
 
 void tst_Program::needsNeitherDisplayNorNetwork()
