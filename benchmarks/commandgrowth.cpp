@@ -116,6 +116,15 @@ QByteArray secrets(int size)
         + tagged(size) + " \"Url\": \"http://tv.example/\" }" + End;
 }
 
+// What one change each mends.
+QByteArray repairs(int size)
+{
+    return Begin
+        + repeated(size, "{ \"Tag\": \"app",
+                   "\", \"url\": \"http://tv.example/\",\n\"UseWebGL\": \"true\" },\n")
+        + tagged(size) + " \"Url\": \"http://tv.example/\" }" + End;
+}
+
 struct Direction {
     const char *name;
     int size; ///< the smallest
@@ -134,11 +143,13 @@ const Direction directions[] = {
     { "equal-tags", 50, equalTags },
     { "long-string", 2000, longString },
     { "secrets", 25, secrets },
+    { "repairs", 25, repairs },
 };
 
 const char *const commands[] = { "check",
                                  "check --format json",
                                  "check --format sarif",
+                                 "check --diff",
                                  "show -f",
                                  "show --format json -f",
                                  "list -f",
