@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/faults/systemcalls.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/faults/childprocess.h"
 #include "tests/faults/opening.h"
 #include "tests/faults/systemcalls.h"

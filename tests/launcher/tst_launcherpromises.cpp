@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "examples/launcher/network/clientcertificate.h"
 #include "examples/launcher/network/configuredaccess.h"
 #include "examples/launcher/program/wholefile.h"

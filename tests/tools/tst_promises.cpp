@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
 #include "tests/tools/childcall.h"
