@@ -24,6 +24,14 @@ QByteArray contentsOf(const QVariant &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// A relative address is one from the directory of the configuration file.
+QUrl addressOf(const QVariant &value)
+{
+    const QString named = QString::fromLatin1(qgetenv("NUV_APPS_CONFIG_FILE"));
+    const QFileInfo file(QFile::exists(named) ? named : QString(QLatin1String("AppsConfig.json")));
+    return QUrl::fromLocalFile(file.absoluteFilePath()).resolved(QUrl(value.toString()));
+}
+
 /// What scripts know as zarexExt. They get answers in callbacks, and values of properties as of the last
 /// signal.
 class Extension : public QObject
@@ -170,7 +178,7 @@ struct Row {
 // clang-format off
 typedef Browser &B; typedef const QVariant &V; typedef QWebEngineSettings S;
 const Row rows[] = {
-    { "Url", "page", "`QWebEnginePage::load()`", [](B b, V v) { b.url = QUrl(v.toString()); }, nullptr },
+    { "Url", "page", "`QWebEnginePage::load()`", [](B b, V v) { b.url = addressOf(v); }, nullptr },
     { "UserAgent", "profile", "`QWebEngineProfile::setHttpUserAgent()`", [](B b, V v) { b.profile.setHttpUserAgent(v.toString()); }, nullptr },
     { "UserScript", "page", "`QWebEngineScript` in `MainWorld`, at `DocumentCreation`", [](B b, V v) { b.runFirst(QString::fromUtf8(contentsOf(v))); }, nullptr },
     { "UseGraphicsView", "none", "a view is a widget", nullptr, nullptr },

@@ -7,11 +7,12 @@
 #include <QUrl>
 #include <QWebView>
 
-void showTelevision(QWebView &view)
+void showTelevision(QWebView &view, const QUrl &configurationFile)
 {
     AppConfig config;
     if (getWebAppSettings()->getAppConfig(QLatin1String("tv"), config)) {
-        view.load(QUrl(config.getUrl().toString()));
+        // A relative address is one from the directory of the configuration file.
+        view.load(configurationFile.resolved(QUrl(config.getUrl().toString())));
         if (config.getScale().isValid()) // invalid: not configured, so keep the browser's default
             view.setZoomFactor(config.getScale().toReal());
     }
