@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a launcher on Qt WebEngine makes of an application's configuration, and how an object reaches the
-// scripts of a page. docs/porting.md has the table, with what was seen of each row.
+// A launcher on Qt WebEngine: docs/porting.md has its table, with what was seen of each row.
 //
 //   nuv-webengine TAG            shows the application, until its page calls zarexExt.close()
 //   nuv-webengine --properties   prints the table
@@ -24,16 +23,7 @@ QByteArray contentsOf(const QVariant &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// A relative address is one from the directory of the configuration file.
-QUrl addressOf(const QVariant &value)
-{
-    const QString named = QString::fromLatin1(qgetenv("NUV_APPS_CONFIG_FILE"));
-    const QFileInfo file(QFile::exists(named) ? named : QString(QLatin1String("AppsConfig.json")));
-    return QUrl::fromLocalFile(file.absoluteFilePath()).resolved(QUrl(value.toString()));
-}
-
-/// What scripts know as zarexExt. They get answers in callbacks, and values of properties as of the last
-/// signal.
+/// What scripts know as zarexExt. They get answers in callbacks, and properties as of the last signal.
 class Extension : public QObject
 {
     Q_OBJECT
@@ -126,7 +116,7 @@ struct Browser {
     const AppConfig config;
     Extension extension;
     Requests requests;
-    QUrl url;
+    QUrl url = QUrl::fromLocalFile(QDir::currentPath() + QLatin1Char('/'));
     QWebEngineProfile profile;
     QMainWindow window;
     QWebEngineView view;
@@ -178,7 +168,7 @@ struct Row {
 // clang-format off
 typedef Browser &B; typedef const QVariant &V; typedef QWebEngineSettings S;
 const Row rows[] = {
-    { "Url", "page", "`QWebEnginePage::load()`", [](B b, V v) { b.url = addressOf(v); }, nullptr },
+    { "Url", "page", "`QWebEnginePage::load()`", [](B b, V v) { b.url = b.url.resolved(QUrl(v.toString())); }, nullptr },
     { "UserAgent", "profile", "`QWebEngineProfile::setHttpUserAgent()`", [](B b, V v) { b.profile.setHttpUserAgent(v.toString()); }, nullptr },
     { "UserScript", "page", "`QWebEngineScript` in `MainWorld`, at `DocumentCreation`", [](B b, V v) { b.runFirst(QString::fromUtf8(contentsOf(v))); }, nullptr },
     { "UseGraphicsView", "none", "a view is a widget", nullptr, nullptr },
@@ -235,6 +225,8 @@ int main(int argc, char **argv)
     AppConfig config;
     if (!getWebAppSettings()->getAppConfig(tag, config))
         return tag == QLatin1String("--properties") ? 0 : 1;
+    const QString named = QString::fromLatin1(qgetenv("NUV_APPS_CONFIG_FILE")); // its place counts
+    QDir::setCurrent(QFileInfo(QFile::exists(named) ? named : QString()).path());
     for (const Row &row : rows) {
         const QVariant value = config.getProperty(QLatin1String(row.property));
         if (row.prepare && value.isValid())
