@@ -63,13 +63,7 @@ configure_file("${CMAKE_CURRENT_LIST_DIR}/nuvlaunchersupport.pc.in"
 install(FILES "${PROJECT_BINARY_DIR}/nuvlaunchersupport.pc"
     DESTINATION "${nuv_pkgconfig_folder}" COMPONENT development)
 
-# The documents lie to each other as they do here, so that their links lead somewhere.
-
-install(FILES README.md CHANGELOG.md LICENSE
-    DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development)
-install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development
-    FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.schema.json"
-    PATTERN api EXCLUDE)
+include(NuvDocuments)
 
 # The programs. What belongs to nuv-apps-config alone is installed where it is built.
 

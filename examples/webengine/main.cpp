@@ -225,7 +225,7 @@ int main(int argc, char **argv)
     AppConfig config;
     if (!getWebAppSettings()->getAppConfig(tag, config))
         return tag == QLatin1String("--properties") ? 0 : 1;
-    const QString named = QString::fromLatin1(qgetenv("NUV_APPS_CONFIG_FILE")); // its place counts
+    const QString named = QString::fromLatin1(qgetenv("NUV_APPS_CONFIG_FILE")); // paths start there
     QDir::setCurrent(QFileInfo(QFile::exists(named) ? named : QString()).path());
     for (const Row &row : rows) {
         const QVariant value = config.getProperty(QLatin1String(row.property));
