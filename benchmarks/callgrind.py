@@ -43,7 +43,7 @@ def build(folder, *targets, sources=ROOT, options=()):
 
 
 class Benchmarks:
-    """The programs of one build folder, and the documents beside them."""
+    """The programs of one build folder, and the documents next to them."""
 
     def __init__(self, folder, tunables=""):
         self.tunables = tunables

@@ -242,7 +242,7 @@ QByteArray fraction(Random &random, int index)
     return QByteArray::number(std::ldexp(digits, random.between(-130, 10)), 'e', 16);
 }
 
-// Lines of a text.
+// Lines of prose.
 QByteArray longString(Random &random, int)
 {
     QByteArray text = "\"";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The format around QJsonDocument in place of ours, for the loader of the library.
+// The format around QJsonDocument instead of ours, for the loader of the library.
 
 #include "benchmarks/formats.h"
 #include "settings/jsonsettingsformat.h"

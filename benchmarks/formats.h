@@ -6,7 +6,7 @@
 #include <QByteArrayList>
 #include <QSettings>
 
-/// The settings formats that somebody would write in place of ours, each around a well-known library,
+/// The settings formats that somebody would write instead of ours, each around a well-known library,
 /// in the library of the peers. They fill the map straight from the library's own values, without a
 /// tree of variants between them. They do nothing for depth, for keys with "/" or for keys that come
 /// twice.

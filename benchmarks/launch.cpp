@@ -10,9 +10,9 @@
 //   open      reads the bytes of FILE
 //   parse     makes a tree of them
 //   flatten   makes a settings map of the tree
-//   settings  in place of these three, opens FILE through QSettings and asks it one question: beyond
+//   settings  instead of these three, opens FILE through QSettings and asks it one question: beyond
 //             `flatten` comes the toolkit's own second map
-//   answer    in place of all that, asks getWebAppSettings() for an application: beyond `settings`
+//   answer    instead of all that, asks getWebAppSettings() for an application: beyond `settings`
 //             come the questions of the loader
 //
 // Linked with the parts of the library, or with the whole library, which knows `link` and `answer`

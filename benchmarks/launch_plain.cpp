@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The loader that somebody would write in place of WebAppSettings: it fills a hash from a QJsonObject.
+// The loader that somebody would write instead of WebAppSettings: it fills a hash from a QJsonObject.
 //
 //   launch-plain link|answer FILE
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What users do, measured: each once in a process of its own, ours beside what could be there instead."""
+"""What users do, measured: each once in a process of its own, ours and what could be there instead."""
 
 import concurrent.futures
 import os

@@ -59,7 +59,7 @@ add_link_options(LINKER:--as-needed)
 # "-z nodlopen": launchers load the library themselves.
 nuv_link_if_known(-z,relro -z,now -z,noexecstack)
 
-# The sanitizers watch the same things, and see more of them where nothing stands between.
+# The sanitizers watch the same things, and see more of them where nothing is in between.
 if(NUV_SANITIZERS)
     return()
 endif()

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What nuv-apps-config finds in a file: an error exactly where the library reads nothing, and findings,
-// places and secrets that lie inside the file; the forms of its report; and what its repairs leave.
+// places and secrets that are inside the file; the forms of its report; and what its repairs leave.
 
 #include "fuzz/fuzztarget.h"
 #include "json/jsonparser.h"
@@ -28,7 +28,7 @@ bool isUnreadable(const Findings &findings)
 
 void checkPlace(const SourceText &source, int offset)
 {
-    Fuzz::require(offset >= -1 && offset <= source.size(), "a finding lies inside the file");
+    Fuzz::require(offset >= -1 && offset <= source.size(), "a finding is inside the file");
     if (offset < 0)
         return;
     const Place place = source.place(offset);
@@ -38,10 +38,10 @@ void checkPlace(const SourceText &source, int offset)
 void checkFinding(const SourceText &source, const Finding &finding)
 {
     checkPlace(source, finding.offset);
-    // What is missing at the end of a file is found behind its last byte.
+    // What is missing at the end of a file is found after its last byte.
     Fuzz::require(finding.length >= 0 && finding.offset + finding.length <= source.size() + 1,
                   "a finding ends with the file");
-    Fuzz::require(!finding.text.isEmpty(), "a finding has a text");
+    Fuzz::require(!finding.text.isEmpty(), "a finding has a message");
     for (const Remark &remark : finding.remarks)
         checkPlace(source, remark.offset);
 }
@@ -53,7 +53,7 @@ void checkSecrets(const Analysis &analysis)
         Fuzz::require(range.begin >= end && range.end >= range.begin, "secrets come in order");
         end = range.end;
     }
-    Fuzz::require(end <= analysis.source.size(), "secrets lie inside the file");
+    Fuzz::require(end <= analysis.source.size(), "secrets are inside the file");
 }
 
 // In one of the forms, the next one for the next size of an input.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The parser beside a second, plain recursive reading of the same dialect: the same tree, the same types
+// The parser and a second, plain recursive reading of the same dialect: the same tree, the same types
 // and the same error text to the letter.
 
 #include "fuzz/fuzztarget.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The lexer alone, far behind the first error, where no parser gets. Every token takes at least a byte,
+// The lexer alone, far after the first error, where no parser gets. Every token takes at least a byte,
 // nothing goes back, and the value has the type of its token.
 
 #include "fuzz/fuzztarget.h"
@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const FuzzInput input(data, size);
     const QByteArray bytes = input.bytes();
-    // A byte that begins no token is left where it is, so the lexer is made anew behind it.
+    // A byte that begins no token is left where it is, so the lexer is made anew after it.
     for (int begin = 0; begin <= bytes.size();) {
         const QByteArray rest =
             QByteArray::fromRawData(bytes.constData() + begin, bytes.size() - begin);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The loader, on a configuration file in a folder of its own. What is found does not depend on who asks
+// The loader, on a configuration file in a directory of its own. What is found does not depend on who asks
 // first, and the lookups keep their word for every input.
 
 #include "config/webappsettings_p.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The parser, and the writer behind it: both layouts of a tree read back to the same, and what was
+// The parser, and the writer after it: both layouts of a tree read back to the same, and what was
 // written is read and written without loss. (The entries of a key that comes twice change places each
 // time.)
 

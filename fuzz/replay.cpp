@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// main() of a fuzz target without an engine: runs it once with each file that is named, or that lies in a
-// folder that is named. Whatever the target finds ends the process. A target without past crashes has no
-// folder for them.
+// main() of a fuzz target without an engine: runs it once with each file that is named, or that is in a
+// directory that is named. Whatever the target finds ends the process. A target without past crashes has no
+// directory for them.
 
 #include "fuzz/fuzztarget.h"
 

@@ -2,7 +2,7 @@
 // Values set in a tree, one after the other, in any order: Unflattener gives what a plain
 // recursion gives, and so does the tree that writing makes of the same keys in theirs.
 //
-// The first line of an input is the tree to begin with. Every further line is a value and, behind a tab,
+// The first line of an input is the tree to begin with. Every further line is a value and, after a tab,
 // its key. A line that cannot be read is an invalid value.
 
 #include "fuzz/fuzztarget.h"

@@ -179,7 +179,7 @@ inline MultiMap toMultiMap(const QVariant &value)
 #endif
 }
 
-/// Adds an entry beside those that `map` already holds under `key`, with an invalid value, and
+/// Adds an entry to those that `map` already holds under `key`, with an invalid value, and
 /// returns that value. The new entry is the first of its key in iteration order.
 inline QVariant &insertMulti(MultiMap &map, const QString &key)
 {

@@ -7,7 +7,7 @@ namespace {
 
 NetworkAccessManagerFactory *registeredFactory = nullptr;
 
-// With a space behind the text, as the debug stream of Qt 4 writes it.
+// With a space at its end, as the debug stream of Qt 4 writes it.
 void reportNotImplemented(const char *function)
 {
     qDebug("[NetworkAccessManager::%s]: NOT Implement. ", function);

@@ -231,8 +231,8 @@ int JsonLexer::scanToken()
     return isLowerCaseLetter(*m_current) ? scanKeyword() : T_ERROR;
 }
 
-// Four bytes after a "u" are its digits, whatever they are. A "u" too near to the end of the input stands
-// for itself.
+// Four bytes after a "u" are its digits, whatever they are. A "u" too near to the end of the input means
+// itself.
 inline int JsonLexer::escapeSize(const char *backslash) const
 {
     return backslash[1] == 'u' && m_end - backslash > 6 ? 6 : 2;

@@ -47,7 +47,7 @@ class Network : public NetworkAccessManager
 public:
     explicit Network(QObject *parent) : NetworkAccessManager(parent), m_isUsable(true) {}
 
-    // The texts are, in this order: the certificate's file, the key's file, the pass phrase.
+    // The strings are, in this order: the certificate's file, the key's file, the pass phrase.
     void setSslConfiguration(QString const &certificate, QString const &key,
                              QString const &passPhrase) override
     {

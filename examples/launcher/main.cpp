@@ -5,7 +5,7 @@
 // program/      the program
 //   options            what the command line asks for
 //   launcher           asks the library for the applications, and opens them
-//   launcherlayer      what a folder adds to the launcher
+//   launcherlayer      what a directory adds to the launcher
 //   configurationfile  which file the library reads, and what relative paths in it mean
 //   terminationsignals the end of the program at a signal
 //   servicemanager     is told that the launcher is ready, and that it is alive
@@ -42,7 +42,7 @@
 // values/       valuekind: which values a property takes, and how they are shown
 //
 // unattended/   what only serves tests and pictures: --screenshot, --eval, --once and --wait. It goes by
-//               deleting the folder and the line of CMakeLists.txt that names it
+//               deleting the directory and the line of CMakeLists.txt that names it
 //   unattendedlayer    its options
 //   unattended         what they ask of the launcher
 //   unattendedpage     a page that waits for nobody

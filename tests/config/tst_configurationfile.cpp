@@ -175,7 +175,7 @@ tst_ConfigurationFile::Outcome tst_ConfigurationFile::runProbe(const QStringList
 
 void tst_ConfigurationFile::isTheOneThatTheVariableNamesOrTheDefault_data()
 {
-    // The variable's value stands behind the folder of the case. "named.json" and the default file
+    // The variable's value comes after the directory of the case. "named.json" and the default file
     // differ in what they give.
     QTest::addColumn<bool>("isSet");
     QTest::addColumn<QByteArray>("name");
@@ -183,7 +183,7 @@ void tst_ConfigurationFile::isTheOneThatTheVariableNamesOrTheDefault_data()
     QTest::addColumn<QByteArray>("output");
 
     const QByteArray none;
-    QTest::newRow("set, beside a default file")
+    QTest::newRow("set, next to a default file")
         << true << QByteArray("/named.json") << true << QByteArray(goodGiven);
     QTest::newRow("set, without a default file")
         << true << QByteArray("/named.json") << false << QByteArray(goodGiven);
@@ -388,7 +388,7 @@ void tst_ConfigurationFile::contentsDecideWhatIsGiven_data()
                                        << QByteArray("\" at line 1 pos 0\" \n");
     QTest::newRow("a missing colon") << QByteArray("{\"Global\" {}}") << nothing
                                      << QByteArray("\"Expected ':' at line 1 pos 11\" \n");
-    QTest::newRow("bytes behind the document")
+    QTest::newRow("bytes after the document")
         << goodFile + QByteArray(" x") << nothing
         << QByteArray("\"Expected 'end of file' at line 1 pos ")
             + QByteArray::number(int(sizeof goodFile) + 1) + "\" \n";

@@ -127,7 +127,7 @@ private:
 
 void tst_WebAppSettings::initTestCase()
 {
-    // No file of the default name lies here.
+    // No file of the default name is here.
     m_folderBefore = QDir::currentPath();
     QVERIFY(QDir::setCurrent(m_folder.path()));
 }
@@ -181,9 +181,9 @@ void tst_WebAppSettings::versionsDecideAboutTheApplications_data()
     QTest::newRow("1e0 as text") << QByteArray("\"Version\": \"1e0\",") << 1.0f << true;
     QTest::newRow("1 with a comma as text")
         << QByteArray("\"Version\": \"1,5\",") << (comma ? 1.5f : 0.0f) << comma;
-    QTest::newRow("1 and two digits behind a comma as text")
+    QTest::newRow("1 and two digits after a comma, in a string")
         << QByteArray("\"Version\": \"1,00\",") << (comma ? 1.0f : 0.0f) << comma;
-    QTest::newRow("1 and three digits behind a comma as text")
+    QTest::newRow("1 and three digits after a comma, in a string")
         << QByteArray("\"Version\": \"1,000\",") << (comma ? 1.0f : 0.0f) << comma;
     QTest::newRow("1.000 as text") << QByteArray("\"Version\": \"1.000\",") << 1.0f << true;
     QTest::newRow("1.5 between blanks as text")
@@ -651,7 +651,7 @@ void tst_WebAppSettings::propertiesOfApplications_data()
     QTest::newRow("certificate of other kinds")
         << QByteArray("\"Certificate\": {\"Path\": false, \"PrivateKey\": 1}")
         << QByteArray("CertPrivateKey = int 1; CertPath = bool false");
-    QTest::newRow("certificate that is a text")
+    QTest::newRow("certificate that is a string")
         << QByteArray("\"Certificate\": \"p\"") << QByteArray();
 
     const QByteArray domains = "\"GrantBroadcastAccessRightDomains\": ";
@@ -660,7 +660,7 @@ void tst_WebAppSettings::propertiesOfApplications_data()
         << domains + "[{\"Domain\": \"a\"}, {\"Domain\": \"b\"}, {\"Domain\": \"a\"}]"
         << property + "[string \"a\", string \"b\", string \"a\"]";
     QTest::newRow("no domains") << domains + "[]" << QByteArray();
-    QTest::newRow("domains that are plain texts") << domains + "[\"a\", \"b\"]" << property + "[]";
+    QTest::newRow("domains that are plain strings") << domains + "[\"a\", \"b\"]" << property + "[]";
     QTest::newRow("a domain that is a number")
         << domains + "[{\"Domain\": 5}, {\"Domain\": 0.5}, {\"Domain\": true}]"
         << property + "[string \"5\", string \"0.5\", string \"true\"]";
@@ -685,7 +685,7 @@ void tst_WebAppSettings::propertiesOfApplications_data()
             + "[string \"1\", string \"2\", string \"3\", string \"4\", string \"5\", "
               "string \"6\", string \"7\", string \"8\", string \"9\", string \"10\", "
               "string \"11\"]";
-    QTest::newRow("domains as a text") << domains + "\"a\"" << QByteArray();
+    QTest::newRow("domains as a string") << domains + "\"a\"" << QByteArray();
     QTest::newRow("domains as an object") << domains + "{\"Domain\": \"a\"}" << QByteArray();
     QTest::newRow("domains claim more than there are")
         << domains + "{\"1\": {\"Domain\": \"a\"}, \"size\": 3}" << property + "[string \"a\"]";
@@ -707,7 +707,7 @@ void tst_WebAppSettings::propertiesOfApplications()
     const WebAppSettings settings;
 
     QCOMPARE(applicationOf(settings, "tv"), properties);
-    // The application behind it and the global port are not touched.
+    // The application after it and the global port are not touched.
     QCOMPARE(applicationOf(settings, "next"), QByteArray("Url = string \"u\""));
     QCOMPARE(portOf(settings), QByteArray("1"));
 }
@@ -891,7 +891,7 @@ void tst_WebAppSettings::lookupsWithoutStateFail()
     WebAppSettings settings;
     QCOMPARE(portOf(settings), QByteArray("1"));
 
-    // The pointer is behind the virtual table.
+    // The pointer is after the virtual table.
     memset(reinterpret_cast<char *>(&settings) + sizeof(void *), 0, sizeof(void *));
 
     QCOMPARE(portOf(settings), QByteArray("none"));

@@ -33,11 +33,11 @@ public:
 
     void setSslConfiguration(QString const &, QString const &, QString const &) override
     {
-        std::printf("three texts\n");
+        std::printf("three strings\n");
     }
     void setSslConfiguration(QString const &, QString const &) override
     {
-        std::printf("two texts\n");
+        std::printf("two strings\n");
     }
     QNetworkAccessManager *impl() override
     {

@@ -29,7 +29,7 @@ def read(root, path):
 
 
 class Block:
-    """A block of code: fenced, with what stands behind the fence, or indented, with None there."""
+    """A block of code: fenced, with what is after the fence, or indented, with None there."""
 
     def __init__(self, language, line):
         self.language = language
@@ -76,13 +76,13 @@ class Document:
         return (not self.prose or not self.prose[-1]) and not re.match(r"\s*([-*]|\d+\.) ", before)
 
     def codes(self):
-        """What stands between backticks in the prose, with the numbers of the lines."""
+        """What is between backticks in the prose, with the numbers of the lines."""
         for number, line in enumerate(self.prose, 1):
             for code in re.findall(r"`([^`]+)`", line):
                 yield number, code
 
     def anchors(self):
-        """What can stand behind a # in a link to this page."""
+        """What can follow a # in a link to this page."""
         anchors = set()
         for line in self.prose:
             heading = re.match(r"#+ (.*)", line)

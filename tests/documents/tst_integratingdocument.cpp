@@ -9,7 +9,7 @@
 namespace {
 
 struct Case {
-    const char *file; ///< as it stands in the table
+    const char *file; ///< as it is in the table
     const char *contents; ///< null for no file, empty for one that cannot be read
 };
 

@@ -32,7 +32,7 @@ void addRows(const char *heading)
         QTest::newRow(qPrintable(table.at(i).at(0))) << table.at(i);
 }
 
-// What stands between backticks.
+// What is between backticks.
 QStringList codesOf(const QString &cell)
 {
     QStringList codes;

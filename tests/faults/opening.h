@@ -4,8 +4,8 @@
 
 class QString;
 
-/// What a test does directly in front of and directly behind the toolkit's opening of a settings file: the
-/// linker puts a function of ours in place of that constructor of QSettings. Null for nothing.
+/// What a test does directly before and directly after the toolkit's opening of a settings file: the
+/// linker replaces with a function of ours that constructor of QSettings. Null for nothing.
 namespace Opening {
 
 extern void (*before)(const QString &path);

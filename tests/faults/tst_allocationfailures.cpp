@@ -30,7 +30,7 @@
 
 namespace {
 
-// What a failing allocation is for: the work in the toolkit's constructor, or the one behind it.
+// What a failing allocation is for: the work in the toolkit's constructor, or the one after it.
 enum Place { Nowhere, InsideOpening, BehindOpening };
 
 struct PlannedFailure {
@@ -62,7 +62,7 @@ const char document[] =
     "{'Global':{'Version':1.5,'RemoteInspectorPort':9222,\n"
     "  'Certificate':{'Path':'device.pem','PrivateKey':'device.key','PassPhrase':'a secret'}},\n"
     " 'Applications':[{'Tag':'tv','Url':'http://tv.example/\\u0041','Scale':1.5,'UseWebGL':true,\n"
-    "  'UserAgent':'a text that is long enough to need a block of its own, \\\"quoted\\\"',\n"
+    "  'UserAgent':'a name that is long enough to need a block of its own, \\\"quoted\\\"',\n"
     "  'GrantBroadcastAccessRightDomains':[{'Domain':'a.example'},{'Domain':'b.example'}]},\n"
     "  {'Tag':'menu','HttpProxy':'proxy:3128','Numbers':[2147483648,1e400,-0.1234567890123456]}],\n"
     " 'a/"

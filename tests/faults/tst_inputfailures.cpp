@@ -36,7 +36,7 @@ const char document[] =
     " 'Applications':[{'Tag':'tv','Url':'http://tv.example/','Scale':1.5},\n"
     "                 {'Tag':'menu','UseWebGL':false}]}\n";
 
-/// Hands out `piece` bytes at a time, and behind `good` bytes reports an error or an end.
+/// Hands out `piece` bytes at a time, and after `good` bytes reports an error or an end.
 class FaultyDevice : public QIODevice
 {
 public:

@@ -110,7 +110,7 @@ struct Losses {
 
 } // namespace
 
-/// Writing that fails, and readers beside a writer. What is lost is counted and told.
+/// Writing that fails, and readers next to a writer. What is lost is counted and printed.
 class tst_OutputFailures : public QObject
 {
     Q_OBJECT
@@ -199,7 +199,7 @@ void tst_OutputFailures::theWriterDoesNotSeeItsLossUnderTheSameName()
     QCOMPARE(readAll(link), -1);
 }
 
-// A lock that a killed writer leaves behind does not keep the next one out, but one that has not been
+// A lock that a killed writer leaves does not keep the next one out, but one that has not been
 // written into yet does for half a minute, so each is taken away here.
 void tst_OutputFailures::aKilledWriterLeavesAWholeDocument()
 {
@@ -249,7 +249,7 @@ void tst_OutputFailures::readersBesideAWriterSeeWholeDocuments()
     QCOMPARE(second.wait(), 0);
 
     const int mixtures = counters.mixtures();
-    std::printf("readers beside a writer: %d readings of 300 documents, %d mixed or cut\n",
+    std::printf("readers next to a writer: %d readings of 300 documents, %d mixed or cut\n",
                 int(counters.readings()), mixtures);
     QVERIFY(mixtures == 0 || !ToolkitDifferences::replacesWrittenFiles());
 }

@@ -14,7 +14,7 @@ bool hasGigabytes()
     return !qgetenv("NUV_GIGABYTES").isEmpty();
 }
 
-// The size of a list of texts as it is written, -1 when no byte array holds that.
+// The size of a list of strings as it is written, -1 when no byte array holds that.
 int writtenSize(const QVariantList &texts)
 {
     try {

@@ -254,8 +254,8 @@ void tst_NetworkAccessManager::eachCallOfABaseOperationSendsOneMessage_data()
     QTest::addColumn<Operation>("operation");
     QTest::addColumn<QByteArray>("message");
 
-    QTest::newRow("three texts") << Operation(setThreeTexts) << QByteArray(SslMessage);
-    QTest::newRow("two texts") << Operation(setTwoTexts) << QByteArray(SslMessage);
+    QTest::newRow("three strings") << Operation(setThreeTexts) << QByteArray(SslMessage);
+    QTest::newRow("two strings") << Operation(setTwoTexts) << QByteArray(SslMessage);
     QTest::newRow("impl") << Operation(askForImpl) << QByteArray(ImplMessage);
 }
 

@@ -65,7 +65,7 @@ public:
     }
 };
 
-/// Adds a virtual function behind those that the base class has.
+/// Adds a virtual function after those that the base class has.
 class ProbeExtension : public ZarexExtBase
 {
 public:

@@ -25,7 +25,7 @@ int virtualSlot(Method method)
     return isVirtual ? int(offset / std::ptrdiff_t(sizeof(void *))) : -1;
 }
 
-/// The slot behind the last virtual function of a QObject: the first one that a class of ours can
+/// The slot after the last virtual function of a QObject: the first one that a class of ours can
 /// add.
 class FirstOwnSlot : public QObject
 {

@@ -15,7 +15,7 @@ inline QByteArray json(const char *text)
 }
 
 /// A copy of some bytes in a block of exactly their size, without the NUL that a QByteArray has
-/// behind its end. AddressSanitizer sees whoever reads past it.
+/// after its end. AddressSanitizer sees whoever reads past it.
 class ExactBlock
 {
 public:

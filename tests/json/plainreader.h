@@ -173,7 +173,7 @@ private:
         return isRead;
     }
 
-    // A comma may stand in front of the first entry, but none behind the last.
+    // A comma may come before the first entry, but none after the last.
     bool readObject(QVariant &value)
     {
         QtCompat::MultiMap object;
@@ -233,7 +233,7 @@ private:
     }
 
     const QByteArray m_text;
-    int m_pos; ///< of the byte behind the current token
+    int m_pos; ///< of the byte after the current token
     int m_line;
     int m_depth;
     int m_token;

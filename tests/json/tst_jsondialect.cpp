@@ -66,13 +66,13 @@ QList<QByteArray> cellsOf(const QByteArray &line)
     return cells;
 }
 
-// What stands between the backquotes; an empty text has two of them.
+// What is between the backquotes; an empty string has two of them.
 QByteArray code(const QByteArray &cell)
 {
     return cell.size() < 2 ? QByteArray() : cell.mid(1, cell.size() - 2);
 }
 
-// The text with the byte in place of "<c3>".
+// The text with the byte instead of "<c3>".
 QByteArray withBytes(const QByteArray &text)
 {
     QByteArray result;

@@ -11,7 +11,7 @@
 
 namespace {
 
-// What the lexer makes of a text: its tokens, each with its value if it has one, up to the first
+// What the lexer makes of a document: its tokens, each with its value if it has one, up to the first
 // end or error, and the line and position that it has then.
 struct Scan {
     QByteArray tokens;
@@ -134,15 +134,15 @@ bool isSameNumber(const QVariant &a, const QVariant &b)
 }
 
 // Empty when the lexer reads `text` as one number with the documented value, wherever it ends.
-QByteArray differenceFromPlainNumber(const QByteArray &text, const QByteArray &behind)
+QByteArray differenceFromPlainNumber(const QByteArray &text, const QByteArray &after)
 {
-    const ExactBlock block(text + behind);
+    const ExactBlock block(text + after);
     JsonLexer lexer(block.bytes());
     const int token = lexer.nextToken();
     if (token == T_NUMBER && lexer.pos() == text.size()
         && isSameNumber(lexer.value(), numberValue(text)))
         return QByteArray();
-    return text + " in front of '" + behind + "' read as " + describe(lexer.value());
+    return text + " in front of '" + after + "' read as " + describe(lexer.value());
 }
 
 QByteArray randomNumber(Random &random)
@@ -169,7 +169,7 @@ int tokenOf(int byte)
     return isBlank ? T_END_OF_FILE : T_ERROR;
 }
 
-// How many bytes of a text of one byte are passed.
+// How many bytes of a string of one byte are passed.
 int positionBehind(int byte)
 {
     const bool isWordOrString = (byte >= 'a' && byte <= 'z') || byte == '"';
@@ -255,8 +255,8 @@ void tst_JsonLexer::textsBecomeTheseTokens_data()
     row("b alone", "b", "end of file", 1);
     row("b between numbers", "1b2", "int 1 int 2 end of file", 3);
     row("b around a string", json("b'b'b"), "string 'b' end of file", 5);
-    row("b behind true", "trueb", "error", 5);
-    row("b behind null", "nullb", "error", 5);
+    row("b after true", "trueb", "error", 5);
+    row("b after null", "nullb", "error", 5);
     row("b inside null", "nubll", "error", 5);
     row("capital B", "B", "error", 0);
 
@@ -413,9 +413,9 @@ void tst_JsonLexer::stringsGetTheseValues_data()
     QTest::newRow("blanks are digits") << json("'\\u 1 2'") << json("'<102>'");
     QTest::newRow("blank and sign") << json("'\\u +1-1'") << json("'<0>1'");
     // Behind a digit Qt 5 takes a blank for part of the number as well.
-    QTest::newRow("blanks behind digits")
+    QTest::newRow("blanks after digits")
         << json("'\\u1 2 '") << ToolkitDifferences::either(json("'<0>'"), json("'<102>'"));
-    QTest::newRow("tab and line feed behind digits")
+    QTest::newRow("tab and line feed after digits")
         << json("'\\uf\te\n'") << ToolkitDifferences::either(json("'<0>'"), json("'<f0e>'"));
     QTest::newRow("blanks only") << json("'\\u    '") << json("'<0>'");
     QTest::newRow("prefix of hexadecimal numbers") << json("'\\u0x0X'") << json("'<0>'");
@@ -441,14 +441,14 @@ void tst_JsonLexer::brokenStringsEndTheInput_data()
 
     QTest::newRow("quote alone") << json("'");
     QTest::newRow("no closing quote") << json("'abc");
-    QTest::newRow("cut behind a backslash") << json("'abc\\");
-    QTest::newRow("cut behind an escape") << json("'abc\\n");
+    QTest::newRow("cut after a backslash") << json("'abc\\");
+    QTest::newRow("cut after an escape") << json("'abc\\n");
     QTest::newRow("closing quote escaped") << json("'abc\\'");
-    QTest::newRow("cut behind u") << json("'\\u");
-    QTest::newRow("cut behind one digit") << json("'\\u0");
-    QTest::newRow("cut behind three digits") << json("'\\u004");
-    QTest::newRow("cut behind four digits") << json("'\\u0041");
-    QTest::newRow("cut behind the text of an escape") << json("'\\u0041x");
+    QTest::newRow("cut after u") << json("'\\u");
+    QTest::newRow("cut after one digit") << json("'\\u0");
+    QTest::newRow("cut after three digits") << json("'\\u004");
+    QTest::newRow("cut after four digits") << json("'\\u0041");
+    QTest::newRow("cut after the text of an escape") << json("'\\u0041x");
     QTest::newRow("quote taken for a digit") << json("'\\u004' ");
     QTest::newRow("quote taken for a digit in a list") << json("'\\u004']");
     QTest::newRow("8 bytes and no quote") << json("'abcdefgh");
@@ -542,7 +542,7 @@ void tst_JsonLexer::everyPairIsReadAsTheToolkitReadsIt()
 
 void tst_JsonLexer::numbersEqualThePlainConversion_data()
 {
-    QTest::addColumn<QByteArray>("behind");
+    QTest::addColumn<QByteArray>("after");
 
     QTest::newRow("at the end of the input") << QByteArray();
     QTest::newRow("in front of a digit that is none") << QByteArray("\xb2"
@@ -552,11 +552,11 @@ void tst_JsonLexer::numbersEqualThePlainConversion_data()
 
 void tst_JsonLexer::numbersEqualThePlainConversion()
 {
-    QFETCH(QByteArray, behind);
+    QFETCH(QByteArray, after);
 
     Random random(20);
     for (int i = 0; i < 30000; ++i)
-        QCOMPARE(differenceFromPlainNumber(randomNumber(random), behind), QByteArray());
+        QCOMPARE(differenceFromPlainNumber(randomNumber(random), after), QByteArray());
 }
 
 void tst_JsonLexer::stringsEqualThePlainReading_data()
@@ -588,7 +588,7 @@ void tst_JsonLexer::stringsEqualThePlainReading()
     }
 }
 
-// Long strings pass several bytes at a time, so each length stands at each offset.
+// Long strings pass several bytes at a time, so each length is tried at each offset.
 void tst_JsonLexer::stringsOfEveryLengthEndAtTheirQuote()
 {
     for (int offset = 0; offset < 8; ++offset) {
@@ -630,7 +630,7 @@ void tst_JsonLexer::theCodecForCStringsReadsTheBytes_data()
     QTest::newRow("keys of the same replacement character")
         << QByteArray("UTF-8") << json("'\xc3':'\xa9':")
         << json("string '<fffd>' : string '<fffd>' :") << json("string '<c3>' : string '<a9>' :");
-    QTest::newRow("a byte behind a backslash") << QByteArray("ISO-8859-15") << json("'\\\xa4'")
+    QTest::newRow("a byte after a backslash") << QByteArray("ISO-8859-15") << json("'\\\xa4'")
                                                << json("string '<20ac>'") << json("string '<a4>'");
     QTest::newRow("bytes around an escape")
         << QByteArray("ISO-8859-15") << json("'\xa4\\n\xa4'") << json("string '<20ac><a><20ac>'")

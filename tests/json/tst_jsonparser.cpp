@@ -49,7 +49,7 @@ const Level &levelOf(char letter)
     return *level;
 }
 
-// The levels from the outermost: `outer`, and `inner` again and again behind it.
+// The levels from the outermost: `outer`, and `inner` again and again after it.
 QByteArray lettersOf(const QByteArray &outer, const QByteArray &inner, int depth)
 {
     return (outer + inner.repeated(depth)).left(depth);
@@ -271,11 +271,11 @@ void tst_JsonParser::documentsBecomeTheseTrees_data()
     row("array", json("[1,'a',null,[true],{},2.5]"),
         json("[int 1, string 'a', invalid, [bool true], {}, double 2.5]"));
     row("nulls", "[null,null]", "[invalid, invalid]");
-    row("null behind every kind of value",
+    row("null after every kind of value",
         json("['x',null,1,null,[2],null,{'a':3},null,[,4],null]"),
         json("[string 'x', invalid, int 1, invalid, [int 2], invalid, {'a': int 3}, invalid, [int "
              "4], invalid]"));
-    row("null member behind every kind",
+    row("null member after every kind",
         json("{'a':'x','b':null,'c':[1],'d':null,'e':{'f':2},'g':null}"),
         json("{'a': string 'x', 'b': invalid, 'c': [int 1], 'd': invalid, 'e': {'f': int 2}, 'g': "
              "invalid}"));
@@ -335,13 +335,13 @@ void tst_JsonParser::syntaxErrorsGetTheirExactText_data()
     row("two commas first in an array", "[,,1]", " at line 1 pos 3");
     row("two commas in an array", "[1,,2]", " at line 1 pos 4");
     row("open array", "[", "Expected ']', ',' at line 1 pos 1");
-    row("open array behind a value", "[1", "Expected ']', ',' at line 1 pos 2");
+    row("open array after a value", "[1", "Expected ']', ',' at line 1 pos 2");
     row("array closed with a brace", "[1}", "Expected ']', ',' at line 1 pos 3");
     row("colon in an array", json("['a':1]"), "Expected ']', ',' at line 1 pos 5");
 
     row("no colon", json("{'a' 1}"), "Expected ':' at line 1 pos 6");
     row("key alone", json("{'a'}"), "Expected ':' at line 1 pos 5");
-    row("no value behind the colon", json("{'a':}"), " at line 1 pos 6");
+    row("no value after the colon", json("{'a':}"), " at line 1 pos 6");
     row("comma last in an object", json("{'a':1,}"), "Expected 'string' at line 1 pos 8");
     row("comma alone in an object", "{,}", "Expected 'string' at line 1 pos 3");
     row("two commas first in an object", json("{,,'a':1}"), "Expected 'string' at line 1 pos 3");
@@ -349,12 +349,12 @@ void tst_JsonParser::syntaxErrorsGetTheirExactText_data()
     row("number for a key", "{1:2}", "Expected '}', ',' at line 1 pos 2");
     row("number for a later key", json("{'a':1,2:3}"), "Expected 'string' at line 1 pos 8");
     row("open object", "{", "Expected '}', ',' at line 1 pos 1");
-    row("open object behind a value", json("{'a':1"), "Expected '}', ',' at line 1 pos 6");
+    row("open object after a value", json("{'a':1"), "Expected '}', ',' at line 1 pos 6");
     row("object closed with a bracket", json("{'a':1]"), "Expected '}', ',' at line 1 pos 7");
 
     row("two roots", "1 2", "Expected 'end of file' at line 1 pos 3");
-    row("word behind the root", "{} x", "Expected 'end of file' at line 1 pos 4");
-    row("byte behind the root", "[]\n;", "Expected 'end of file' at line 2 pos 3");
+    row("word after the root", "{} x", "Expected 'end of file' at line 1 pos 4");
+    row("byte after the root", "[]\n;", "Expected 'end of file' at line 2 pos 3");
     row("on the third line", json("{\n'a':1,\n x}"), "Expected 'string' at line 3 pos 11");
     row("carriage returns are no lines", "[1,\r\r2 3]", "Expected ']', ',' at line 1 pos 8");
     row("line feed in a string is no line", json("['\n'\n1]"), "Expected ']', ',' at line 2 pos 6");
@@ -428,7 +428,7 @@ void tst_JsonParser::anErrorInsideTheRootGivesNothing()
     QVERIFY(!error.isEmpty());
 }
 
-// Cut behind each of its bytes, a document has to end in the middle of everything.
+// Cut after each of its bytes, a document has to end in the middle of everything.
 void tst_JsonParser::everyBeginningOfADocumentIsReadSafely()
 {
     const QByteArray text =
@@ -564,8 +564,8 @@ void tst_JsonParser::everyDepthIsRead_data()
     QTest::newRow("later elements and members by turns") << none << QByteArray("BP") << 140;
     QTest::newRow("arrays that begin with a comma") << none << QByteArray("C") << 140;
     QTest::newRow("objects that begin with a comma") << none << QByteArray("Q") << 140;
-    QTest::newRow("behind empty containers") << none << QByteArray("D") << 140;
-    QTest::newRow("behind objects") << none << QByteArray("R") << 140;
+    QTest::newRow("after empty containers") << none << QByteArray("D") << 140;
+    QTest::newRow("after objects") << none << QByteArray("R") << 140;
     QTest::newRow("everything by turns") << none << QByteArray("ABCDOPQR") << 140;
 }
 
@@ -620,16 +620,16 @@ void tst_JsonParser::deepDocumentsNeedNoStack_data()
         << openObject.repeated(deep) << " at line 1 pos 1000000" << 0;
     QTest::newRow("arrays half closed")
         << arrays(deep).left(deep + deep / 2) << "Expected ']', ',' at line 1 pos 300000" << 0;
-    QTest::newRow("behind deep arrays") << arrays(deep) + " x"
+    QTest::newRow("after deep arrays") << arrays(deep) + " x"
                                         << "Expected 'end of file' at line 1 pos 400002" << deep;
-    QTest::newRow("behind deep objects") << objects(50000) + " x"
+    QTest::newRow("after deep objects") << objects(50000) + " x"
                                          << "Expected 'end of file' at line 1 pos 300004" << 50001;
-    QTest::newRow("behind deep arrays in an array")
+    QTest::newRow("after deep arrays in an array")
         << '[' + arrays(deep) + " x"
         << "Expected ']', ',' at line 1 pos 400003" << 0;
-    QTest::newRow("behind deep objects in an array") << '[' + objects(50000) + ",]"
+    QTest::newRow("after deep objects in an array") << '[' + objects(50000) + ",]"
                                                      << " at line 1 pos 300005" << 0;
-    QTest::newRow("behind deep arrays in an object")
+    QTest::newRow("after deep arrays in an object")
         << openObject + arrays(deep) + json(",'b' 1}") << "Expected ':' at line 1 pos 400011" << 0;
 }
 

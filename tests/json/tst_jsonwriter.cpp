@@ -262,7 +262,7 @@ void tst_JsonWriter::treesAreLaidOutLikeThis_data()
               "[[],[1]]");
     layoutRow("objects in an array", "[{'a':1},{}]",
               "[\n    {\n        'a':1\n    },\n    {\n\n    }\n]", "[{'a':1},{}]");
-    layoutRow("scalar behind a container", "[[],1]", "[\n    [\n\n    ],\n    1\n]", "[[],1]");
+    layoutRow("scalar after a container", "[[],1]", "[\n    [\n\n    ],\n    1\n]", "[[],1]");
     layoutRow("key with a quote", "{'a\\'b':1}", "{\n    'a\\'b':1\n}", "{'a\\'b':1}");
     layoutRow("key above 127", "{'\\u00e9':'\\ud83d\\ude00'}",
               "{\n    '\\u00e9':'\\ud83d\\ude00'\n}", "{'\\u00e9':'\\ud83d\\ude00'}");
@@ -425,7 +425,7 @@ void tst_JsonWriter::eightUnitsAreEscapedAsOne()
     }
 }
 
-// Long texts are escaped in pieces; nothing may depend on where a piece ends.
+// Long strings are escaped in pieces; nothing may depend on where a piece ends.
 void tst_JsonWriter::longTextsAreEscapedAtEachOffset()
 {
     for (int offset = 0; offset < 140; ++offset) {
@@ -635,7 +635,7 @@ void tst_JsonWriter::anythingMayComeWhereTheRoomEnds_data()
         << QVariant(QVariantMap()) << QByteArray("{}") << QByteArray("{\n\n         }");
 }
 
-// The room grows when it is used up, wherever that is. What is written behind it is seen by a sanitizer,
+// The room grows when it is used up, wherever that is. What is written after it is seen by a sanitizer,
 // and by the allocator when it gets the room back.
 void tst_JsonWriter::anythingMayComeWhereTheRoomEnds()
 {

@@ -84,7 +84,7 @@ void tst_PlainReader::readsTheDialect_data()
     row("no comma", "[1 2]", "invalid (Expected ']', ',' at line 1 pos 4)");
     row("a trailing comma", "[1,]", "invalid ( at line 1 pos 4)");
     row("a trailing comma in an object", "{'a':1,}", "invalid (Expected 'string' at line 1 pos 8)");
-    row("more behind the root", "1\n2", "int 1 (Expected 'end of file' at line 2 pos 3)");
+    row("more after the root", "1\n2", "int 1 (Expected 'end of file' at line 2 pos 3)");
     row("an open string", "'abc", "invalid ( at line 1 pos 4)");
     row("a byte that begins nothing", "[/]", "invalid (Expected ']', ',' at line 1 pos 1)");
 }

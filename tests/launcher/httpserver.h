@@ -28,7 +28,7 @@ class HttpServer : public QTcpServer
 public:
     HttpServer();
 
-    /// "http://127.0.0.1:PORT" with the path behind it.
+    /// "http://127.0.0.1:PORT" with the path after it.
     virtual QString address(const char *path = "/") const;
 
     /// Answers a target with a page; `headers` are whole lines.

@@ -33,7 +33,7 @@ private:
     QStringList m_arguments;
 };
 
-/// What a run of the launcher left behind.
+/// What a run of the launcher left.
 struct Run {
     int status; ///< -1 when it did not end by itself
     QString out;

@@ -13,7 +13,7 @@ namespace {
 
 const QRgb green = 0xff00ff00u;
 
-/// Whether a property stands in an application's section under its own name, as a single value.
+/// Whether a property is in an application's section under its own name, as a single value.
 bool isSimple(const AppConfigProperty &property)
 {
     return qstrcmp(property.name, property.inFile) == 0
@@ -315,7 +315,7 @@ void tst_Launcher::secretsAreNeverShown()
     QVERIFY(run.out.contains(text(" = me:********@proxy:1\n")));
     QVERIFY(run.out.contains(text(" = me:********\n")));
     QVERIFY(run.err.contains(
-        text("number: CertPassPhrase = ******** cannot be used; it takes a text\n")));
+        text("number: CertPassPhrase = ******** cannot be used; it takes a string\n")));
 }
 
 void tst_Launcher::controlCharactersOfPagesDoNotReachTheTerminal()
@@ -484,8 +484,8 @@ void tst_Launcher::unusableValuesKeepTheDefault()
     const Run run = stage.launch("--screenshot out.png --size 400x300 tv zero below");
 
     const char *const complaints[][2] = {
-        { "tv: UserAgent = 7", "a text" },
-        { "tv: UserScript = \"none.js\"", "a text with the path of a readable file" },
+        { "tv: UserAgent = 7", "a string" },
+        { "tv: UserScript = \"none.js\"", "a string with the path of a readable file" },
         { "tv: WindowOpacity = 95", "a number from 0 to 1" },
         { "tv: Scale = \"2\"", "a number from 0.1 to 10" },
         { "tv: ShowScrollbar = \"false\"", "true or false" },
@@ -588,19 +588,19 @@ void tst_Launcher::badInputIsToldInOneLine_data()
                                 << text("nuv-launcher: tv: it has no usable Url\n");
     QTest::newRow("address of a wrong kind") << tv + ", \"Url\": 5 } ] }"
                                              << text("nuv-launcher: tv: Url = 5 cannot be used; it "
-                                                     "takes a text with an address\n"
+                                                     "takes a string with an address\n"
                                                      "nuv-launcher: tv: it has no usable Url\n");
     QTest::newRow("missing page")
         << tv + ", \"Url\": \"none.html\" } ] }"
         << text("nuv-launcher: tv: the page file://%1/none.html does not load: Error opening "
                 "%1/none.html: No such file or directory\n");
-    QTest::newRow("folder in place of a page")
+    QTest::newRow("directory instead of a page")
         << tv + ", \"Url\": \"sub\" } ] }"
         << text("nuv-launcher: tv: the page file://%1/sub does not load: Cannot open "
                 "file://%1/sub: Path is a directory\n");
     QTest::newRow("unknown scheme")
         << tv + ", \"Url\": \"nosuch:thing\" } ] }"
-        << text("nuv-launcher: tv: Url = \"nosuch:thing\" cannot be used; it takes a text with an "
+        << text("nuv-launcher: tv: Url = \"nosuch:thing\" cannot be used; it takes a string with an "
                 "address\nnuv-launcher: tv: it has no usable Url\n");
     QTest::newRow("global certificate that is missing")
         << QByteArray(

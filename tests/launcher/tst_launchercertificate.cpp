@@ -216,7 +216,7 @@ void tst_LauncherCertificate::whereItCannotBeUsedNothingIsAskedFor_data()
                                 << m_server->requests().size();
 }
 
-// What stands before a semicolon are the words of the TLS library.
+// What is before a semicolon are the words of the TLS library.
 void tst_LauncherCertificate::whereItCannotBeUsedNothingIsAskedFor()
 {
     QFETCH(QString, message);

@@ -20,7 +20,7 @@ public:
         }
     }
 
-    /// `configuration` with the ports in place of %1 and %2.
+    /// `configuration` with the ports instead of %1 and %2.
     QString in(QString configuration) const
     {
         for (int i = 0; i < 2; ++i)
@@ -157,7 +157,7 @@ void tst_LauncherInspector::aGlobalPortThatIsNoneIsToldInOneLine()
 
     QCOMPARE(
         run.err,
-        text("nuv-launcher: RemoteInspectorPort = 65536 cannot be used; it takes a whole number "
+        text("nuv-launcher: RemoteInspectorPort = 65536 cannot be used; it takes an integer "
              "from 0 to 65535\n"));
     QVERIFY(!run.out.contains(text("Remote inspector port")));
     QCOMPARE(run.status, 0);

@@ -170,7 +170,7 @@ void tst_LauncherNetwork::whereAValueCannotBeUsedNothingIsAskedFor_data()
         const bool isProxy = qstrcmp(row[0], "HttpProxy") == 0;
         QTest::newRow(tags.at(i).constData())
             << text(tags.at(i).constData())
-            << QString(text("%1 = \"%2\" cannot be used; it takes a text as in %3"))
+            << QString(text("%1 = \"%2\" cannot be used; it takes a string such as %3"))
                    .arg(text(row[0]), text(row[1]),
                         text(isProxy ? "host:port" : "http://host/path"))
             << run.err << server.requests(path.constData()).size();

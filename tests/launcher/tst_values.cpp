@@ -10,7 +10,7 @@
 
 #include <QDir>
 
-/// What texts of the configuration mean, why others cannot be used, and what is proposed instead.
+/// What strings of the configuration mean, why others cannot be used, and what is proposed instead.
 class tst_Values : public QObject
 {
     Q_OBJECT

@@ -396,7 +396,7 @@ QString inspectedPages(ApplicationView &view)
     return yesOrNo(reply->readAll().contains("?page="));
 }
 
-/// What a property does, and how that is seen. Every property of the table stands here once.
+/// What a property does, and how that is seen. Every property of the table is here once.
 struct Effect {
     const char *property;
     QVariant usable;

@@ -275,7 +275,7 @@ static void addDocumentsWithSeparatorsInKeys()
     QTest::newRow("the end of the object takes away one part only")
         << QByteArray("{\"o\": {\"x/y\": 1}, \"p\": 2}")
         << QByteArray("\"o/p\" = int 2\n\"o/x/y\" = int 1\n");
-    QTest::newRow("a separator in a key of an array's element moves the elements behind it")
+    QTest::newRow("a separator in a key of an array's element moves the elements after it")
         << QByteArray("{\"l\": [1, {\"x/y\": 2}, 3]}")
         << QByteArray("\"l/1\" = int 1\n\"l/2/3\" = int 3\n\"l/2/x/y\" = int 2\n"
                       "\"l/size\" = int 3\n");
@@ -311,7 +311,7 @@ void tst_JsonSettingsFormat::readsDocumentsAsFlatKeys_data()
         << QByteArray("{\"list\": []}") << QByteArray("\"list/size\" = int 0\n");
     QTest::newRow("an empty object has no key")
         << QByteArray("{\"a\": {}, \"b\": {\"c\": {}}}") << QByteArray();
-    QTest::newRow("an empty object beside other members")
+    QTest::newRow("an empty object next to other members")
         << QByteArray("{\"a\": {}, \"b\": 2}") << QByteArray("\"b\" = int 2\n");
     QTest::newRow("an empty object in an array counts")
         << QByteArray("[{}, 2]") << QByteArray("\"2\" = int 2\n\"size\" = int 2\n");
@@ -349,7 +349,7 @@ void tst_JsonSettingsFormat::readsDocumentsAsFlatKeys_data()
     QTest::newRow("duplicate objects merge")
         << QByteArray("{\"a\": {\"x\": 1, \"y\": 1}, \"a\": {\"y\": 2, \"z\": 2}}")
         << QByteArray("\"a/x\" = int 1\n\"a/y\" = int 1\n\"a/z\" = int 2\n");
-    QTest::newRow("a longer later array leaves elements behind the size of the earlier one")
+    QTest::newRow("a longer later array leaves elements beyond the size of the earlier one")
         << QByteArray("{\"a\": [1], \"a\": [7, 8, 9]}")
         << QByteArray("\"a/1\" = int 1\n\"a/2\" = int 8\n\"a/3\" = int 9\n\"a/size\" = int 1\n");
     QTest::newRow("a duplicate of another kind leaves both")
@@ -543,7 +543,7 @@ void tst_JsonSettingsFormat::longArraysAreFlattenedLikeTheirElements_data()
         QTest::newRow(QByteArray::number(size).constData()) << size;
 }
 
-// The texts of the positions sort otherwise than the positions: 10 comes before 2.
+// The positions as strings sort otherwise than the positions: 10 comes before 2.
 void tst_JsonSettingsFormat::longArraysAreFlattenedLikeTheirElements()
 {
     QFETCH(int, size);
@@ -573,7 +573,7 @@ void tst_JsonSettingsFormat::longArraysAreFlattenedLikeTheirElements()
 // Rows for what else a size can be, and for what is left out of an array.
 static void addOddSizes()
 {
-    QTest::newRow("size as a text that is a number")
+    QTest::newRow("size as a string that is a number")
         << QByteArray("{\"a/size\": \"2\", \"a/1\": 1}")
         << QByteArray("{\n    \"a\":\n    [\n        1,\n        null\n    ]\n}");
     QTest::newRow("size as any other text") << QByteArray("{\"a/size\": \"two\", \"a/1\": 1}")
@@ -603,7 +603,7 @@ static void addOddSizes()
 
 void tst_JsonSettingsFormat::writesFlatKeysAsDocument_data()
 {
-    // The keys and values are those of a JSON object; a key stands as it is, separators included.
+    // The keys and values are those of a JSON object; a key is written as it is, separators included.
     QTest::addColumn<QByteArray>("entries");
     QTest::addColumn<QByteArray>("bytes");
 
@@ -620,10 +620,10 @@ void tst_JsonSettingsFormat::writesFlatKeysAsDocument_data()
     QTest::newRow("what sorts before size is dropped")
         << QByteArray("{\"a/size\": 1, \"a/1\": 1, \"a/name\": \"n\"}")
         << QByteArray("{\n    \"a\":\n    [\n        1\n    ]\n}");
-    QTest::newRow("what sorts behind size wipes the array")
+    QTest::newRow("what sorts after size wipes the array")
         << QByteArray("{\"a/size\": 1, \"a/1\": 1, \"a/type\": \"t\"}")
         << QByteArray("{\n    \"a\":\n    {\n        \"type\":\"t\"\n    }\n}");
-    QTest::newRow("a path behind size wipes the array, too")
+    QTest::newRow("a path after size wipes the array, too")
         << QByteArray("{\"a/size\": 1, \"a/1\": 1, \"a/type/x\": \"t\"}")
         << QByteArray("{\n    \"a\":\n    {\n        \"type\":\n        {\n"
                       "            \"x\":\"t\"\n        }\n    }\n}");
@@ -689,9 +689,9 @@ void tst_JsonSettingsFormat::unflattenSetsOneValue_data()
 
     QTest::newRow("in nothing") << QByteArray("null") << QString(QLatin1String("a"))
                                 << QByteArray("1") << QByteArray("{\"a\": int 1}");
-    QTest::newRow("beside others") << QByteArray("{\"b\": 2}") << QString(QLatin1String("a"))
+    QTest::newRow("next to others") << QByteArray("{\"b\": 2}") << QString(QLatin1String("a"))
                                    << QByteArray("1") << QByteArray("{\"a\": int 1, \"b\": int 2}");
-    QTest::newRow("in place of another") << QByteArray("{\"a\": 2}") << QString(QLatin1String("a"))
+    QTest::newRow("instead of another") << QByteArray("{\"a\": 2}") << QString(QLatin1String("a"))
                                          << QByteArray("null") << QByteArray("{\"a\": invalid}");
     QTest::newRow("in a scalar") << QByteArray("5") << QString(QLatin1String("a/b"))
                                  << QByteArray("1") << QByteArray("{\"a\": {\"b\": int 1}}");

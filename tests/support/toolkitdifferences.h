@@ -154,7 +154,7 @@ inline bool endsWithoutMemoryForAHash()
 }
 
 /// How QSettings writes a file that is there: Qt 4 empties it and writes into it; Qt 5 writes a new
-/// one beside it, which takes its place when it is complete.
+/// one next to it, which takes its place when it is complete.
 inline bool replacesWrittenFiles()
 {
     return !isQt4();

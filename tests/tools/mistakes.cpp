@@ -503,7 +503,7 @@ int openingBrace(const QByteArray &bytes, int at)
     return -1;
 }
 
-// Takes a member away, with the comma and the blanks behind it.
+// Takes a member away, with the comma and the blanks after it.
 bool removeMember(Planted *file, std::mt19937 &engine, const QByteArray &member)
 {
     int at = 0;

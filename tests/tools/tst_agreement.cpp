@@ -73,7 +73,7 @@ bool takesMinutes(const QByteArray &bytes)
     return claimsTooMuch(map);
 }
 
-// Every text that can be a tag: a tag is a scalar of the file, made a text.
+// Every string that can be a tag: a tag is a scalar of the file, made a string.
 void collectTexts(const QVariant &value, QSet<QString> *texts)
 {
     if (VariantTree::isMap(value)) {

@@ -187,7 +187,7 @@ void tst_CheckOptions::aFileIgnoresARuleInOneObject_data()
     const auto row = [](const char *name, const char *applications, const char *expected) {
         QTest::newRow(name) << QByteArray(applications) << QString(QLatin1String(expected));
     };
-    row("beside it", "{ \"Tag\": \"a\", \"_comment check\": \"ignore no-address\" }", "");
+    row("next to it", "{ \"Tag\": \"a\", \"_comment check\": \"ignore no-address\" }", "");
     row("after it",
         "{ \"Tag\": \"a\", \"Scale\": null, \"_comment check\": \"ignore null-value, "
         "no-address\" }",

@@ -68,7 +68,7 @@ QByteArray disagreement(const QByteArray &bytes)
 const char *const pieces[] = { "{", "}", "[", "]", ",", ":", "\"a\"", "1", "true", "b", "x" };
 const int pieceCount = int(sizeof pieces / sizeof pieces[0]);
 
-// In rows by chance, beside those above.
+// In random rows, in addition to those above.
 const char *const oddPieces[] = { "\n",        " ",
                                   "'a'",       "//c\n",
                                   "/*c*/",     "\"",

@@ -14,7 +14,7 @@ QString units(std::initializer_list<int> codes)
 
 } // namespace
 
-/// What is found in a text is the same with every toolkit.
+/// What is found in a string is the same with every toolkit.
 class tst_Pattern : public QObject
 {
     Q_OBJECT
@@ -45,9 +45,9 @@ void tst_Pattern::findsTheSameWithEveryToolkit_data()
     row("a point is any character", "^(https?)(/+)(.*)$", QLatin1String("http/a\nb"), 0, 8);
     row("an end as an alternative", "^[0-9]+([/?#]|$)", QLatin1String("80"), 0, 2);
     row("the longest run", ":[0-9]*$", QLatin1String("a:1:22"), 3, 3);
-    row("behind a half of a pair", "[/?#]", units({ 0xd800, 'a', '/' }), 2, 1);
-    row("behind the other half", "[/?#]", units({ 0xdc00, '/' }), 1, 1);
-    row("behind a pair", "[/?#]", units({ 0xd83d, 0xde00, '/' }), 2, 1);
+    row("after a half of a pair", "[/?#]", units({ 0xd800, 'a', '/' }), 2, 1);
+    row("after the other half", "[/?#]", units({ 0xdc00, '/' }), 1, 1);
+    row("after a pair", "[/?#]", units({ 0xd83d, 0xde00, '/' }), 2, 1);
     row("a half is any character", "^a.b$", units({ 'a', 0xd800, 'b' }), 0, 3);
     row("a pair is two characters", "^a.b$", units({ 'a', 0xd83d, 0xde00, 'b' }), -1, 0);
     row("a NUL is a character", "^a.b$", units({ 'a', 0, 'b' }), 0, 3);

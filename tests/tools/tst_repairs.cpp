@@ -138,7 +138,7 @@ QByteArray fileWith(const QByteArray &application)
         + application + " } ] }";
 }
 
-// The lines of a text, each with its end.
+// The lines of a file, each with its end.
 QList<QByteArray> linesOf(const QByteArray &text)
 {
     QList<QByteArray> lines;

@@ -83,7 +83,7 @@ void copyPages(const TemporaryDir &folder)
     }
 }
 
-// The texts between ```json and ```.
+// What is between ```json and ```.
 QList<QByteArray> samplesIn(const QByteArray &page)
 {
     QList<QByteArray> samples;

@@ -205,7 +205,7 @@ bool ApplicationPage::supportsExtension(Extension extension) const
     return extension == ErrorPageExtension || QWebPage::supportsExtension(extension);
 }
 
-// The engine asks for a page to show in place of one that failed, in inner frames as well.
+// The engine asks for a page to show instead of one that failed, in inner frames as well.
 bool ApplicationPage::extension(Extension extension, const ExtensionOption *option,
                                 ExtensionReturn *output)
 {

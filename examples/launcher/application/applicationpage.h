@@ -41,7 +41,7 @@ public:
     /// Whether the user may choose files for forms. Not so at first.
     void setFilesAreOffered(bool offered);
 
-    /// A script for each document of the main frame, run before the document's own, in place of an
+    /// A script for each document of the main frame, run before the document's own, instead of an
     /// earlier one of that name; an empty one is none.
     void setDocumentScript(const char *name, const QString &source);
 
@@ -98,7 +98,7 @@ private:
     bool mayAsk();
 
     QString m_userAgent;
-    QString m_userScriptFile; ///< the file's name, without its folder
+    QString m_userScriptFile; ///< the file's name, without its directory
     QMap<QByteArray, QString> m_documentScripts;
     QString m_loadError;
     QuestionFlood m_questions;

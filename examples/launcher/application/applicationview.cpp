@@ -31,7 +31,7 @@
 
 namespace {
 
-// The engine takes the folder of a page's localStorage from the settings of all pages, at the moment
+// The engine takes the directory of a page's localStorage from the settings of all pages, at the moment
 // when it makes the page.
 ApplicationPage *makePageFor(const QString &tag, ApplicationPage::Maker make, QObject *parent)
 {

@@ -50,7 +50,7 @@ public:
     /// Shows the window, in front of all others.
     void bringToFront();
 
-    /// Whether a page of the launcher's stands in place of the one that did not load.
+    /// Whether a page of the launcher's is shown instead of the one that did not load.
     bool showsErrorPage() const;
 
     /// Null when there is none.

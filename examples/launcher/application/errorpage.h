@@ -7,7 +7,7 @@
 class QString;
 class QUrl;
 
-/// What is shown in place of a page that does not load.
+/// What is shown instead of a page that does not load.
 namespace ErrorPage {
 
 /// A document in UTF-8. It has no script, and shows no password of the address.

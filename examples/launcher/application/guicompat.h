@@ -108,7 +108,7 @@ inline bool databaseSwitch(bool offered)
 }
 
 /// Where the local storage of an application is, given where it would have its own. Qt 4 has one for all pages
-/// of the process, in the folder that the first of them names: with a folder for each, what is found would
+/// of the process, in the directory that the first of them names: with one for each, what is found would
 /// depend on which application came first.
 inline QString localStorageFolder(const QString &own)
 {

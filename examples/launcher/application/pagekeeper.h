@@ -9,7 +9,7 @@
 class ApplicationPage;
 class QNetworkReply;
 
-/// Brings a page of the web back that does not load, because nobody stands by a device to do it: it asks for
+/// Brings a page of the web back that does not load, because nobody is at a device to do it: it asks for
 /// the page again, after a pause that grows from one failure to the next. A page of which nothing can be
 /// seen after a time has failed as well, and so has one whose server answers with an error of its own.
 class PageKeeper : public QObject

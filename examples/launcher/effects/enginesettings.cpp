@@ -13,7 +13,7 @@ bool EngineSettings::setSpatialNavigationDisabled(ApplicationView &view, const Q
     return setAttribute<QWebSettings::SpatialNavigationEnabled>(view, !on.toBool());
 }
 
-// The engine of Qt 4 looks for the folder here, with the first use; newer ones have it from the making of
+// The engine of Qt 4 looks for the directory here, with the first use; newer ones have it from the making of
 // the page.
 bool EngineSettings::setLocalStorage(ApplicationView &view, const QVariant &on)
 {

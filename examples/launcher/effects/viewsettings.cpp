@@ -39,7 +39,7 @@ const char atClosing[] = "when the window is closed";
 // The later row of two properties for the same thing decides.
 const ViewSetting ViewSettings::table[] = {
     { "Url", &AppConfig::getUrl, &ValueKinds::address, page, atStart,
-      "the first page; a relative address is meant from the folder of the configuration file",
+      "the first page; a relative address is one from the directory of the configuration file",
       nullptr, PageSettings::setUrl },
     { "UserAgent", &AppConfig::getUserAgent, &ValueKinds::text, page, eachRequest,
       "the name that servers and scripts are told; an empty one is the browser's own", nullptr,
@@ -49,7 +49,7 @@ const ViewSetting ViewSettings::table[] = {
       PageSettings::setUserScript },
 
     { "UseGraphicsView", &AppConfig::getUseGraphicsView, &ValueKinds::onOff, view, atStart,
-      "the page is an item of a graphics scene in place of a widget", nullptr,
+      "the page is an item of a graphics scene instead of a widget", nullptr,
       WindowSettings::setGraphicsView },
     { "Frameless", &AppConfig::getFrameless, &ValueKinds::onOff, window, atStart,
       "a window without frame and title", nullptr, WindowSettings::setFrameless },
@@ -62,7 +62,7 @@ const ViewSetting ViewSettings::table[] = {
       "from 0, invisible, to 1, opaque, where the window system can do it", nullptr,
       WindowSettings::setOpacity },
     { "UseTransparentBackground", &AppConfig::getUseTransparentBackground, &ValueKinds::onOff, page,
-      always, "what lies behind the window shines through where the page paints nothing", nullptr,
+      always, "what is behind the window shines through where the page paints nothing", nullptr,
       PageSettings::setTransparentBackground },
     { "Scale", &AppConfig::getScale, &ValueKinds::factor, page, always,
       "the zoom factor: at 2 everything is twice as large", nullptr, PageSettings::setScale },
@@ -110,12 +110,12 @@ const ViewSetting ViewSettings::table[] = {
       "cookies with an expiry date are kept below XDG_DATA_HOME, for the next start, too", nullptr,
       NetworkSettings::setDiskCookies },
     { "UseLocalStorage", &AppConfig::getUseLocalStorage, &ValueKinds::onOff, webSettings,
-      eachDocument, "scripts get localStorage, kept in a folder for the tag of the application",
+      eachDocument, "scripts get localStorage, kept in a directory for the tag of the application",
       nullptr, EngineSettings::setLocalStorage },
     { "OfflineStorageDatabaseEnabled", &AppConfig::getOfflineStorageDatabaseEnabled,
       &ValueKinds::onOff, webSettings, eachDocument,
-      "scripts get databases, which all applications keep in one folder; without it no document "
-      "finds openDatabase",
+      "scripts get databases, which all applications keep in one directory; without it no "
+      "document finds openDatabase",
       nullptr, EngineSettings::setDatabases },
     { "UseOfflineStorageDatabase", &AppConfig::getUseOfflineStorageDatabase, &ValueKinds::onOff,
       webSettings, eachDocument, "the same; this name decides where an application has both",
@@ -128,7 +128,7 @@ const ViewSetting ViewSettings::table[] = {
       &EngineSettings::databases, EngineSettings::setDatabaseQuota },
     { "OfflineWebApplicationCacheEnabled", &AppConfig::getOfflineWebApplicationCacheEnabled,
       &ValueKinds::onOff, webSettings, eachDocument,
-      "pages with a cache manifest are kept, in one folder for all applications", nullptr,
+      "pages with a cache manifest are kept, in one directory for all applications", nullptr,
       EngineSettings::setAttribute<QWebSettings::OfflineWebApplicationCacheEnabled> },
     { "UseOfflineWebApplicationCache", &AppConfig::getUseOfflineWebApplicationCache,
       &ValueKinds::onOff, webSettings, eachDocument,
@@ -148,7 +148,7 @@ const ViewSetting ViewSettings::table[] = {
       nullptr, ExtensionSettings::setBroadcastClearance },
     { "GrantBroadcastAccessRightDomains", &AppConfig::getGrantBroadcastAccessRightDomains,
       &ValueKinds::domains, extension, eachDocument,
-      "zarexExt is there for pages of these domains, of what lies below them, and of the "
+      "zarexExt is there for pages of these domains, of what is below them, and of the "
       "application's "
       "own files; without it, the host of Url is the one domain",
       nullptr, ExtensionSettings::setBroadcastDomains },

@@ -43,7 +43,7 @@ extern const int count;
 /// that cannot be used gets one warning on the standard error.
 void apply(const AppConfig &config, ApplicationView &application);
 
-/// The table as it stands in the documentation, in Markdown.
+/// The table as it is in the documentation, in Markdown.
 QString description();
 
 } // namespace ViewSettings

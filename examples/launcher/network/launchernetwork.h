@@ -18,7 +18,7 @@ class LauncherNetwork : public NetworkAccessManager
 public:
     explicit LauncherNetwork(QObject *parent);
 
-    /// Sets the client certificate of the requests to come. The texts are, in this order: the file
+    /// Sets the client certificate of the requests to come. The strings are, in this order: the file
     /// of the certificate, the file of its private key, the pass phrase of the key. Both files are
     /// PEM, the key is RSA or EC.
     ///

@@ -21,7 +21,7 @@ QString complaint(const QString &file, const QString &reason)
     return QString(QLatin1String("SSL_CERT_FILE names %1: %2")).arg(file, reason);
 }
 
-// As soon as it is told of an authority, the toolkit looks for no others in the system's folders.
+// As soon as it is told of an authority, the toolkit looks for no others in the system's directories.
 void add(const QList<QSslCertificate> &authorities)
 {
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();

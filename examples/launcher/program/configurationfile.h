@@ -14,7 +14,7 @@ QString path();
 /// Why path() is empty: the two places that were looked at.
 QString whyMissing();
 
-/// A relative path of the configuration, which is meant from the folder of the file, so that the
+/// A relative path of the configuration, which begins at the directory of the file, so that the
 /// launcher can be started anywhere. An absolute one stays as it is.
 QString resolve(const QString &name);
 

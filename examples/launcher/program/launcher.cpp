@@ -18,7 +18,7 @@ namespace {
 
 const int leastStandstill = 5000; // milliseconds; less can be a busy machine
 
-// The library hands out what stands in an application's own section. That an application without a
+// The library hands out what is in an application's own section. That an application without a
 // certificate of its own uses the global one is this launcher's decision.
 void inheritCertificate(AppConfig *config)
 {

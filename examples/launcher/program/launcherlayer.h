@@ -8,7 +8,7 @@ class Launcher;
 class Options;
 struct Option;
 
-/// What a folder of sources adds to the launcher by being linked to it, so that nothing but the build
+/// What a directory of sources adds to the launcher by being linked to it, so that nothing but the build
 /// names the folder. A launcher has one layer or none.
 class LauncherLayer
 {

@@ -8,7 +8,7 @@
 namespace {
 
 // An answer of the form { ok, text }, so that a script that throws is told from one that answers. The
-// script stands percent-encoded in place of %1, so it needs no quoting.
+// script is percent-encoded and replaces %1, so it needs no quoting.
 const char question[] = "(function() {"
                         "try {"
                         "    var value = (0, eval)(decodeURIComponent('%1'));"

@@ -59,7 +59,7 @@ QString normalizedName(const QString &name)
                          : QString();
 }
 
-// What remains of an address, a pattern or a text with blanks when all but the host is taken away.
+// What remains of an address, a pattern or a string with blanks when all but the host is taken away.
 QString hostIn(const QString &text)
 {
     QString host = text.trimmed();

@@ -20,7 +20,7 @@ struct Objection {
     bool isNone() const { return reason.isEmpty(); }
 };
 
-/// What a text of the configuration means, or why it cannot be used.
+/// What a string of the configuration means, or why it cannot be used.
 template<typename Value>
 struct Parsed {
     Value value; ///< only where there is no objection

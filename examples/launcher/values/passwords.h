@@ -9,13 +9,13 @@
 /// name of a user. In doubt more is hidden than the password. The functions are reentrant.
 namespace Passwords {
 
-/// What a text is known to be.
+/// What a string is known to be.
 enum Kind {
     AnyText, ///< an address if it looks like one
     Proxy ///< host and port, with or without a user in front; a port that is no number is a password
 };
 
-/// A piece of a text; `length` is 0 when there is none.
+/// A piece of a string; `length` is 0 when there is none.
 struct Piece {
     int begin;
     int length;

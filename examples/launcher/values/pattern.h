@@ -13,7 +13,7 @@
 #include <algorithm>
 #endif
 
-/// A regular expression, found in a text unit by unit: a surrogate is a character like any other.
+/// A regular expression, found in a string unit by unit: a surrogate is a character like any other.
 ///
 /// Qt 4 has QRegExp only, and Qt 6 has QRegularExpression only. A pattern may use what both read alike:
 /// characters, sets of them, groups, alternatives and repetitions, "." for any character, "^" and "$"

@@ -44,7 +44,7 @@ bool isHexDigit(const QString &text, int at)
     return QString(QLatin1String("0123456789abcdefABCDEF")).contains(text.at(at));
 }
 
-// A percent sign without two digits stands for itself, as in the toolkit's addresses.
+// A percent sign without two digits means itself, as in the toolkit's addresses.
 QString decoded(const QString &text)
 {
     QByteArray bytes;

@@ -4,7 +4,7 @@
 
 #include "values/parsed.h"
 
-/// The absolute path of a script that can be read. A relative one is meant from `folder`, which is that
+/// The absolute path of a script that can be read. A relative one begins at `folder`, which is that
 /// of the configuration file.
 Parsed<QString> findScript(const QString &text, const QString &folder);
 

@@ -30,7 +30,7 @@ bool isListOfTexts(const QVariant &value)
     return value.userType() == QMetaType::QStringList;
 }
 
-/// Not a number (NaN), which lies in no range, for any other kind of value.
+/// Not a number (NaN), which is in no range, for any other kind of value.
 double number(const QVariant &value)
 {
     const int type = value.userType();
@@ -63,7 +63,7 @@ bool isPort(const QVariant &value)
 
 bool isNumberOfBytes(const QVariant &value)
 {
-    return isWholeUpTo(9007199254740991.0, value); // up to there every whole number is a double
+    return isWholeUpTo(9007199254740991.0, value); // up to there every integer is a double
 }
 
 QString asText(const QVariant &value)
@@ -89,18 +89,18 @@ QString asProxy(const QVariant &value)
 } // namespace
 
 const ValueKind ValueKinds::onOff = { "true or false", isSwitch, asText };
-const ValueKind ValueKinds::text = { "a text", isText, asText };
-const ValueKind ValueKinds::address = { "a text with an address", isFilledText, asAddress };
-const ValueKind ValueKinds::fileName = { "a text with the path of a readable file", isFilledText,
+const ValueKind ValueKinds::text = { "a string", isText, asText };
+const ValueKind ValueKinds::address = { "a string with an address", isFilledText, asAddress };
+const ValueKind ValueKinds::fileName = { "a string with the path of a readable file", isFilledText,
                                          asAddress };
 const ValueKind ValueKinds::factor = { "a number from 0.1 to 10", isFactor, asText };
 const ValueKind ValueKinds::fraction = { "a number from 0 to 1", isFraction, asText };
-const ValueKind ValueKinds::port = { "a whole number from 0 to 65535", isPort, asText };
-const ValueKind ValueKinds::bytes = { "a whole number of bytes up to 9007199254740991",
+const ValueKind ValueKinds::port = { "an integer from 0 to 65535", isPort, asText };
+const ValueKind ValueKinds::bytes = { "a number of bytes up to 9007199254740991",
                                       isNumberOfBytes, asText };
-const ValueKind ValueKinds::domains = { "a list of domains as in tv.example", isListOfTexts,
+const ValueKind ValueKinds::domains = { "a list of domains such as tv.example", isListOfTexts,
                                         asText };
-const ValueKind ValueKinds::secret = { "a text", isText, masked };
-const ValueKind ValueKinds::proxy = { "a text as in host:port", isFilledText, asProxy };
-const ValueKind ValueKinds::webAddress = { "a text as in http://host/path", isFilledText,
+const ValueKind ValueKinds::secret = { "a string", isText, masked };
+const ValueKind ValueKinds::proxy = { "a string such as host:port", isFilledText, asProxy };
+const ValueKind ValueKinds::webAddress = { "a string such as http://host/path", isFilledText,
                                            asAddress };

@@ -12,7 +12,7 @@ struct ValueKind {
     QString (*shown)(const QVariant &value); ///< without secrets
 };
 
-/// Each kind of JSON stands for itself: "true" is a text, no switch.
+/// Each kind of JSON means itself: "true" is a string, not a switch.
 namespace ValueKinds {
 
 extern const ValueKind onOff;

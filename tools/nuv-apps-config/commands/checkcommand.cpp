@@ -12,7 +12,7 @@
 
 namespace {
 
-// In the text form on the standard error, beside which a list of findings can be kept.
+// In the text form on the standard error, so that a list of findings can be kept.
 void reportUnread(const Invocation &invocation, const QString &name, const QString &error,
                   Report &report)
 {

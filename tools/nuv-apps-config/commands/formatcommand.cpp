@@ -43,7 +43,7 @@ bool isSameMap(const QSettings::SettingsMap &a, const QSettings::SettingsMap &b)
     return true;
 }
 
-/// What the library makes of a text.
+/// What the library makes of a document.
 class Parsed
 {
 public:

@@ -12,7 +12,7 @@
 
 #include <memory>
 
-/// A configuration file as the library's own loader sees it, beside what is known of its text.
+/// A configuration file as the library's own loader sees it, and what is known of its text.
 class LoadedFile
 {
 public:

@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// Writes `bytes` in place of `before`, which the file held when it was read. At every moment the file has
+/// Writes `bytes` instead of `before`, which the file held when it was read. At every moment the file has
 /// all of the one or all of the other. A symbolic link stays one, and the file keeps its mode, its owner
 /// and its group.
 ///

@@ -22,7 +22,7 @@ QByteArray programManual(); ///< nuv-apps-config(1)
 /// The JSON Schema, draft-07.
 QByteArray schema();
 
-/// Facts about a property, each a name and a text: its kind, range, example and so on.
+/// Facts about a property, each a name and a description: its kind, range, example and so on.
 QList<QPair<QString, QString>> facts(const Property &property);
 
 } // namespace Reference

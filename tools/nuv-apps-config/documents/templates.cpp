@@ -11,7 +11,7 @@
 
 namespace {
 
-// What stands in the template as a remark only: values that a device must have its own of, and older
+// What is in the template as a remark only: values that a device must have its own of, and older
 // names of others.
 const char *const remarkOnly[] = { "UserAgent",
                                    "UserScript",

@@ -69,7 +69,7 @@ public:
     /// In the order of the text, each only once.
     void sort();
 
-    /// Changes every text that an output may show: texts, hints and remarks.
+    /// Changes everything that an output may show: messages, hints and remarks.
     typedef std::function<QString(const QString &, const Finding &)> Change;
     void rewrite(const Change &change);
 

@@ -26,7 +26,7 @@ enum class Kind {
     Address, ///< a string: a URL, or a path relative to the file
     Referrer, ///< a string: a URL of the web
     Proxy, ///< a string: host:port
-    UserAgent, ///< a text of one line
+    UserAgent, ///< a string of one line
     Domain, ///< a string: the name of a domain
     FilePath, ///< a string: a path, relative to the file's directory unless absolute
     ScriptFile, ///< the same, of a script

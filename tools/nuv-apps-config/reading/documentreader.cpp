@@ -34,7 +34,7 @@ bool beginsValue(int code)
 }
 
 // One pass over the file. It ends early when a bracket turns out to be missing: the pass is then made
-// again with the bracket in its place, so that nothing behind it is misunderstood.
+// again with the bracket in its place, so that nothing after it is misunderstood.
 class Pass
 {
 public:
@@ -92,7 +92,7 @@ private:
                    const QString &hint = QString());
     void giveUp();
 
-    /// Whether the token stands in the file, and was not put in for a missing one.
+    /// Whether the token is in the file, and was not put in for a missing one.
     bool isInFile() const { return m_token.end > m_token.begin; }
 
     bool isObject(const Level &level) const
@@ -107,7 +107,7 @@ private:
     const ProgressSink &m_progress;
     Tokenizer m_tokenizer;
     Token m_token;
-    Token m_pending; ///< what comes behind a bracket that was put in
+    Token m_pending; ///< what comes after a bracket that was put in
     bool m_hasPending = false;
     int m_lastEnd = 0; ///< where the token before this one ended
     std::vector<Level> m_levels;

@@ -117,7 +117,7 @@ bool Judge::isFollowedBy(int end, const char *signs) const
     return isComment || (next != '\0' && std::strchr(signs, next));
 }
 
-// It belongs right after the entry. One sign in place of another is sure for the semicolon only. A string
+// It belongs right after the entry. One sign instead of another is sure for the semicolon only. A string
 // with a comma at its edge may hold the one that is missing.
 Changes Judge::comma(const Finding &finding) const
 {
@@ -145,7 +145,7 @@ Changes Judge::lastComma(const Finding &finding) const
     return isOpen ? Changes() : asProposed(finding);
 }
 
-// One in place of another sign is sure for the equals sign only.
+// One instead of another sign is sure for the equals sign only.
 Changes Judge::colon(const Finding &finding) const
 {
     if (given(finding) == "=")

@@ -123,7 +123,7 @@ private:
     std::vector<Block> m_blocks;
 };
 
-// What is secret in one of the texts is secret in the other, too. A broken file does not tell where its
+// What is secret in one of the two is secret in the other, too. A broken file does not tell where its
 // secrets are, and hides whole lines: what it hides must not be shown because a repair made a remark or
 // a key of it.
 void Diff::shareSecrets()

@@ -22,7 +22,7 @@ bool isNumber(const QVariant &value)
 
 bool isSameNumber(const QVariant &a, const QVariant &b)
 {
-    const double limit = 9007199254740992.0; // beyond, a double stands for several whole numbers
+    const double limit = 9007199254740992.0; // beyond, a double means several integers
     const double first = a.toDouble();
     const double second = b.toDouble();
     return !(first < second) && !(first > second) && std::fabs(first) <= limit;

@@ -30,7 +30,7 @@ const Node *valueOf(const Document &document, const Node &object, const char *ke
     return member ? &document.at(*member) : nullptr;
 }
 
-// The node of a member that is a text; null for any other.
+// The node of a member that is a string; null for any other.
 const Node *textMember(const Document &document, const Node &object, const char *key)
 {
     const Node *value = valueOf(document, object, key);

@@ -9,7 +9,7 @@ class DeviceFiles
 {
 public:
     /// Relative paths begin at `folder`. `root` is a directory with the files of the device, as a
-    /// build of its system or a mounted image gives it; empty where there is none. A folder alone is one of
+    /// build of its system or a mounted image gives it; empty where there is none. A directory alone is one of
     /// this machine, and is taken for its files.
     // cppcheck-suppress noExplicitConstructor
     DeviceFiles(const QString &folder, const QString &root = QString());

@@ -10,7 +10,7 @@
 namespace {
 
 struct Control {
-    char letter; ///< behind the backslash
+    char letter; ///< after the backslash
     const char *name;
 };
 

@@ -51,7 +51,7 @@ QByteArray TagRules::proposedName() const
     return Edits::quoted(QString(QLatin1String("application-%1")).arg(m_count));
 }
 
-// A tag that is null or a container stands where the mistake is.
+// A tag that is null or a container is where the mistake is.
 void TagRules::reportMissing(const Node &application, const Node *tag)
 {
     const QByteArray name = proposedName();

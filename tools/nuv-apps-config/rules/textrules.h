@@ -9,7 +9,7 @@
 #include "tools/nuv-apps-config/text/sourcetext.h"
 
 /// What can be wrong with a string that is of the right kind. The reference launcher judges by the
-/// same functions, those of its folder "values".
+/// same functions, those of its directory "values".
 namespace TextRules {
 
 /// `files` is where the named files are.

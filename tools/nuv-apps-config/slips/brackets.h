@@ -9,7 +9,7 @@
 
 /// Finds out which bracket was never closed, and where its closing one should stand.
 ///
-/// A missing bracket is noticed long behind its place, since the next closing one serves for it. The
+/// A missing bracket is noticed long after its place, since the next closing one serves for it. The
 /// indentation tells more: the first bracket that closes one from a line of another indentation closed
 /// the wrong one.
 class Brackets
@@ -20,7 +20,7 @@ public:
     void beginPass();
     void open(int offset, int code);
 
-    /// The innermost bracket is closed; by one that stands in the file, or by one that was put in.
+    /// The innermost bracket is closed; by one that is in the file, or by one that was put in.
     void close(int offset, bool isInFile);
 
     /// The bracket that was closed from a line of another indentation before any other, -1 for none;

@@ -22,7 +22,7 @@ const int LongestPart = 65536; ///< bytes between a change and the error
 const int costOfOddity = 5;
 const int LeastProgress = 1; ///< tokens after the error that a change must gain
 
-/// How far a text can be read.
+/// How far a document can be read.
 struct Reach {
     int offset; ///< INT_MAX: to the end
     int tokens; ///< after the error

@@ -11,13 +11,13 @@
 
 class Reading;
 
-/// Takes back the slips of the hand in a text that the library rejects. For each syntax error all
+/// Takes back the slips of the hand in a document that the library rejects. For each syntax error all
 /// changes of one or two bytes near it are tried, and the one after which the text reads on furthest is
 /// what was meant. What no small change mends stays as it is.
 class MendedText
 {
 public:
-    /// `hasSlips` is false for a text in which nothing needs to be looked for.
+    /// `hasSlips` is false for a document in which nothing needs to be looked for.
     MendedText(const SourceText &source, bool hasSlips);
 
     /// Whether nothing had to be changed.

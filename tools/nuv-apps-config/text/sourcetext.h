@@ -33,7 +33,7 @@ public:
     /// How many blanks the line of `offset` begins with.
     int indentation(int offset) const;
 
-    /// Whether nothing but blanks stands in front of `offset` on its line.
+    /// Whether nothing but blanks is before `offset` on its line.
     bool isFirstOnLine(int offset) const;
 
 private:
@@ -51,7 +51,7 @@ private:
 
     QString m_name;
     QByteArray m_bytes;
-    // Found when the first is asked for: many a text is read and never spoken of.
+    // Found when the first is asked for: many files are read and never reported.
     mutable std::vector<Line> m_lines;
     mutable std::vector<int> m_characters; ///< in front of each block of bytes
 };

@@ -7,7 +7,7 @@
 
 #include <QVariant>
 
-/// What the library makes of texts and numbers that JSON does not know.
+/// What the library makes of words and numbers that JSON does not know.
 namespace Literals {
 
 /// `begin` and `end` are those of the text with its quotes.

@@ -10,7 +10,7 @@
 
 #include <memory>
 
-/// A token of the library's lexer and where it stands, or what a person may have meant where the
+/// A token of the library's lexer and where it is, or what a person may have meant where the
 /// lexer gave up.
 struct Token {
     enum { Word = T_ERROR + 1 }; ///< letters without quotes that are no keyword

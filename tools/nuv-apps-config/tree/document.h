@@ -9,7 +9,7 @@
 
 #include <vector>
 
-/// A value of the file and where it stands.
+/// A value of the file and where it is.
 struct Node {
     enum Type { Null, Bool, Number, Text, Object, Array, Missing };
 

@@ -13,7 +13,7 @@ QByteArray quoted(const QString &text);
 
 Edit replace(const Node &value, const QByteArray &bytes);
 
-/// Writes `by` in place of the key, with quotes.
+/// Writes `by` instead of the key, with quotes.
 Edit renameKey(const Node::Child &member, const QString &by);
 
 /// Takes a member away with the comma that separated it from another.

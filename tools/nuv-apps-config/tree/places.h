@@ -26,7 +26,7 @@ public:
         m_all.swap(settled);
     }
 
-    /// Whether one of them lies in the bytes, or next to them.
+    /// Whether one of them is in the bytes, or next to them.
     bool touch(int begin, int end) const
     {
         const auto first =
