@@ -14,9 +14,9 @@ class WebAppSettingsPrivate;
 /// The web application configuration: what the configuration file says, read once.
 ///
 /// The file is the one that the environment variable NUV_APPS_CONFIG_FILE names, or, when that is not
-/// set or names nothing, AppsConfig.json in the working directory. Mistakes in it are passed over in
-/// silence: what cannot be used counts as not configured. (A syntax error sends one warning to the
-/// toolkit's message handler.)
+/// set or names nothing, AppsConfig.json in the working directory. Mistakes in it are ignored
+/// without a message: what cannot be used counts as not configured. (A syntax error sends one warning to
+/// the toolkit's message handler.)
 ///
 /// The lookups write their output parameter when they return true and leave it untouched when they
 /// return false. They only read, and may run on any thread once the object is constructed.
@@ -33,8 +33,8 @@ public:
     /// Frees nothing: what was handed out by then stays usable until the process ends.
     virtual ~WebAppSettings();
 
-    /// The port of the remote inspector, "RemoteInspectorPort" of the file's "Global", as it stands
-    /// there: 0 and values above 65535 are not sorted out. Returns false when no port is configured,
+    /// The port of the remote inspector, "RemoteInspectorPort" of the file's "Global", as it is in the
+    /// file: 0 and values above 65535 are handed out, too. Returns false when no port is configured,
     /// or no file of version 1 could be read.
     bool getGlobalRemoteInspectorPort(unsigned int &port) const;
 
@@ -53,7 +53,7 @@ private:
 
 /// The instance of this process, never null. It is made, and the file read, by the first call; when
 /// two threads make that call at once, one waits for the other. An exception of that first reading
-/// (only exhausted memory throws one) leaves nothing behind, and the next call tries again.
+/// (only exhausted memory throws one) leaves no trace, and the next call tries again.
 NUVLAUNCHERSUPPORT_EXPORT WebAppSettings *getWebAppSettings();
 
 #endif // WEBAPPSETTINGS_H

@@ -28,12 +28,12 @@ public:
 
     virtual ~NetworkAccessManager();
 
-    /// Sets the client certificate for the connections to come. Which of the three texts is the
-    /// certificate, which its key and which the pass phrase is agreed between the platform module and
-    /// the launcher.
+    /// Sets the client certificate for the connections to come. The platform module and the
+    /// launcher agree which of the three strings is the certificate, which its key and which the pass
+    /// phrase.
     virtual void setSslConfiguration(QString const &, QString const &, QString const &);
 
-    /// The same without a third text.
+    /// The same without a third string.
     virtual void setSslConfiguration(QString const &, QString const &);
 
     /// The object to be installed in pages, which remains the owner's; null when there is none, as
@@ -51,7 +51,7 @@ public:
     virtual NetworkAccessManager *create(QObject *parent) = 0;
 };
 
-/// Stores `factory`, which is not owned, in place of an earlier one; null clears it. Meant to be called
+/// Stores `factory`, which is not owned, instead of an earlier one; null clears it. Meant to be called
 /// once, at start-up; nothing is locked.
 NUVLAUNCHERSUPPORT_EXPORT void
 registerNetworkAccessManagerFactory(NetworkAccessManagerFactory *factory);

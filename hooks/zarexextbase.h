@@ -61,10 +61,10 @@ private:
 };
 
 /// Makes the extension objects of a launcher. It is defined by those who implement and use it; here
-/// it is only handed on.
+/// it is only passed on.
 class ZarexExtFactory;
 
-/// Stores `factory`, which is not owned, in place of an earlier one; null clears it. Meant to be called
+/// Stores `factory`, which is not owned, instead of an earlier one; null clears it. Meant to be called
 /// once, at start-up; nothing is locked.
 NUVLAUNCHERSUPPORT_EXPORT void registerZarexExtFactory(ZarexExtFactory const *factory);
 
