@@ -660,7 +660,8 @@ void tst_WebAppSettings::propertiesOfApplications_data()
         << domains + "[{\"Domain\": \"a\"}, {\"Domain\": \"b\"}, {\"Domain\": \"a\"}]"
         << property + "[string \"a\", string \"b\", string \"a\"]";
     QTest::newRow("no domains") << domains + "[]" << QByteArray();
-    QTest::newRow("domains that are plain strings") << domains + "[\"a\", \"b\"]" << property + "[]";
+    QTest::newRow("domains that are plain strings")
+        << domains + "[\"a\", \"b\"]" << property + "[]";
     QTest::newRow("a domain that is a number")
         << domains + "[{\"Domain\": 5}, {\"Domain\": 0.5}, {\"Domain\": true}]"
         << property + "[string \"5\", string \"0.5\", string \"true\"]";

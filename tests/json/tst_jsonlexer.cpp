@@ -631,7 +631,7 @@ void tst_JsonLexer::theCodecForCStringsReadsTheBytes_data()
         << QByteArray("UTF-8") << json("'\xc3':'\xa9':")
         << json("string '<fffd>' : string '<fffd>' :") << json("string '<c3>' : string '<a9>' :");
     QTest::newRow("a byte after a backslash") << QByteArray("ISO-8859-15") << json("'\\\xa4'")
-                                               << json("string '<20ac>'") << json("string '<a4>'");
+                                              << json("string '<20ac>'") << json("string '<a4>'");
     QTest::newRow("bytes around an escape")
         << QByteArray("ISO-8859-15") << json("'\xa4\\n\xa4'") << json("string '<20ac><a><20ac>'")
         << json("string '<a4><a><a4>'");

@@ -271,8 +271,7 @@ void tst_JsonParser::documentsBecomeTheseTrees_data()
     row("array", json("[1,'a',null,[true],{},2.5]"),
         json("[int 1, string 'a', invalid, [bool true], {}, double 2.5]"));
     row("nulls", "[null,null]", "[invalid, invalid]");
-    row("null after every kind of value",
-        json("['x',null,1,null,[2],null,{'a':3},null,[,4],null]"),
+    row("null after every kind of value", json("['x',null,1,null,[2],null,{'a':3},null,[,4],null]"),
         json("[string 'x', invalid, int 1, invalid, [int 2], invalid, {'a': int 3}, invalid, [int "
              "4], invalid]"));
     row("null member after every kind",
@@ -621,14 +620,13 @@ void tst_JsonParser::deepDocumentsNeedNoStack_data()
     QTest::newRow("arrays half closed")
         << arrays(deep).left(deep + deep / 2) << "Expected ']', ',' at line 1 pos 300000" << 0;
     QTest::newRow("after deep arrays") << arrays(deep) + " x"
-                                        << "Expected 'end of file' at line 1 pos 400002" << deep;
+                                       << "Expected 'end of file' at line 1 pos 400002" << deep;
     QTest::newRow("after deep objects") << objects(50000) + " x"
-                                         << "Expected 'end of file' at line 1 pos 300004" << 50001;
-    QTest::newRow("after deep arrays in an array")
-        << '[' + arrays(deep) + " x"
-        << "Expected ']', ',' at line 1 pos 400003" << 0;
+                                        << "Expected 'end of file' at line 1 pos 300004" << 50001;
+    QTest::newRow("after deep arrays in an array") << '[' + arrays(deep) + " x"
+                                                   << "Expected ']', ',' at line 1 pos 400003" << 0;
     QTest::newRow("after deep objects in an array") << '[' + objects(50000) + ",]"
-                                                     << " at line 1 pos 300005" << 0;
+                                                    << " at line 1 pos 300005" << 0;
     QTest::newRow("after deep arrays in an object")
         << openObject + arrays(deep) + json(",'b' 1}") << "Expected ':' at line 1 pos 400011" << 0;
 }

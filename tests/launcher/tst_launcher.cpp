@@ -600,8 +600,9 @@ void tst_Launcher::badInputIsToldInOneLine_data()
                 "file://%1/sub: Path is a directory\n");
     QTest::newRow("unknown scheme")
         << tv + ", \"Url\": \"nosuch:thing\" } ] }"
-        << text("nuv-launcher: tv: Url = \"nosuch:thing\" cannot be used; it takes a string with an "
-                "address\nnuv-launcher: tv: it has no usable Url\n");
+        << text(
+               "nuv-launcher: tv: Url = \"nosuch:thing\" cannot be used; it takes a string with an "
+               "address\nnuv-launcher: tv: it has no usable Url\n");
     QTest::newRow("global certificate that is missing")
         << QByteArray(
                "{ \"Global\": { \"Version\": 1, \"Certificate\": { \"Path\": \"none.pem\" } },"

@@ -155,10 +155,9 @@ void tst_LauncherInspector::aGlobalPortThatIsNoneIsToldInOneLine()
 
     const Run run = stage.launch("--once tv");
 
-    QCOMPARE(
-        run.err,
-        text("nuv-launcher: RemoteInspectorPort = 65536 cannot be used; it takes an integer "
-             "from 0 to 65535\n"));
+    QCOMPARE(run.err,
+             text("nuv-launcher: RemoteInspectorPort = 65536 cannot be used; it takes an integer "
+                  "from 0 to 65535\n"));
     QVERIFY(!run.out.contains(text("Remote inspector port")));
     QCOMPARE(run.status, 0);
 }

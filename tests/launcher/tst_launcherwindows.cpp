@@ -452,8 +452,8 @@ void tst_LauncherWindows::theNetworkModuleIsToldOfTheCertificate_data()
     const QVariant none;
     const QVariant file = text("/c.pem");
     const QVariant key = text("/k.pem");
-    QTest::newRow("three strings") << file << key << QVariant(text("hush"))
-                                 << text("/c.pem /k.pem hush");
+    QTest::newRow("three strings")
+        << file << key << QVariant(text("hush")) << text("/c.pem /k.pem hush");
     QTest::newRow("two without a pass phrase") << file << key << none << text("/c.pem /k.pem");
     QTest::newRow("three with an empty one")
         << file << key << QVariant(text("")) << text("/c.pem /k.pem ");

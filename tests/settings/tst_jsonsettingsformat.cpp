@@ -689,10 +689,11 @@ void tst_JsonSettingsFormat::unflattenSetsOneValue_data()
 
     QTest::newRow("in nothing") << QByteArray("null") << QString(QLatin1String("a"))
                                 << QByteArray("1") << QByteArray("{\"a\": int 1}");
-    QTest::newRow("next to others") << QByteArray("{\"b\": 2}") << QString(QLatin1String("a"))
-                                   << QByteArray("1") << QByteArray("{\"a\": int 1, \"b\": int 2}");
+    QTest::newRow("next to others")
+        << QByteArray("{\"b\": 2}") << QString(QLatin1String("a")) << QByteArray("1")
+        << QByteArray("{\"a\": int 1, \"b\": int 2}");
     QTest::newRow("instead of another") << QByteArray("{\"a\": 2}") << QString(QLatin1String("a"))
-                                         << QByteArray("null") << QByteArray("{\"a\": invalid}");
+                                        << QByteArray("null") << QByteArray("{\"a\": invalid}");
     QTest::newRow("in a scalar") << QByteArray("5") << QString(QLatin1String("a/b"))
                                  << QByteArray("1") << QByteArray("{\"a\": {\"b\": int 1}}");
     QTest::newRow("in an array") << QByteArray("[5]") << QString(QLatin1String("1"))

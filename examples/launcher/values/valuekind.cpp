@@ -96,8 +96,8 @@ const ValueKind ValueKinds::fileName = { "a string with the path of a readable f
 const ValueKind ValueKinds::factor = { "a number from 0.1 to 10", isFactor, asText };
 const ValueKind ValueKinds::fraction = { "a number from 0 to 1", isFraction, asText };
 const ValueKind ValueKinds::port = { "an integer from 0 to 65535", isPort, asText };
-const ValueKind ValueKinds::bytes = { "a number of bytes up to 9007199254740991",
-                                      isNumberOfBytes, asText };
+const ValueKind ValueKinds::bytes = { "a number of bytes up to 9007199254740991", isNumberOfBytes,
+                                      asText };
 const ValueKind ValueKinds::domains = { "a list of domains such as tv.example", isListOfTexts,
                                         asText };
 const ValueKind ValueKinds::secret = { "a string", isText, masked };
