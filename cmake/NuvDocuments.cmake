@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The documents for users of an installation, and the examples. They are to each other as in the tree, so
 # that their links lead somewhere. A link to something that is not installed, such as a source file or a
 # page for contributors, becomes plain words.

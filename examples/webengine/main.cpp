@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // A launcher on Qt WebEngine: docs/porting.md has its table, with what was seen of each row.
-//
 //   nuv-webengine TAG            shows the application, until its page calls zarexExt.close()
 //   nuv-webengine --properties   prints the table
 
