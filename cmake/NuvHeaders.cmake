@@ -8,9 +8,11 @@ include(GenerateExportHeader)
 set(nuv_flat_folder "${PROJECT_BINARY_DIR}/include/nuvlaunchersupport")
 set(nuv_export_header "${PROJECT_BINARY_DIR}/include/nuvlaunchersupport_export.h")
 generate_export_header(nuvlaunchersupport EXPORT_FILE_NAME "${nuv_export_header}")
+set(nuv_version_header "${PROJECT_BINARY_DIR}/include/nuvlaunchersupport_version.h")
+configure_file("${CMAKE_CURRENT_LIST_DIR}/nuvlaunchersupport_version.h.in" "${nuv_version_header}" @ONLY)
 
 # nuv_add_public_header(PATH CLASS...): a header of the interface, and the classes that it declares.
-set(nuv_public_headers "${nuv_export_header}")
+set(nuv_public_headers "${nuv_export_header}" "${nuv_version_header}")
 set(nuv_forwarding_headers "")
 function(nuv_add_public_header path)
     get_filename_component(name "${path}" NAME)

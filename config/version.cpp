@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+#include "nuvlaunchersupport_version.h"
+
+const char *nuvLauncherSupportVersion()
+{
+    return NUVLAUNCHERSUPPORT_VERSION_STR;
+}
