@@ -2,15 +2,23 @@
 #include <AppConfig>
 #include <WebAppSettings>
 #include <appconfig.h>
+#include <nuvlaunchersupport_version.h>
 #include <webappsettings.h>
 
 #include <QSettings>
 
 #include <cstdio>
+#include <cstring>
+
+#if NUVLAUNCHERSUPPORT_VERSION < NUVLAUNCHERSUPPORT_VERSION_CHECK(1, 0, 0)
+#error "The headers are too old."
+#endif
 
 // What a launcher asks at its start, and the storage format that is there without asking.
 int main()
 {
+    if (std::strcmp(nuvLauncherSupportVersion(), NUVLAUNCHERSUPPORT_VERSION_STR) != 0)
+        std::printf("library %s\n", nuvLauncherSupportVersion());
     const WebAppSettings *settings = getWebAppSettings();
     unsigned int port = 0;
     if (settings->getGlobalRemoteInspectorPort(port))

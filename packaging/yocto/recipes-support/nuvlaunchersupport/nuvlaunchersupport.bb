@@ -58,10 +58,17 @@ PACKAGECONFIG[tools] = "-DNUV_BUILD_TOOLS=ON,-DNUV_BUILD_TOOLS=OFF"
 EXTRA_OECMAKE += "-DBUILD_TESTING=OFF -DNUV_WARNINGS_AS_ERRORS=OFF -DNUV_HARDENING=OFF"
 
 PACKAGES =+ "${PN}-launcher ${PN}-tools"
-FILES:${PN}-launcher = "${bindir}/nuv-launcher ${datadir}/nuvlaunchersupport/launcher"
+FILES:${PN}-launcher = "\
+    ${bindir}/nuv-launcher ${datadir}/nuvlaunchersupport/launcher \
+    ${datadir}/bash-completion/completions/nuv-launcher \
+    ${datadir}/fish/vendor_completions.d/nuv-launcher.fish \
+    ${datadir}/zsh/site-functions/_nuv-launcher"
 FILES:${PN}-tools = "\
     ${bindir}/nuv-apps-config \
     ${datadir}/bash-completion ${datadir}/fish ${datadir}/zsh \
     ${datadir}/nuvlaunchersupport/AppsConfig.schema.json"
+
+# The file for qmake.
+FILES:${PN}-dev += "${libdir}/nuvlaunchersupport"
 
 BBCLASSEXTEND = "native nativesdk"
