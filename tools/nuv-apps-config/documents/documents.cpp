@@ -3,14 +3,26 @@
 
 #include "tools/nuv-apps-config/documents/reference.h"
 
+namespace {
+
+// A file that is made from the tables alone.
+template<QByteArray (*Make)()>
+QByteArray whole(const QByteArray &)
+{
+    return Make();
+}
+
+} // namespace
+
 const std::vector<GeneratedFile> &generatedFiles()
 {
     static const std::vector<GeneratedFile> files = {
-        { "docs/configuration.md", Reference::configurationPage },
-        { "docs/rules.md", Reference::rulesPage },
-        { "docs/AppsConfig.schema.json", Reference::schema },
-        { "tools/nuv-apps-config/man/AppsConfig.json.5", Reference::formatManual },
-        { "tools/nuv-apps-config/man/nuv-apps-config.1", Reference::programManual },
+        { "config/appconfig.h", Reference::describedAccessors },
+        { "docs/configuration.md", whole<Reference::configurationPage> },
+        { "docs/rules.md", whole<Reference::rulesPage> },
+        { "docs/AppsConfig.schema.json", whole<Reference::schema> },
+        { "tools/nuv-apps-config/man/AppsConfig.json.5", whole<Reference::formatManual> },
+        { "tools/nuv-apps-config/man/nuv-apps-config.1", whole<Reference::programManual> },
     };
     return files;
 }

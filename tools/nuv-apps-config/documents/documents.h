@@ -10,7 +10,7 @@
 /// The files of the project that are made from the tables.
 struct GeneratedFile {
     const char *path; ///< from the root of the project
-    QByteArray (*make)();
+    QByteArray (*make)(const QByteArray &present); ///< from what the file holds now
 };
 
 const std::vector<GeneratedFile> &generatedFiles();

@@ -10,6 +10,16 @@
 
 #include <cstdio>
 
+namespace {
+
+QByteArray contentsOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
@@ -20,7 +30,7 @@ int main(int argc, char **argv)
     const QString root = application.arguments().at(1) + QLatin1Char('/');
     for (const GeneratedFile &file : generatedFiles()) {
         QFile target(root + QLatin1String(file.path));
-        const QByteArray bytes = file.make();
+        const QByteArray bytes = file.make(contentsOf(target.fileName()));
         if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size()) {
             std::fprintf(stderr, "%s cannot be written\n", qPrintable(target.fileName()));
             return 1;
