@@ -582,8 +582,11 @@ void tst_Launcher::badInputIsToldInOneLine_data()
         "{ \"Global\": { \"Version\": 2 }, \"Applications\": [ { \"Tag\": \"tv\" } ] }")
                                << unknown;
     QTest::newRow("empty object") << QByteArray("{}") << unknown;
-    QTest::newRow("malformed file, with the library's warning")
-        << QByteArray("{\"a\" 1}") << text("\"Expected ':' at line 1 pos 6\" \n") + unknown;
+    QTest::newRow("malformed file, with the library's reason")
+        << QByteArray("{\"a\" 1}")
+        << text("nuv-launcher: AppsConfig.json: Expected ':' at line 1 pos 6; \"nuv-apps-config "
+                "check "
+                "AppsConfig.json\" says more\n");
     QTest::newRow("no address") << tv + " } ] }"
                                 << text("nuv-launcher: tv: it has no usable Url\n");
     QTest::newRow("address of a wrong kind") << tv + ", \"Url\": 5 } ] }"

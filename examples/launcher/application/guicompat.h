@@ -119,6 +119,49 @@ inline QString localStorageFolder(const QString &own)
 #endif
 }
 
+/// Keeps the toolkit's messages, while it lives, from the standard error. There is one at a time.
+class MessageKeeper
+{
+public:
+    MessageKeeper() : m_before(install(keep)) { kept().clear(); }
+    ~MessageKeeper() { install(m_before); }
+
+    QString messages() const { return kept(); }
+
+private:
+    Q_DISABLE_COPY(MessageKeeper)
+
+    static QString &kept()
+    {
+        static QString messages;
+        return messages;
+    }
+
+#if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
+    static void keep(QtMsgType, const char *message)
+    {
+        kept() += QString::fromLocal8Bit(message);
+    }
+    static QtMsgHandler install(QtMsgHandler handler)
+    {
+        return qInstallMsgHandler(handler);
+    }
+
+    QtMsgHandler m_before;
+#else
+    static void keep(QtMsgType, const QMessageLogContext &, const QString &message)
+    {
+        kept() += message;
+    }
+    static QtMessageHandler install(QtMessageHandler handler)
+    {
+        return qInstallMessageHandler(handler);
+    }
+
+    QtMessageHandler m_before;
+#endif
+};
+
 } // namespace GuiCompat
 
 #endif // GUICOMPAT_H

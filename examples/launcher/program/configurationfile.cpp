@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "program/configurationfile.h"
 
+#include <WebAppSettings>
+#include "application/guicompat.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -31,6 +34,15 @@ QString ConfigurationFile::whyMissing()
             + QLatin1String(", which does not exist");
     return first + QLatin1String(", and there is no ") + QLatin1String(fallback)
         + QLatin1String(" in ") + QDir::currentPath();
+}
+
+// The library tells it to the toolkit's message handler, in quotes.
+QString ConfigurationFile::read()
+{
+    const GuiCompat::MessageKeeper keeper;
+    getWebAppSettings();
+    QString message = keeper.messages().trimmed();
+    return message.remove(QLatin1Char('"'));
 }
 
 QString ConfigurationFile::resolve(const QString &name)

@@ -14,6 +14,10 @@ QString path();
 /// Why path() is empty: the two places that were looked at.
 QString whyMissing();
 
+/// Has the library read the file. Returns what is wrong with its syntax, where the library found that:
+/// then nothing of the file counts.
+QString read();
+
 /// A relative path of the configuration, which begins at the directory of the file, so that the
 /// launcher can be started anywhere. An absolute one stays as it is.
 QString resolve(const QString &name);

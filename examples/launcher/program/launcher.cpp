@@ -89,6 +89,12 @@ bool Launcher::start()
         Console::error(QLatin1String("no configuration file: ") + ConfigurationFile::whyMissing());
         return false;
     }
+    const QString mistake = ConfigurationFile::read();
+    if (!mistake.isEmpty()) {
+        Console::error(QString(QLatin1String("%1: %2; \"nuv-apps-config check %1\" says more"))
+                           .arg(ConfigurationFile::path(), mistake));
+        return false;
+    }
     QList<AppConfig> configs;
     for (int i = 0; i < m_options.tags.size(); ++i) {
         AppConfig config;
