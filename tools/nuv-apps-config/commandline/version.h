@@ -2,7 +2,8 @@
 #ifndef VERSION_H
 #define VERSION_H
 
-/// NUV_VERSION comes from the build: it is the project's.
+/// They come from the build: they are the project's.
 const char ProgramVersion[] = NUV_VERSION;
+const char ProgramDate[] = NUV_DATE;
 
 #endif // VERSION_H

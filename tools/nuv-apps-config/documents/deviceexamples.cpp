@@ -13,7 +13,7 @@ const std::vector<DeviceExample> table = {
     { "kiosk", "A kiosk: one application, nothing to leave it by",
       "The page fills the screen, is on the device, and may fetch from the network because it came with the device. Nothing of a visitor is kept for the next one: no disk cache, no cookies on disk, no local storage. A page that does not load stays blank; the script brings the visitor back." },
     { "hotel-television", "A hotel's television: a client certificate, and a proxy",
-      "The global certificate is for every application without one of its own, if the launcher uses it so, as the reference launcher does: the library hands out both and inherits nothing. The bill has a key with a pass phrase. The paths are relative to the directory of the file, for `check` and for the reference launcher. Only the launcher's user should be able to read the keys and this file." },
+      "The global certificate is for every application without one of its own, if the launcher uses it so, as the reference launcher does: the library hands out both and inherits nothing. The bill has a key with a pass phrase. The paths are relative to the directory of the file, for `check` and for the reference launcher. Only the launcher's user should be able to read the keys and this file. The remark lets `check` pass where the certificates are not; delete it where they are." },
     { "development", "A development machine: an inspector and measures",
       "There is one inspector in a process. It is at the port of the application that is opened first, else at the global one. Frames, layers and addresses are shown, and nothing is taken from the disk cache. None of this belongs on a device that is sold: whoever reaches an inspector's port rules the application." },
 };

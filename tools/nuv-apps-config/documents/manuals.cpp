@@ -37,9 +37,43 @@ QString heading(const char *name)
 
 QString title(const char *name, int section)
 {
-    return QString(text(".\\\" Made from the program's tables; do not edit.\n.TH %1 %2 \"\" "
-                        "\"nuvlaunchersupport %3\"\n"))
-        .arg(text(name).toUpper(), QString::number(section), text(ProgramVersion));
+    return QString(text(".\\\" SPDX-License-Identifier: MIT\n"
+                        ".\\\" Made from the program's tables; do not edit.\n.TH %1 %2 %3 "
+                        "\"nuvlaunchersupport %4\"\n"))
+        .arg(text(name).toUpper(), QString::number(section), text(ProgramDate),
+             text(ProgramVersion));
+}
+
+// Lines as they are typed or written.
+QString verbatim(const QString &lines)
+{
+    QString block;
+    for (const QString &line : lines.split(QLatin1Char('\n')))
+        block += roff(line) + QLatin1Char('\n');
+    return text(".nf\n") + block + text(".fi\n");
+}
+
+/// A call of the program, and what it is for.
+struct Example {
+    const char *arguments;
+    const char *purpose;
+};
+
+const Example examples[] = {
+    { "check AppsConfig.json", "say what is wrong with a file" },
+    { "check --root / --fail-on error /etc/AppsConfig.json",
+      "the same on the device, where a page or a certificate that is missing is an error" },
+    { "check --fix AppsConfig.json", "repair what can mean one thing only" },
+    { "show AppsConfig.json tv", "show what the launcher will see of an application" },
+    { "get AppsConfig.json tv Url", "print one value, for a script" },
+    { "explain Scale", "say what a key means" },
+    { "template kiosk > AppsConfig.json", "begin a file for a kiosk" },
+};
+
+QString exampleItem(const Example &example)
+{
+    return item(bold(text("nuv-apps-config ") + text(example.arguments)),
+                roff(text(example.purpose)) + QLatin1Char('.'));
 }
 
 QString commandItem(const Command &command)
@@ -113,7 +147,15 @@ QByteArray Reference::programManual()
                text("The configuration file; read as Latin\\-1. If it names nothing that exists, "
                     "AppsConfig.json in the working directory is read, and a warning says so."))
         + item(bold(text("NO_COLOR")), text("If set and not empty, \\-\\-color=auto means never."))
-        + heading("SEE ALSO") + text("\\fBAppsConfig.json\\fR(5)\n");
+        + heading("FILES")
+        + item(text("\\fIAppsConfig.json\\fR"),
+               text("The configuration file, where no other one is named."))
+        + item(text("\\fI/usr/share/nuvlaunchersupport/AppsConfig.schema.json\\fR"),
+               text("What \\fBschema\\fR prints, for editors."))
+        + heading("EXAMPLES");
+    for (const Example &example : examples)
+        page += exampleItem(example);
+    page += heading("SEE ALSO") + text("\\fBAppsConfig.json\\fR(5), \\fBnuv\\-launcher\\fR(1)\n");
     return page.toUtf8();
 }
 
@@ -131,9 +173,14 @@ QByteArray Reference::formatManual()
         + heading("KEYS");
     for (const Property &property : Properties::all())
         page += keyItem(property);
-    page += heading("EXAMPLE")
-        + text(".nf\n{\n    \"Global\": { \"Version\": 1 },\n    \"Applications\": [\n"
-               "        { \"Tag\": \"tv\", \"Url\": \"http://tv.example/\" }\n    ]\n}\n.fi\n")
-        + heading("SEE ALSO") + text("\\fBnuv\\-apps\\-config\\fR(1)\n");
+    page += heading("FILES")
+        + item(text("\\fIAppsConfig.json\\fR"), text("In the working directory of the launcher."))
+        + item(text("\\fI/usr/share/nuvlaunchersupport/AppsConfig.schema.json\\fR"),
+               text("A JSON Schema of the file, for editors."))
+        + heading("EXAMPLES") + text("One application, with what every file needs:\n.PP\n")
+        + verbatim(text("{\n    \"Global\": { \"Version\": 1 },\n    \"Applications\": [\n"
+                        "        { \"Tag\": \"tv\", \"Url\": \"http://tv.example/\" }\n    ]\n}"))
+        + text(".PP\nWhole files for devices come from \\fBnuv\\-apps\\-config template\\fR.\n")
+        + heading("SEE ALSO") + text("\\fBnuv\\-apps\\-config\\fR(1), \\fBnuv\\-launcher\\fR(1)\n");
     return page.toUtf8();
 }

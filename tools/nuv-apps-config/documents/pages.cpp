@@ -10,24 +10,6 @@ QString text(const char *latin1)
     return QLatin1String(latin1);
 }
 
-QString wrapped(const QString &paragraph, int width)
-{
-    QString result;
-    int column = 0;
-    for (const QString &word : paragraph.split(QLatin1Char(' '))) {
-        if (column > 0 && column + 1 + word.size() > width) {
-            result += QLatin1Char('\n');
-            column = 0;
-        } else if (column > 0) {
-            result += QLatin1Char(' ');
-            ++column;
-        }
-        result += word;
-        column += word.size();
-    }
-    return result + QLatin1Char('\n');
-}
-
 const Section sections[] = { Section::Document, Section::Global, Section::Application,
                              Section::Certificate, Section::Domain };
 
@@ -60,11 +42,13 @@ QString keyEntry(const Property &property)
     return entry + QLatin1Char('\n');
 }
 
-// Samples that a page cannot show: with bytes that are no text, or that vanish in one.
+// Samples that a page cannot show are too long to be read, or have bytes that are no text, or that vanish
+// in one.
 bool isPrintable(const Rule &rule)
 {
+    const int longest = 1000;
     const QByteArray sample = Rules::sample(rule);
-    if (sample.startsWith("\xef\xbb\xbf"))
+    if (sample.size() > longest || sample.startsWith("\xef\xbb\xbf"))
         return false;
     for (const char byte : sample) {
         if (static_cast<unsigned char>(byte) < 0x20 && byte != '\n')
@@ -107,6 +91,24 @@ QString deviceEntries()
 
 } // namespace
 
+QString Reference::wrapped(const QString &paragraph, int width)
+{
+    QString result;
+    int column = 0;
+    for (const QString &word : paragraph.split(QLatin1Char(' '))) {
+        if (column > 0 && column + 1 + word.size() > width) {
+            result += QLatin1Char('\n');
+            column = 0;
+        } else if (column > 0) {
+            result += QLatin1Char(' ');
+            ++column;
+        }
+        result += word;
+        column += word.size();
+    }
+    return result + QLatin1Char('\n');
+}
+
 QList<QPair<QString, QString>> Reference::facts(const Property &property)
 {
     QList<QPair<QString, QString>> facts;
@@ -120,7 +122,7 @@ QList<QPair<QString, QString>> Reference::facts(const Property &property)
     if (property.unit[0])
         facts.append({ text("unit"), text(property.unit) });
     facts.append({ text("when missing"), text(property.whenMissing) });
-    const QStringList needs = Properties::needed(property);
+    const QStringList needs = Properties::neededKeys(property);
     if (!needs.isEmpty())
         facts.append({ text("needs"), needs.join(text(" or ")) });
     if (property.secret == Secret::Whole)

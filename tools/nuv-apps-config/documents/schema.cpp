@@ -24,7 +24,7 @@ QString hoverText(const Property &property)
     QString hover = text(property.description);
     if (property.unit[0])
         hover += text(" Unit: ") + text(property.unit) + QLatin1Char('.');
-    const QStringList needs = Properties::needed(property);
+    const QStringList needs = Properties::neededKeys(property);
     if (!needs.isEmpty())
         hover += text(" Needs ") + needs.join(text(" or ")) + QLatin1Char('.');
     return hover + text(" When missing: ") + text(property.whenMissing);
@@ -60,6 +60,8 @@ QJsonObject versionSchema()
     number.insert(text("exclusiveMaximum"), 2);
     QJsonObject words = typed("string");
     words.insert(text("pattern"), text("^1(\\.[0-9]+)?$"));
+    words.insert(text("patternErrorMessage"),
+                 text("The version is a number from 1 to below 2, also where it is a string."));
     QJsonObject schema;
     schema.insert(text("anyOf"), QJsonArray() << number << words);
     return schema;
@@ -102,12 +104,39 @@ QString patternOf(const Property &property)
     }
 }
 
+// What an editor says in place of the pattern, where it knows the keyword.
+QString sentenceOf(const Property &property)
+{
+    switch (property.kind) {
+    case Kind::Address:
+        return text(
+            "An address begins with http://, https:// or file:///; one without a scheme is a "
+            "file next to the configuration file. It has no control characters.");
+    case Kind::Referrer:
+        return text("A referrer begins with http:// or https://, and has a host.");
+    case Kind::Proxy:
+        return text("A proxy is a host and a port, as in proxy.example:8080.");
+    case Kind::UserAgent:
+        return text("A user agent is one line, without control characters.");
+    case Kind::Domain:
+        return text("A domain is a host alone, without a scheme, a port or a path, as in "
+                    "broadcaster.example.");
+    case Kind::FilePath:
+        return text("A path has at least one character and no control characters: a backslash is "
+                    "written twice.");
+    default:
+        return text("A tag has at least one character, and no blanks at its begin or end.");
+    }
+}
+
 QJsonObject textSchema(const Property &property)
 {
     QJsonObject schema = typed("string");
     const QString pattern = patternOf(property);
-    if (!pattern.isEmpty())
+    if (!pattern.isEmpty()) {
         schema.insert(text("pattern"), pattern);
+        schema.insert(text("patternErrorMessage"), sentenceOf(property));
+    }
     return schema;
 }
 
@@ -170,8 +199,10 @@ QJsonObject sectionSchema(Section section)
         schema.insert(text("examples"), QJsonArray() << exampleOf(*property));
         properties.insert(text(property->key), schema);
     }
-    if (section == Section::Document)
-        properties.insert(text("$schema"), typed("string"));
+    QJsonObject ownName = typed("string");
+    ownName.insert(text("description"),
+                   text("The JSON Schema of the file, for editors. The library ignores it."));
+    properties.insert(text("$schema"), ownName);
     QJsonObject remarks;
     remarks.insert(text("^_comment"), QJsonObject());
 

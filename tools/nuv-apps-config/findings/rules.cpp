@@ -19,7 +19,7 @@ const std::vector<Rule> table = {
     { "variable-names-nothing", Fi, W, "NUV_APPS_CONFIG_FILE names a file that does not exist", "The library reads AppsConfig.json in the working directory instead, without a message, and the launcher shows what that file says. Correct the path, or unset the variable. The library reads the path as Latin-1." },
     { "empty-file", Fi, E, "The file is empty", "Nothing is configured. The reader of the format is not even called for a file without bytes, so even the one warning for a syntax error does not appear." },
     { "not-text", Fi, E, "The file is not text that the library can read", "The library reads bytes as Latin-1. A binary file or one in UTF-16 or UTF-32 is not JSON for it. Save it as plain text, best with nothing but ASCII." },
-    { "too-deep", Fi, W, "The document is nested very deeply", "The flat keys of the settings grow with the square of the depth: 20,000 nested brackets take 0.8 GB of memory." },
+    { "too-deep", Fi, W, "The document is nested very deeply", "More than 1,000 objects and arrays are in each other. The flat keys of the settings grow with the square of the depth: 20,000 nested brackets take 0.8 GB of memory." },
 
     { "other-format", Sy, E, "The file has another format", "It is a compressed file, an HTML page (perhaps the error page of a server), XML, YAML or an INI file, whatever its name says. The library reads JSON only." },
     { "merge-conflict", Sy, E, "An unresolved merge conflict", "A version control system could not merge two versions of some lines, and wrote both between lines of <<<<<<<, ======= and >>>>>>>. Keep one version, and remove those lines." },

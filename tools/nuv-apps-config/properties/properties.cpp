@@ -317,6 +317,14 @@ QStringList Properties::needed(const Property &property)
     return needs.isEmpty() ? QStringList() : needs.split(QLatin1Char('|'));
 }
 
+QStringList Properties::neededKeys(const Property &property)
+{
+    QStringList keys;
+    for (const QString &name : needed(property))
+        keys.append(QLatin1String(findProperty(name)->key));
+    return keys;
+}
+
 bool Properties::isPassed(const QString &key)
 {
     return key == QLatin1String("$schema") || key.startsWith(QLatin1String("_comment"));

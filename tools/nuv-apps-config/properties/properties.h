@@ -90,6 +90,9 @@ bool isOffWhenMissing(const Property &property);
 /// The names in `needs`, one by one.
 QStringList needed(const Property &property);
 
+/// The same by their keys in the file.
+QStringList neededKeys(const Property &property);
+
 /// Keys that every section ignores: "$schema", and what begins with "_comment".
 bool isPassed(const QString &key);
 

@@ -309,6 +309,14 @@ private:
         return object;
     }
 
+    // What a viewer shows next to a result.
+    static QString helpText(const Rule &rule)
+    {
+        return QString(QLatin1String("%1. %2 \"nuv-apps-config explain %3\" says more."))
+            .arg(QLatin1String(rule.title), QLatin1String(rule.description),
+                 QLatin1String(rule.id));
+    }
+
     static QJsonArray rules()
     {
         QJsonArray array;
@@ -319,6 +327,7 @@ private:
             object.insert(key("id"), QLatin1String(rule.id));
             object.insert(key("shortDescription"), textObject(QLatin1String(rule.title)));
             object.insert(key("fullDescription"), textObject(QLatin1String(rule.description)));
+            object.insert(key("help"), textObject(helpText(rule)));
             object.insert(key("defaultConfiguration"), configuration);
             array.append(object);
         }

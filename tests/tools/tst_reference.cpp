@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/testmain.h"
+#include "tests/tools/childcall.h"
+
+#include "tools/nuv-apps-config/commandline/invocation.h"
+#include "tools/nuv-apps-config/documents/reference.h"
+#include "tools/nuv-apps-config/report/reports.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+#include <functional>
+
+/// What editors, viewers and readers of a terminal are told of keys and rules.
+class tst_Reference : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyPatternOfTheSchemaHasASentence();
+    void everySectionOfTheSchemaTakesItsName();
+    void hoverTextsNameKeysOfTheFile();
+    void explanationsFitOnAScreen_data();
+    void explanationsFitOnAScreen();
+    void everyRuleOfSarifHasItsHelp();
+    void examplesOfTheManualCanBeCalled();
+};
+
+namespace {
+
+QString text(const char *latin1)
+{
+    return QLatin1String(latin1);
+}
+
+// Calls `look` for each object in `value`, the outermost first.
+void walk(const QJsonValue &value, const std::function<void(const QJsonObject &)> &look)
+{
+    const QJsonObject members = value.toObject();
+    const QJsonArray elements = value.toArray();
+    if (value.isObject())
+        look(members);
+    for (auto member = members.constBegin(); member != members.constEnd(); ++member)
+        walk(member.value(), look);
+    for (auto element = elements.constBegin(); element != elements.constEnd(); ++element)
+        walk(*element, look);
+}
+
+void walkSchema(const std::function<void(const QJsonObject &)> &look)
+{
+    walk(QJsonDocument::fromJson(Reference::schema()).object(), look);
+}
+
+} // namespace
+
+void tst_Reference::everyPatternOfTheSchemaHasASentence()
+{
+    int count = 0;
+    walkSchema([&](const QJsonObject &schema) {
+        if (!schema.value(text("pattern")).isString())
+            return;
+        const QString sentence = schema.value(text("patternErrorMessage")).toString();
+        QVERIFY2(sentence.endsWith(QLatin1Char('.')), QJsonDocument(schema).toJson());
+        ++count;
+    });
+    QVERIFY(count >= 8);
+}
+
+void tst_Reference::everySectionOfTheSchemaTakesItsName()
+{
+    int count = 0;
+    walkSchema([&](const QJsonObject &schema) {
+        if (schema.value(text("additionalProperties")) != QJsonValue(false))
+            return;
+        const QJsonObject members = schema.value(text("properties")).toObject();
+        QCOMPARE(members.value(text("$schema")).toObject().value(text("type")).toString(),
+                 text("string"));
+        ++count;
+    });
+    QCOMPARE(count, 6); // the certificate is in two of them
+}
+
+void tst_Reference::hoverTextsNameKeysOfTheFile()
+{
+    QStringList keys;
+    for (const Property &property : Properties::all())
+        keys.append(text(property.key));
+    const QRegularExpression need(text(" Needs (\\w+)(?: or (\\w+))?\\."));
+    int count = 0;
+    walkSchema([&](const QJsonObject &schema) {
+        const auto match = need.match(schema.value(text("description")).toString());
+        for (int i = 1; i <= match.lastCapturedIndex(); ++i) {
+            QVERIFY2(keys.contains(match.captured(i)), qPrintable(match.captured(i)));
+            ++count;
+        }
+    });
+    QVERIFY(count >= 8);
+}
+
+void tst_Reference::explanationsFitOnAScreen_data()
+{
+    QTest::addColumn<QString>("id");
+    for (const Rule &rule : Rules::all())
+        QTest::newRow(rule.id) << text(rule.id);
+}
+
+void tst_Reference::explanationsFitOnAScreen()
+{
+    QFETCH(QString, id);
+    const QString explanation = Reference::explain(*Rules::lookUp(id));
+    QVERIFY2(explanation.size() < 24 * 80, qPrintable(explanation));
+    for (const QString &line : explanation.split(QLatin1Char('\n')))
+        QVERIFY2(line.size() <= 132, qPrintable(line));
+}
+
+void tst_Reference::everyRuleOfSarifHasItsHelp()
+{
+    const ChildCall::Result result = ChildCall::run([] {
+        Output output;
+        makeSarifReport(output)->finish();
+        return output.flush() ? 0 : 1;
+    });
+    int count = 0;
+    walk(QJsonDocument::fromJson(result.output).object(), [&](const QJsonObject &rule) {
+        const Rule *known = Rules::lookUp(rule.value(text("id")).toString());
+        if (!known)
+            return;
+        const QString help = rule.value(text("help")).toObject().value(text("text")).toString();
+        QVERIFY2(help.contains(text(known->description)), known->id);
+        QVERIFY2(
+            help.endsWith(
+                QString(text(" \"nuv-apps-config explain %1\" says more.")).arg(text(known->id))),
+            qPrintable(help));
+        ++count;
+    });
+    QCOMPARE(count, int(Rules::all().size()));
+}
+
+void tst_Reference::examplesOfTheManualCanBeCalled()
+{
+    QString manual = QString::fromUtf8(Reference::programManual());
+    manual.replace(text("\\-"), text("-"));
+    const QRegularExpression call(
+        text("\n\\\\fBnuv-apps-config ([^>\n]+?)(?: > [\\w.]+)?\\\\fR\n"));
+    int count = 0;
+    QRegularExpressionMatchIterator it = call.globalMatch(manual);
+    while (it.hasNext()) {
+        Invocation invocation;
+        QString error;
+        const QStringList words =
+            QStringList(text("nuv-apps-config")) + it.next().captured(1).split(QLatin1Char(' '));
+        QVERIFY2(parseCommandLine(words, &invocation, &error), qPrintable(error));
+        QVERIFY(invocation.command);
+        ++count;
+    }
+    QCOMPARE(count, manual.count(text("\n\\fBnuv-apps-config ")));
+    QVERIFY(count > 3);
+}
+
+NUV_TEST_MAIN(tst_Reference)
+#include "tst_reference.moc"
