@@ -24,7 +24,11 @@ set(nuv_described_headers ${nuv_public_headers})
 list(REMOVE_ITEM nuv_described_headers "${nuv_export_header}")
 nuv_quoted(nuv_reference_headers ${nuv_described_headers})
 file(GLOB nuv_guides CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/*.md")
+foreach(page IN LISTS nuv_contributors_pages)
+    list(REMOVE_ITEM nuv_guides "${PROJECT_SOURCE_DIR}/docs/${page}.md")
+endforeach()
 nuv_quoted(nuv_reference_guides ${nuv_guides})
+list(JOIN nuv_contributors_pages "," nuv_contributors)
 set(nuv_reference_help NO)
 if(NUV_QHELPGENERATOR)
     set(nuv_reference_help YES)
@@ -47,6 +51,5 @@ add_custom_target(reference
     COMMAND "${CMAKE_COMMAND}" -E make_directory "${nuv_reference_folder}"
     COMMAND "${CMAKE_COMMAND}" -E env QT_QPA_PLATFORM=offscreen "${NUV_DOXYGEN}"
         "${PROJECT_BINARY_DIR}/Doxyfile"
-    COMMAND "${PROJECT_SOURCE_DIR}/docs/api/check-reference" "${nuv_reference_folder}/html"
-        "${PROJECT_SOURCE_DIR}"
+    COMMAND "${PROJECT_SOURCE_DIR}/docs/api/check-reference" "${nuv_reference_folder}/html" ${nuv_guides}
     COMMENT "Making the reference in ${nuv_reference_folder}/html" VERBATIM)
