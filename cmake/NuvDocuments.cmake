@@ -11,7 +11,7 @@ file(GLOB nuv_documents RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
 foreach(page IN LISTS nuv_contributors_pages)
     list(REMOVE_ITEM nuv_documents "docs/${page}.md")
 endforeach()
-list(APPEND nuv_documents README.md CHANGELOG.md)
+list(APPEND nuv_documents README.md CHANGELOG.md SECURITY.md)
 file(GLOB nuv_document_files RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/docs/pictures/*.png")
 list(APPEND nuv_document_files LICENSE docs/AppsConfig.schema.json)
