@@ -12,7 +12,8 @@ namespace {
 
 QByteArray picture()
 {
-    return QByteArray::fromBase64("R0lGODlhAQABAPAAAP8AAAAAACH5BAAAAAAALAAAAAABAAEAAAICRAEAOw==");
+    return QByteArray::fromBase64("iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAIAAACQd1PeAA"
+                                  "AADElEQVR42mP4z8AAAAMBAQD3A0FDAAAAAElFTkSuQmCC");
 }
 
 /// A page that makes attempts, each with the address of a file, and tells what came of them.
@@ -56,10 +57,10 @@ public:
                           + "] }");
         m_stage.write("house/pages/page.html", pageWith(attempts));
         m_stage.write("house/pages/text.txt", "SECRET");
-        m_stage.write("house/pages/picture.gif", picture());
-        m_stage.write("house/picture.gif", picture());
+        m_stage.write("house/pages/picture.png", picture());
+        m_stage.write("house/picture.png", picture());
         m_stage.write("text.txt", "SECRET");
-        m_stage.write("picture.gif", picture());
+        m_stage.write("picture.png", picture());
     }
 
     /// Waits for what the page tries.
@@ -102,7 +103,7 @@ void tst_LauncherDoors::aPageFromAFileReadsNoOtherFile_data()
     QTest::newRow("the whole device") << QByteArray("read('it', 'file:///etc/passwd', true)");
     QTest::newRow("the own host") << QByteArray("read('it', 'file://localhost/etc/passwd', true)");
     QTest::newRow("in a frame") << QByteArray("frame('it', 'text.txt')");
-    QTest::newRow("a picture above it") << QByteArray("show('it', '../../picture.gif')");
+    QTest::newRow("a picture above it") << QByteArray("show('it', '../../picture.png')");
     QTest::newRow("written") << QByteArray("write('it', 'written.txt')");
 }
 
@@ -121,7 +122,7 @@ void tst_LauncherDoors::aPageFromAFileReadsNoOtherFile()
 
 void tst_LauncherDoors::aPageFromAFileShowsWhatIsInItsDirectory()
 {
-    const House house("show('next', 'picture.gif'); show('above', '../picture.gif')");
+    const House house("show('next', 'picture.png'); show('above', '../picture.png')");
 
     QStringList shown = said(house.visit()).split(text("; "));
     shown.sort();
@@ -148,7 +149,7 @@ void tst_LauncherDoors::aPageFromTheWebShowsNoFile()
 {
     const House house("");
     HttpServer server;
-    const QByteArray file = "file://" + QFile::encodeName(house.stage().path("picture.gif"));
+    const QByteArray file = "file://" + QFile::encodeName(house.stage().path("picture.png"));
     server.serve("/", pageWith("show('picture', '" + file + "'); frame('frame', '" + file + "')"));
     house.stage().write("house/AppsConfig.json",
                         "{ \"Global\": { \"Version\": 1 }, \"Applications\": ["

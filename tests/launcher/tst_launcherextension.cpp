@@ -231,7 +231,8 @@ void tst_LauncherExtension::theOriginOfADocumentDecides_data()
         { "below a listed address", web, "10.0.0.1", "http://7.10.0.0.1/", false },
         { "that ends like an address", web, "0.0.1", "http://10.0.0.1/", false },
         { "a listed address of IPv6", web, "::1", "http://[::1]:81/", true },
-        { "in brackets", web, "[::1]", "http://[0:0::1]/", true },
+        { "in brackets", web, "[::1]", "http://[::1]/", true },
+        { "in a longer form", web, "::1", "http://[0:0::1]/", !ToolkitDifferences::isQt4() },
         { "another address of IPv6", web, "::1", "http://[::2]/", false },
         { "own address of IPv6", "http://[::1]/", "unset", "http://[::1]:81/", true },
         { "with a dot at its end", web, "a.example.", "http://a.example/", true },
@@ -330,6 +331,7 @@ void tst_LauncherExtension::eachDocumentIsDecidedAbout()
     QCOMPARE(run.status, 0);
 }
 
+// The engine of Qt 4 does not know this policy.
 void tst_LauncherExtension::aSandboxedDocumentIsRefused()
 {
     HttpServer server;
@@ -341,7 +343,9 @@ void tst_LauncherExtension::aSandboxedDocumentIsRefused()
     const Run run = stage.launch("--screenshot out.png tv");
 
     QCOMPARE(run.status, 0);
-    QVERIFY2(run.out.contains(text("typeof undefined")), qPrintable(run.out));
+    QVERIFY2(run.out.contains(text("typeof ")
+                              + text(ToolkitDifferences::either("object", "undefined"))),
+             qPrintable(run.out));
 }
 
 void tst_LauncherExtension::theListedDomainsReplaceTheOwn()

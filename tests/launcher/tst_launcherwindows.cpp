@@ -420,7 +420,8 @@ void tst_LauncherWindows::bordersStayWhateverElseIsConfigured()
     other.frame()->setHtml(page);
     QTest::qWait(100);
 
-    QVERIFY(pictureOf(window.view()).pixel(100, 50) != 0xff00ff00u);
+    QCOMPARE(pictureOf(window.view()).pixel(100, 50) != 0xff00ff00u,
+             ToolkitDifferences::hasBordersOfLayers());
     QCOMPARE(pictureOf(window.view()).pixel(100, 60), 0xff00ff00u);
     QCOMPARE(pictureOf(other.view()).pixel(100, 50), 0xff00ff00u);
 }

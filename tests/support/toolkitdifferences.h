@@ -87,10 +87,34 @@ inline QLatin1String trustedLocalHost()
     return QLatin1String(isQt4() ? "localhost" : "127.0.0.1");
 }
 
+/// Another name of the same machine.
+inline QLatin1String otherLocalHost()
+{
+    return QLatin1String(isQt4() ? "127.0.0.1" : "localhost");
+}
+
+/// What the toolkit says of a server that refuses a client by its certificate.
+inline QLatin1String refusalByCertificate()
+{
+    return QLatin1String(isQt4() ? "SSL handshake failed" : "alert unknown ca");
+}
+
+/// Qt 4 reads RSA and DSA keys.
+inline bool readsKeysOfCurves()
+{
+    return !isQt4();
+}
+
 /// The words of the toolkit for a page that the server does not have, up to its address.
 inline QLatin1String failedTransfer()
 {
     return QLatin1String(isQt4() ? "Error downloading " : "Error transferring ");
+}
+
+/// Whether the engine draws the borders of layers that it is asked for.
+inline bool hasBordersOfLayers()
+{
+    return !isQt4();
 }
 
 /// What the engine says of a script that ends too early.

@@ -31,6 +31,13 @@ bool isUnnamed(const QString &source)
     return source.isEmpty() || source == QLatin1String("undefined");
 }
 
+// The file, or the host where the first page of a server has no other name.
+QString nameIn(const QString &source)
+{
+    const bool isFirstPage = source.endsWith(QLatin1Char('/'));
+    return source.section(QLatin1Char('/'), isFirstPage ? -2 : -1);
+}
+
 // Not where the server does not have the page or refuses it, nor where the engine cannot show what is there.
 bool isTransient(const QWebPage::ErrorPageExtensionOption &failure)
 {
@@ -248,7 +255,7 @@ void ApplicationPage::javaScriptConsoleMessage(const QString &message, int line,
         emit note(QLatin1String("console: ") + message);
         return;
     }
-    const QString file = isOfUserScript ? m_userScriptFile : source.section(QLatin1Char('/'), -1);
+    const QString file = isOfUserScript ? m_userScriptFile : nameIn(source);
     const int lineInFile = isOfUserScript ? line - linesBeforeUserScript : line;
     emit note(QString(QLatin1String("console: %1:%2: %3"))
                   .arg(file, QString::number(lineInFile), message));
