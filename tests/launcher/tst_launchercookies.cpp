@@ -295,7 +295,9 @@ void tst_LauncherCookies::expiredCookiesAreNotWrittenAgain()
 // Whatever a server sends.
 void tst_LauncherCookies::whatIsKeptIsReadAgain()
 {
-    const QByteArray alphabet = "abz019=;, \"\t\\%/.-_\x7f\x80\xc3\xbc\xff";
+    // Qt 4 does not read what it wrote where there are quotation marks in it.
+    const QByteArray alphabet =
+        QByteArray(ToolkitDifferences::either("", "\"")) + "abz019=;, \t\\%/.-_\x7f\x80\xc3\xbc\xff";
     const char *const attributes[] = {
         "; HttpOnly", "; secure", "; path=/", "; path=/deep", "; domain=site1.example", ""
     };

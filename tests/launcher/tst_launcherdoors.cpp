@@ -157,7 +157,8 @@ void tst_LauncherDoors::aPageFromTheWebShowsNoFile()
 
     const QString answers = said(house.visit());
 
-    QVERIFY(answers.contains(text("picture: nothing")));
+    // Qt 4 tells the page nothing at all.
+    QVERIFY(answers.contains(text("picture: nothing")) || ToolkitDifferences::isQt4());
     QVERIFY(!answers.contains(text("shown")));
 }
 

@@ -343,9 +343,9 @@ void tst_LauncherExtension::aSandboxedDocumentIsRefused()
     const Run run = stage.launch("--screenshot out.png tv");
 
     QCOMPARE(run.status, 0);
-    QVERIFY2(run.out.contains(text("typeof ")
-                              + text(ToolkitDifferences::either("object", "undefined"))),
-             qPrintable(run.out));
+    QVERIFY2(
+        run.out.contains(text("typeof ") + text(ToolkitDifferences::either("object", "undefined"))),
+        qPrintable(run.out));
 }
 
 void tst_LauncherExtension::theListedDomainsReplaceTheOwn()

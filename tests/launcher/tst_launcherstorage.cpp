@@ -32,6 +32,7 @@ private Q_SLOTS:
     void withoutThePropertyThereIsNoLocalStorage();
     void noDocumentFindsDatabasesUnlessTheyAreOn_data();
     void noDocumentFindsDatabasesUnlessTheyAreOn();
+    void anApplicationWithoutDatabasesTakesThemFromNoOther();
     void databasesAreKept();
     void aQuotaHoldsFromItsFirstStart();
 };
@@ -153,6 +154,28 @@ void tst_LauncherStorage::noDocumentFindsDatabasesUnlessTheyAreOn()
     QCOMPARE(answers.join(text("\n")), expected.join(text("\n")));
     QVERIFY2(!run.out.contains(text("Blocked")), qPrintable(run.out));
     QCOMPARE(QFile::exists(stage.path(".local/share/nuv-launcher/databases/Databases.db")), false);
+}
+
+// The second one comes after the first has been told of its databases.
+void tst_LauncherStorage::anApplicationWithoutDatabasesTakesThemFromNoOther()
+{
+    HttpServer server;
+    server.serve("/", storing("10"));
+    server.serve("/other", "<script>zarexExt.say(typeof openDatabase)</script>");
+    Stage stage;
+    stage.configure(
+        Stage::application("tv", server.address(), ", \"UseOfflineStorageDatabase\": true") + ", "
+        + Stage::application("other", server.address("/other")));
+    QProcess launcher;
+    stage.start(&launcher, "tv other");
+
+    QVERIFY(Stage::awaitOutput(&launcher, "other  says: "));
+    Stage::awaitOutput(&launcher, "tv  says: ");
+    launcher.terminate();
+    const Run run = Stage::finish(&launcher);
+
+    QCOMPARE(said(run), text("fits"));
+    QCOMPARE(said(run, "other"), text("undefined"));
 }
 
 void tst_LauncherStorage::databasesAreKept()

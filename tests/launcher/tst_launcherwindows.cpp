@@ -527,8 +527,10 @@ void tst_LauncherWindows::aPageThatClosesItsWindowCloses()
     view->show();
 
     view->page()->mainFrame()->evaluateJavaScript(text("window.close()"));
-    for (int i = 0; i < 2000 && view; ++i)
+    for (int i = 0; i < 2000 && view; ++i) {
         QTest::qWait(10);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // Qt 4 leaves them
+    }
 
     QVERIFY(!view);
 }

@@ -228,6 +228,8 @@ QString frozenTiles(ApplicationView &view)
 {
     load(view, file("green.html"));
     QGraphicsWebView *item = view.surface().item();
+    for (int i = 0; i < 100 && pictureOf(view).pixel(20, 20) != green; ++i)
+        QTest::qWait(20); // tiles are made later
     item->setTiledBackingStoreFrozen(true);
     answer(view, "document.body.style.background = '#00f'");
     QTest::qWait(50);
@@ -378,9 +380,9 @@ QString printedUrls(ApplicationView &view)
 
 QString printedMessages(ApplicationView &view)
 {
-    return printedWhileLoading(view,
-                               ToolkitDifferences::either("  console: talking.html:1: hello\n",
-                                                          "  console: hello\n"));
+    return printedWhileLoading(
+        view,
+        ToolkitDifferences::either("  console: talking.html:1: hello\n", "  console: hello\n"));
 }
 
 int inspectorPort()

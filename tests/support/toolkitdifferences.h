@@ -117,6 +117,28 @@ inline bool hasBordersOfLayers()
     return !isQt4();
 }
 
+/// Whether the engine still heeds the quota of a site in the next start.
+inline bool keepsQuotas()
+{
+    return !isQt4();
+}
+
+/// Whether scripts can draw with WebGL, and whether they can without being asked. Qt 4 can be built
+/// without OpenGL.
+inline bool canDrawWithWebGL()
+{
+#ifdef QT_NO_OPENGL
+    return !isQt4();
+#else
+    return true;
+#endif
+}
+
+inline bool drawsWithWebGLUnasked()
+{
+    return !isQt4();
+}
+
 /// What the engine says of a script that ends too early.
 inline QLatin1String scriptTooShort()
 {

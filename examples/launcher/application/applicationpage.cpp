@@ -53,6 +53,7 @@ ApplicationPage::ApplicationPage(QObject *parent)
       m_requestsBefore(0),
       m_mayLoadLater(false),
       m_errorPageIsShown(false),
+      m_errorPageComes(false),
       m_consoleIsShown(true),
       m_databasesAreOffered(false),
       m_filesAreOffered(false)
@@ -167,8 +168,11 @@ bool ApplicationPage::mayLoadLater() const
     return m_mayLoadLater;
 }
 
+// The engine of Qt 4 takes the error page for one more page.
 void ApplicationPage::forgetLoadError()
 {
+    if (m_errorPageComes)
+        return;
     m_loadError.clear();
     m_mayLoadLater = false;
     const ConfiguredAccess *access = configuredAccess();
@@ -195,14 +199,16 @@ QString ApplicationPage::whyNotTold(const ConfiguredAccess &access, bool ok) con
 
 void ApplicationPage::judge(bool ok)
 {
+    const bool isErrorPage = m_errorPageComes;
+    m_errorPageComes = false;
     const ConfiguredAccess *access = configuredAccess();
-    const QString reason = access ? whyNotTold(*access, ok) : QString();
+    const QString reason = access && !isErrorPage ? whyNotTold(*access, ok) : QString();
     if (!reason.isEmpty()) {
         m_loadError = reason;
         m_failedAddress = mainFrame()->requestedUrl();
         m_mayLoadLater = reason != QLatin1String(requestBlocked);
     }
-    emit settled(ok && reason.isEmpty());
+    emit settled(ok && !isErrorPage && reason.isEmpty());
 }
 
 bool ApplicationPage::supportsExtension(Extension extension) const
@@ -227,6 +233,7 @@ bool ApplicationPage::extension(Extension extension, const ExtensionOption *opti
     }
     if (!m_errorPageIsShown)
         return false;
+    m_errorPageComes = failure->frame == mainFrame();
     ErrorPageExtensionReturn *page = static_cast<ErrorPageExtensionReturn *>(output);
     page->baseUrl = failure->url;
     page->contentType = QLatin1String("text/html");

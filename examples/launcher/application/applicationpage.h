@@ -106,6 +106,7 @@ private:
     int m_requestsBefore; ///< the load that goes on
     bool m_mayLoadLater;
     bool m_errorPageIsShown;
+    bool m_errorPageComes; ///< from the engine's question for it until it is loaded
     bool m_consoleIsShown;
     bool m_databasesAreOffered;
     bool m_filesAreOffered;

@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QRect>
 #include <QScopedPointer>
+#include <QWebSettings>
 #include <QWidget>
 
 #include <algorithm>
@@ -94,16 +95,18 @@ private:
 };
 #endif
 
-/// What the engine is told about the databases of a page that is offered some, or none. In Qt 4 they are
-/// one switch of the whole process, set by the page that was told last: there they stay on for the others,
-/// and no document finds openDatabase where it is not offered.
-inline bool databaseSwitch(bool offered)
+/// Tells the engine whether a page is offered databases. In Qt 4 they are one switch of the whole process,
+/// which each page sets to what it inherits: there they stay on for all from the first page that is offered
+/// some, and no document finds openDatabase where it is not offered.
+inline void switchDatabases(QWebSettings *page, bool offered)
 {
 #if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
-    Q_UNUSED(offered)
-    return true;
+    Q_UNUSED(page)
+    if (offered)
+        QWebSettings::globalSettings()->setAttribute(QWebSettings::OfflineStorageDatabaseEnabled,
+                                                     true);
 #else
-    return offered;
+    page->setAttribute(QWebSettings::OfflineStorageDatabaseEnabled, offered);
 #endif
 }
 

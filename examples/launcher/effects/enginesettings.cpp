@@ -26,8 +26,7 @@ bool EngineSettings::setDatabases(ApplicationView &view, const QVariant &on)
 {
     view.page()->setDatabasesAreOffered(on.toBool());
     StorageQuota::of(view.page());
-    view.page()->settings()->setAttribute(QWebSettings::OfflineStorageDatabaseEnabled,
-                                          GuiCompat::databaseSwitch(on.toBool()));
+    GuiCompat::switchDatabases(view.page()->settings(), on.toBool());
     return true;
 }
 
