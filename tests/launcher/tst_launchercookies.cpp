@@ -296,8 +296,8 @@ void tst_LauncherCookies::expiredCookiesAreNotWrittenAgain()
 void tst_LauncherCookies::whatIsKeptIsReadAgain()
 {
     // Qt 4 does not read what it wrote where there are quotation marks in it.
-    const QByteArray alphabet =
-        QByteArray(ToolkitDifferences::either("", "\"")) + "abz019=;, \t\\%/.-_\x7f\x80\xc3\xbc\xff";
+    const QByteArray alphabet = QByteArray(ToolkitDifferences::either("", "\""))
+        + "abz019=;, \t\\%/.-_\x7f\x80\xc3\xbc\xff";
     const char *const attributes[] = {
         "; HttpOnly", "; secure", "; path=/", "; path=/deep", "; domain=site1.example", ""
     };

@@ -54,9 +54,12 @@ void tst_LauncherResponses::aBodyHasALimit_data()
     QTest::newRow("with its length")
         << head("Content-Length: 40000000\r\n") + QByteArray(40000000, ' ');
     QTest::newRow("without its length") << head("") + "<p>" + large;
-    // In the form that Qt 4 knows as well: its head, and the data without their own.
-    QTest::newRow("compressed") << head("Content-Encoding: gzip\r\n")
-            + QByteArray("\x1f\x8b\x08\0\0\0\0\0\0\xff", 10) + qCompress(large + large).mid(6);
+    // Qt 4 knows only the other form: its head, and the data without their own.
+    const QByteArray zipped = qCompress(large + large);
+    const QByteArray deflated = head("Content-Encoding: deflate\r\n") + zipped.mid(4);
+    const QByteArray gzipped = head("Content-Encoding: gzip\r\n")
+        + QByteArray("\x1f\x8b\x08\0\0\0\0\0\0\xff", 10) + zipped.mid(6);
+    QTest::newRow("compressed") << ToolkitDifferences::either(gzipped, deflated);
 }
 
 void tst_LauncherResponses::aBodyHasALimit()

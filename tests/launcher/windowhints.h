@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef WINDOWHINTS_H
 #define WINDOWHINTS_H
 

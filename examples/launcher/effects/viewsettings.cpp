@@ -89,8 +89,7 @@ const ViewSetting ViewSettings::table[] = {
     { "UseCompositing", &AppConfig::getUseCompositing, &ValueKinds::onOff, webSettings, atStart,
       "parts of the page that move are layers of their own; with Qt 4 they are unless this is "
       "off, in a graphics scene alone",
-      nullptr,
-      EngineSettings::setAttribute<QWebSettings::AcceleratedCompositingEnabled> },
+      nullptr, EngineSettings::setAttribute<QWebSettings::AcceleratedCompositingEnabled> },
     { "UseTiledBackingStore", &AppConfig::getUseTiledBackingStore, &ValueKinds::onOff, webSettings,
       atStart, "the page is painted ahead in tiles", &WindowSettings::tiles,
       EngineSettings::setAttribute<QWebSettings::TiledBackingStoreEnabled> },
