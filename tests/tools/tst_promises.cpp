@@ -43,6 +43,10 @@ private slots:
     void theEnvironmentStays_data();
     void theEnvironmentStays();
     void nothingIsWrittenForLoading();
+    void aCopyThatHasNoRoomIsTrouble();
+    void whatIsIgnoredIsKnown();
+    void whatIsIgnoredInVainIsFound();
+    void theChosenFileIsToldUnlessThatIsIgnored();
     void aFormattedFileIsNotWritten();
     void namesSurviveInMessages();
     void namesSurviveInCommandsOfGithub();
@@ -347,6 +351,74 @@ void tst_Promises::theEnvironmentStays()
 void tst_Promises::nothingIsWrittenForLoading()
 {
     QCOMPARE(run("show clean.json", [] { qputenv("TMPDIR", "/nowhere"); }).status, 0);
+}
+
+// The copy in memory is a file for the system, too.
+void tst_Promises::aCopyThatHasNoRoomIsTrouble()
+{
+    const QByteArray reason = "there is not enough memory for this file\n";
+    const auto withoutRoom = [] {
+        ::dup2(STDOUT_FILENO, STDERR_FILENO); // a pipe
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = { 10, 10 };
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    };
+    for (const char *call : { "show clean.json", "list clean.json", "keys clean.json" }) {
+        const Result result = run(call, withoutRoom);
+        QCOMPARE(result.output, "nuv-apps-config: clean.json: " + reason);
+        QCOMPARE(result.status, 2);
+    }
+    const Result checked = run("check clean.json", withoutRoom);
+    QVERIFY2(checked.output.endsWith("\nwhat the launcher will see was not tried: " + reason),
+             checked.output.constData());
+}
+
+void tst_Promises::whatIsIgnoredIsKnown()
+{
+    const auto errors = [this](const char *rule) {
+        return run(words("check clean.json --ignore") << QLatin1String(rule)).errors;
+    };
+    QCOMPARE(errors("nul-value"),
+             QByteArray("nuv-apps-config: there is no rule \"nul-value\"; did you mean "
+                        "\"null-value\"?\n"));
+    QCOMPARE(errors("xyzzy"),
+             QByteArray("nuv-apps-config: there is no rule \"xyzzy\"; explain lists them all\n"));
+    QCOMPARE(errors("null-value,trailing-comma"),
+             QByteArray("nuv-apps-config: trailing-comma cannot be ignored: the library reads "
+                        "nothing of such a file\n"));
+}
+
+void tst_Promises::whatIsIgnoredInVainIsFound()
+{
+    const auto output = [this](const char *rules) {
+        write("ignoring.json",
+              document(QByteArray(),
+                       "{ \"Tag\": \"tv\", \"Url\": \"about:blank\", \"_comment check\": \"ignore "
+                           + QByteArray(rules) + "\" }"));
+        return run("check ignoring.json").output;
+    };
+    const QByteArray alone = output("null-value");
+    QVERIFY2(alone.contains("\"null-value\" finds nothing here that could be ignored "
+                            "[unused-ignore]\n"),
+             alone.constData());
+    QVERIFY2(alone.contains("        hint: remove it\n"), alone.constData());
+    const QByteArray both = output("null-value, no-effect");
+    QCOMPARE(both.count("[unused-ignore]"), 2);
+    QVERIFY2(!both.contains("hint: "), both.constData());
+}
+
+void tst_Promises::theChosenFileIsToldUnlessThatIsIgnored()
+{
+    write("AppsConfig.json",
+          document(QByteArray(), "{ \"Tag\": \"tv\", \"Url\": \"about:blank\" }"));
+    const auto elsewhere = [] { qputenv("NUV_APPS_CONFIG_FILE", "/nowhere.json"); };
+    const Result told = run("check", elsewhere);
+    QVERIFY2(told.output.contains(" [variable-names-nothing]\n"), told.output.constData());
+    QCOMPARE(told.status, 1);
+    const Result ignored = run("check --ignore variable-names-nothing", elsewhere);
+    QVERIFY2(!ignored.output.contains("variable-names-nothing"), ignored.output.constData());
+    QCOMPARE(ignored.status, 0);
+    QVERIFY(QFile::remove(QLatin1String("AppsConfig.json")));
 }
 
 void tst_Promises::aFormattedFileIsNotWritten()

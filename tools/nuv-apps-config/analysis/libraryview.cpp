@@ -128,7 +128,7 @@ std::unique_ptr<LibraryView> LibraryView::load(const QByteArray &bytes, QString 
     std::unique_ptr<LibraryView> view(new LibraryView);
     view->m_copy.reset(new MemoryFile(bytes));
     if (!view->m_copy->isWritten()) {
-        *error = QLatin1String("there is not enough memory for this file");
+        *error = noMemory();
         return nullptr;
     }
     const QByteArray path = view->m_copy->path();
@@ -142,6 +142,11 @@ std::unique_ptr<LibraryView> LibraryView::load(const QByteArray &bytes, QString 
     const VariableSetter setter(path);
     view->m_state.reset(new WebAppSettingsPrivate);
     return view;
+}
+
+QString LibraryView::noMemory()
+{
+    return QLatin1String("there is not enough memory for this file");
 }
 
 LibraryView::~LibraryView()

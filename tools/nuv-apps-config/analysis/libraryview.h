@@ -21,6 +21,10 @@ class LibraryView
 public:
     /// Null, with the reason in `*error`, when loading would take minutes or there is no memory.
     static std::unique_ptr<LibraryView> load(const QByteArray &bytes, QString *error);
+
+    /// The second of these reasons.
+    static QString noMemory();
+
     ~LibraryView();
 
     const WebAppSettingsPrivate &state() const { return *m_state; }

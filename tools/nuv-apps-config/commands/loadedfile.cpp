@@ -37,7 +37,7 @@ std::unique_ptr<LoadedFile> LoadedFile::open(const QString &name, const Invocati
     file->m_analysis = readFile(choice.path, invocation, &error);
     if (file->m_analysis && file->load(&error))
         return file;
-    *status = file->m_analysis ? Found : Trouble;
+    *status = file->m_analysis && error != LibraryView::noMemory() ? Found : Trouble;
     Output::complain(choice.path + QLatin1String(": ") + error + whereItIsATag(name));
     return nullptr;
 }
