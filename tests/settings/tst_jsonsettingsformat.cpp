@@ -994,12 +994,14 @@ void tst_JsonSettingsFormat::settingsWriteValuesOfOtherTypes()
         settings.setValue(QLatin1String("unsigned"), 4294967295u);
     }
 
+    // Qt 4 makes no string of a long.
     QCOMPARE(fileContents(path),
              QByteArray("{\n    \"address\":\"http://tv.example/\",\n    \"bytes\":\"a\\n\",\n"
-                        "    \"character\":\\u00e9,\n    \"letter\":A,\n    \"long\":-5,\n"
-                        "    \"none\":\n    [\n\n    ],\n    \"point\":,\n"
-                        "    \"strings\":\n    [\n        \"b\"\n    ],\n"
-                        "    \"unsigned\":4294967295\n}"));
+                        "    \"character\":\\u00e9,\n    \"letter\":A,\n    \"long\":")
+                 + ToolkitDifferences::either("", "-5")
+                 + QByteArray(",\n    \"none\":\n    [\n\n    ],\n    \"point\":,\n"
+                              "    \"strings\":\n    [\n        \"b\"\n    ],\n"
+                              "    \"unsigned\":4294967295\n}"));
 }
 
 void tst_JsonSettingsFormat::settingsChangeFilesAndWriteThemBack()
