@@ -18,55 +18,6 @@ QJsonValue exampleOf(const Property &property)
     return QJsonDocument::fromJson(wrapped).array().at(0);
 }
 
-// What an editor shows when the pointer rests on a key.
-QString hoverText(const Property &property)
-{
-    QString hover = text(property.description);
-    if (property.unit[0])
-        hover += text(" Unit: ") + text(property.unit) + QLatin1Char('.');
-    const QStringList needs = Properties::neededKeys(property);
-    if (!needs.isEmpty())
-        hover += text(" Needs ") + needs.join(text(" or ")) + QLatin1Char('.');
-    return hover + text(" When missing: ") + text(property.whenMissing);
-}
-
-QJsonObject sectionSchema(Section section);
-
-QJsonObject typed(const char *type)
-{
-    QJsonObject schema;
-    schema.insert(text("type"), text(type));
-    return schema;
-}
-
-QJsonObject arrayOf(Section section)
-{
-    QJsonObject schema = typed("array");
-    schema.insert(text("items"), sectionSchema(section));
-    return schema;
-}
-
-void insertRange(const Property &property, QJsonObject *schema)
-{
-    schema->insert(text("minimum"), property.minimum);
-    schema->insert(text("maximum"), property.maximum);
-}
-
-// A text that holds the number passes as well.
-QJsonObject versionSchema()
-{
-    QJsonObject number = typed("number");
-    number.insert(text("minimum"), 1);
-    number.insert(text("exclusiveMaximum"), 2);
-    QJsonObject words = typed("string");
-    words.insert(text("pattern"), text("^1(\\.[0-9]+)?$"));
-    words.insert(text("patternErrorMessage"),
-                 text("The version is a number from 1 to below 2, also where it is a string."));
-    QJsonObject schema;
-    schema.insert(text("anyOf"), QJsonArray() << number << words);
-    return schema;
-}
-
 // An escape such as \t is in a path that was written with single backslashes.
 const char noControls[] = "^(?![\\s\\S]*[\\x08-\\x0a\\x0c\\x0d])";
 const char webAddress[] = "[Hh][Tt][Tt][Pp][Ss]?://[^/?#]";
@@ -104,7 +55,8 @@ QString patternOf(const Property &property)
     }
 }
 
-// What an editor says in place of the pattern, where it knows the keyword.
+// What the pattern means, for the hover text: linters refuse a schema with a keyword for it that is not of the
+// standard.
 QString sentenceOf(const Property &property)
 {
     switch (property.kind) {
@@ -129,14 +81,61 @@ QString sentenceOf(const Property &property)
     }
 }
 
+// What an editor shows when the pointer rests on a key.
+QString hoverText(const Property &property)
+{
+    QString hover = text(property.description);
+    if (property.unit[0])
+        hover += text(" Unit: ") + text(property.unit) + QLatin1Char('.');
+    const QStringList needs = Properties::neededKeys(property);
+    if (!needs.isEmpty())
+        hover += text(" Needs ") + needs.join(text(" or ")) + QLatin1Char('.');
+    if (!patternOf(property).isEmpty())
+        hover += QLatin1Char(' ') + sentenceOf(property);
+    return hover + text(" When missing: ") + text(property.whenMissing);
+}
+
+QJsonObject sectionSchema(Section section);
+
+QJsonObject typed(const char *type)
+{
+    QJsonObject schema;
+    schema.insert(text("type"), text(type));
+    return schema;
+}
+
+QJsonObject arrayOf(Section section)
+{
+    QJsonObject schema = typed("array");
+    schema.insert(text("items"), sectionSchema(section));
+    return schema;
+}
+
+void insertRange(const Property &property, QJsonObject *schema)
+{
+    schema->insert(text("minimum"), property.minimum);
+    schema->insert(text("maximum"), property.maximum);
+}
+
+// A text that holds the number passes as well.
+QJsonObject versionSchema()
+{
+    QJsonObject number = typed("number");
+    number.insert(text("minimum"), 1);
+    number.insert(text("exclusiveMaximum"), 2);
+    QJsonObject words = typed("string");
+    words.insert(text("pattern"), text("^1(\\.[0-9]+)?$"));
+    QJsonObject schema;
+    schema.insert(text("anyOf"), QJsonArray() << number << words);
+    return schema;
+}
+
 QJsonObject textSchema(const Property &property)
 {
     QJsonObject schema = typed("string");
     const QString pattern = patternOf(property);
-    if (!pattern.isEmpty()) {
+    if (!pattern.isEmpty())
         schema.insert(text("pattern"), pattern);
-        schema.insert(text("patternErrorMessage"), sentenceOf(property));
-    }
     return schema;
 }
 
