@@ -131,6 +131,7 @@ void tst_Reports::aFixInSarifIsTheEdit()
             const QJsonArray fixes = member(results.at(at++), "fixes").toArray();
             if (fixes.isEmpty())
                 continue;
+            QCOMPARE(member(member(fixes.at(0), "description"), "text").toString(), finding.hint);
             const QJsonValue change = member(fixes.at(0), "artifactChanges").toArray().at(0);
             QCOMPARE(member(member(change, "artifactLocation"), "uri").toString(),
                      QString(QLatin1String("test.json")));
