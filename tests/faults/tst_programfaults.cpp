@@ -10,6 +10,8 @@
 #include "tests/faults/allocations.h"
 #endif
 
+#include <QSet>
+
 #include <new>
 
 #include <fcntl.h>
@@ -123,6 +125,7 @@ private:
 
     TemporaryDir m_folder;
     TemporaryDir m_said;
+    QSet<QByteArray> m_suffered; ///< the names of the calls that went wrong
     int m_status = 0; ///< of a call without faults
     QByteArray m_output;
     QByteArray m_after; ///< what it makes of the file
@@ -206,6 +209,7 @@ void tst_ProgramFaults::checkFault(SystemCalls::Fault fault, int n, const QByteA
     }
     // An error of reading or writing may be gone at the next attempt, and the mode is set twice.
     const QByteArray suffered = shared->suffered;
+    m_suffered.insert(suffered);
     const bool isHarmless =
         suffered != "fsync" && suffered != "rename" && status == m_status && after == m_after;
     const bool isRefused = fault == SystemCalls::Fail && !isHarmless;
@@ -224,6 +228,7 @@ void tst_ProgramFaults::eachCallOfTheSystemMayGoWrong()
 {
     QFETCH(QByteArray, call);
     QFETCH(QByteArray, file);
+    m_suffered.clear();
     m_status = statusWith(SystemCalls::None, 0, call);
     m_after = contents(QString::fromLatin1(file));
     const int calls = shared->calls;
@@ -237,6 +242,8 @@ void tst_ProgramFaults::eachCallOfTheSystemMayGoWrong()
                 return;
         }
     }
+    for (const char *needed : { "read", "write", "fsync", "rename" }) // and nothing is left out
+        QVERIFY2(m_suffered.contains(needed), needed);
 }
 
 #ifndef NUV_SANITIZED
