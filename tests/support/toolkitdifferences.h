@@ -117,6 +117,13 @@ inline bool hasBordersOfLayers()
     return !isQt4();
 }
 
+/// The engine of Qt 4 does not keep all that it makes for a function of the page that a signal calls while
+/// the page sets a property: its garbage collection ends the process after many such documents.
+inline bool marksWhatItCallsBack()
+{
+    return !isQt4();
+}
+
 /// Whether the engine still heeds the quota of a site in the next start.
 inline bool keepsQuotas()
 {
