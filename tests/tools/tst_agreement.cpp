@@ -48,7 +48,7 @@ namespace {
 
 int fileCount()
 {
-    return Amount::tried("NUV_TEST_FILES", 600);
+    return Amount::tried("NUV_TEST_FILES", 400);
 }
 
 uint seed()

@@ -228,7 +228,7 @@ void tst_DocumentReader::agreesWithTheLibraryOnEveryShortRowOfTokens()
 void tst_DocumentReader::agreesWithTheLibraryOnRandomRowsOfTokens()
 {
     std::mt19937 engine(20240817);
-    const int rows = Amount::tried("NUV_READER_ROWS", 10000);
+    const int rows = Amount::tried("NUV_READER_ROWS", 5000);
     for (int row = 0; row < rows; ++row) {
         QByteArray bytes;
         for (unsigned long length = engine() % 14; length > 0; --length) {
@@ -247,7 +247,7 @@ void tst_DocumentReader::agreesWithTheLibraryOnDamagedConfigurations()
     const QByteArray whole(configuration);
     const unsigned long size = static_cast<unsigned long>(whole.size());
     const char letters[] = "{}[],:\"'\\b1-. \n/tf\xc3";
-    const int rounds = Amount::tried("NUV_READER_ROUNDS", 2500);
+    const int rounds = Amount::tried("NUV_READER_ROUNDS", 1500);
     for (int round = 0; round < rounds; ++round) {
         QByteArray bytes = whole;
         for (unsigned long edits = 1 + engine() % 2; edits > 0; --edits) {
