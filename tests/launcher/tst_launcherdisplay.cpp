@@ -120,17 +120,16 @@ void tst_LauncherDisplay::scriptsDrawWithWebGLUnlessItIsOff_data()
     QTest::addColumn<QString>("drawn");
     QTest::addColumn<uint>("pixel");
 
-    const bool draws = ToolkitDifferences::canDrawWithWebGL();
-    const bool drawsUnasked = draws && ToolkitDifferences::drawsWithWebGLUnasked();
     const QString bytes = text("0,0,255,255");
     const QString nothing = text("nothing");
-    QTest::newRow("unset") << false << QVariant() << (drawsUnasked ? bytes : nothing)
-                           << (drawsUnasked ? blue : green);
-    QTest::newRow("on") << false << QVariant(true) << (draws ? bytes : nothing)
-                        << (draws ? blue : green);
+    const QString drawn = ToolkitDifferences::canDrawWithWebGL() ? bytes : nothing;
+    const uint colour = drawn == bytes ? blue : green;
+    const QString drawnUnasked = ToolkitDifferences::drawsWithWebGLUnasked() ? drawn : nothing;
+    QTest::newRow("unset") << false << QVariant() << drawnUnasked
+                           << (drawnUnasked == bytes ? blue : green);
+    QTest::newRow("on") << false << QVariant(true) << drawn << colour;
     QTest::newRow("off") << false << QVariant(false) << nothing << green;
-    QTest::newRow("on, in a scene")
-        << true << QVariant(true) << (draws ? bytes : nothing) << (draws ? blue : green);
+    QTest::newRow("on, in a scene") << true << QVariant(true) << drawn << colour;
     QTest::newRow("off, in a scene") << true << QVariant(false) << nothing << green;
 }
 

@@ -4,6 +4,7 @@
 #include <nuvlaunchersupport_version.h>
 
 #include <QString>
+#include <QStringList>
 
 /// What headers and library say of their version is the version of the project.
 class tst_Version : public QObject
@@ -25,11 +26,14 @@ void tst_Version::headersAndLibraryHaveTheVersionOfTheProject()
 
 void tst_Version::theNumberIsMadeOfTheThreeNumbers()
 {
-    const int numbers[] = { PROJECT_VERSION_NUMBERS };
-    QCOMPARE(NUVLAUNCHERSUPPORT_VERSION_MAJOR, numbers[0]);
-    QCOMPARE(NUVLAUNCHERSUPPORT_VERSION_MINOR, numbers[1]);
-    QCOMPARE(NUVLAUNCHERSUPPORT_VERSION_PATCH, numbers[2]);
-    QCOMPARE(NUVLAUNCHERSUPPORT_VERSION, numbers[0] * 0x10000 + numbers[1] * 0x100 + numbers[2]);
+    const QStringList numbers = QString(QLatin1String(PROJECT_VERSION)).split(QLatin1Char('.'));
+    const int major = numbers.at(0).toInt();
+    const int minor = numbers.at(1).toInt();
+    const int patch = numbers.at(2).toInt();
+    QCOMPARE(NUVLAUNCHERSUPPORT_VERSION_MAJOR, major);
+    QCOMPARE(NUVLAUNCHERSUPPORT_VERSION_MINOR, minor);
+    QCOMPARE(NUVLAUNCHERSUPPORT_VERSION_PATCH, patch);
+    QCOMPARE(NUVLAUNCHERSUPPORT_VERSION, major * 0x10000 + minor * 0x100 + patch);
 }
 
 void tst_Version::aLaterVersionIsALargerNumber()

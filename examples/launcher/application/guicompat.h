@@ -136,7 +136,7 @@ private:
 
     static QString &kept()
     {
-        static QString messages;
+        static QString messages = QString();
         return messages;
     }
 
