@@ -232,7 +232,7 @@ void tst_Repairs::manyMistakesAtOnceReadAsWasMeant()
     std::mt19937 engine = seeded(100);
     int repairs = 0;
     int unread = 0; // for mistakes that hide each other
-    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 500); ++i) {
+    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 800); ++i) {
         const QByteArray clean = Repairable::configuration(engine);
         QByteArray names;
         const QByteArray broken =
@@ -293,7 +293,7 @@ void tst_Repairs::noBrokenFileIsMadeWorse_data()
 void tst_Repairs::noBrokenFileIsMadeWorse()
 {
     QFETCH(int, layout);
-    const int files = Amount::tried("NUV_REPAIR_FILES", layout < 0 ? 500 : 25);
+    const int files = Amount::tried("NUV_REPAIR_FILES", layout < 0 ? 800 : 40);
     const unsigned seed = unsigned(Amount::given("NUV_REPAIR_SEED", 5));
     if (layout >= 0) {
         for (const WrongBytes::Slip &slip :
@@ -312,7 +312,7 @@ void tst_Repairs::repairsBesideAMistakeThatIsLeftAreTheSameWithoutIt()
 {
     std::mt19937 engine = seeded(200);
     int tried = 0;
-    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 500); ++i) {
+    for (int i = 0; i < Amount::tried("NUV_REPAIR_FILES", 800); ++i) {
         const QByteArray clean = Repairable::configuration(engine);
         QByteArray names;
         const int line = int(engine() % unsigned(clean.count('\n')));
