@@ -3,15 +3,10 @@
 # that their links lead somewhere. A link to something that is not installed, such as a source file or a
 # page for contributors, becomes plain words.
 
-set(nuv_contributors_pages architecture building performance reliability)
-set(nuv_document_folders examples)
+include(NuvGuides)
 
-file(GLOB nuv_documents RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
-    "${PROJECT_SOURCE_DIR}/docs/*.md")
-foreach(page IN LISTS nuv_contributors_pages)
-    list(REMOVE_ITEM nuv_documents "docs/${page}.md")
-endforeach()
-list(APPEND nuv_documents README.md CHANGELOG.md SECURITY.md)
+set(nuv_document_folders examples)
+set(nuv_documents ${nuv_guides} README.md CHANGELOG.md SECURITY.md)
 file(GLOB nuv_document_files RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/docs/pictures/*.png")
 list(APPEND nuv_document_files LICENSE docs/AppsConfig.schema.json)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "settings/jsonsettingsformat.h"
 #include "tests/faults/childprocess.h"
+#include "tests/support/filecontents.h"
 #include "tests/support/restrictions.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
@@ -50,17 +51,11 @@ int readAll(const QString &path)
     return value;
 }
 
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
-}
-
 // What a caller can do. The last line of a document is the only one that begins with a brace, since no
 // text in it holds a line feed.
 bool isWhole(const QString &path)
 {
-    return contents(path).endsWith("\n}");
+    return fileContents(path).endsWith("\n}");
 }
 
 int writeForEver(const QString &path)
@@ -149,13 +144,13 @@ void tst_OutputFailures::aFullDiskLosesTheDocument()
     const TemporaryDir folder;
     const QString whole = folder.filePath(QLatin1String("whole.json"));
     writeAll(whole, 2, textSize);
-    const QByteArray after = contents(whole);
+    const QByteArray after = fileContents(whole);
     Losses losses;
 
     for (int room = 0; room < after.size() + step; room += step) {
         const QString path = folder.filePath(QString::number(room));
         writeAll(path, 1, 0);
-        const QByteArray before = contents(path);
+        const QByteArray before = fileContents(path);
         bool isTold = false;
         {
             QSettings settings(path, JsonSettingsFormat);
@@ -164,7 +159,7 @@ void tst_OutputFailures::aFullDiskLosesTheDocument()
             settings.sync();
             isTold = settings.status() != QSettings::NoError;
         }
-        const QByteArray left = contents(path);
+        const QByteArray left = fileContents(path);
         const bool isCut = left != before && left != after;
         QVERIFY2(!isCut || left == after.left(room), QByteArray::number(room).constData());
         ++losses.cases;
@@ -218,7 +213,7 @@ void tst_OutputFailures::aKilledWriterLeavesAWholeDocument()
             writer.kill();
         }
         lost += ChildProcess([&] { return readAll(path) > 0 ? 0 : 1; }).wait();
-        emptyLocks += QFile::exists(lock) && contents(lock).isEmpty() ? 1 : 0;
+        emptyLocks += QFile::exists(lock) && fileContents(lock).isEmpty() ? 1 : 0;
         locks += QFile::remove(lock) ? 1 : 0;
     }
     const int strays = QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size() - 1;

@@ -3,6 +3,7 @@
 #include "tests/faults/opening.h"
 #include "tests/faults/systemcalls.h"
 #include "tests/support/amount.h"
+#include "tests/support/filecontents.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
 #include "tools/nuv-apps-config/commands/program.h"
@@ -84,12 +85,6 @@ void redirect(const QString &file, int descriptor)
            descriptor);
 }
 
-QByteArray contents(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not readable");
-}
-
 } // namespace
 
 /// Faults from outside while nuv-apps-config works: calls of the system that fail, come short or are the
@@ -122,7 +117,7 @@ private:
 
     QByteArray said(const char *where) const
     {
-        return contents(m_said.filePath(QLatin1String(where)));
+        return fileContents(m_said.filePath(QLatin1String(where)));
     }
 
     TemporaryDir m_folder;
@@ -197,9 +192,9 @@ void tst_ProgramFaults::checkFault(SystemCalls::Fault fault, int n, const QByteA
 {
     const QByteArray file = call.split(' ').last();
     init();
-    const QByteArray before = contents(QString::fromLatin1(file));
+    const QByteArray before = fileContents(QString::fromLatin1(file));
     const int status = statusWith(fault, n, call);
-    const QByteArray after = contents(QString::fromLatin1(file));
+    const QByteArray after = fileContents(QString::fromLatin1(file));
     const QByteArray place =
         QByteArray::number(n) + ' ' + QByteArray(shared->suffered) + ": " + said("errors");
     if (fault == SystemCalls::Kill || fault == SystemCalls::KillInside) {
@@ -232,7 +227,7 @@ void tst_ProgramFaults::eachCallOfTheSystemMayGoWrong()
     QFETCH(QByteArray, file);
     m_suffered.clear();
     m_status = statusWith(SystemCalls::None, 0, call);
-    m_after = contents(QString::fromLatin1(file));
+    m_after = fileContents(QString::fromLatin1(file));
     const int calls = shared->calls;
     QVERIFY2(m_status < int(Trouble) && calls >= 5, QByteArray::number(calls).constData());
     for (const SystemCalls::Fault fault :
@@ -294,9 +289,9 @@ void tst_ProgramFaults::checkAllocation(long n, Allocations::Duration duration,
 {
     const QByteArray file = call.split(' ').last();
     init();
-    const QByteArray before = contents(QString::fromLatin1(file));
+    const QByteArray before = fileContents(QString::fromLatin1(file));
     const int status = statusWithout(n, duration, call);
-    const QByteArray after = contents(QString::fromLatin1(file));
+    const QByteArray after = fileContents(QString::fromLatin1(file));
     const QByteArray output = said("output");
     const QByteArray place = QByteArray::number(int(n)) + ": " + QByteArray::number(status) + '\n'
         + said("errors") + output;
@@ -316,7 +311,7 @@ void tst_ProgramFaults::eachAllocationMayFail()
     m_status = statusWithout(1L << 40, Allocations::Once, call);
     QCOMPARE(m_status, NotReached);
     m_output = said("output");
-    m_after = contents(QString::fromLatin1(call.split(' ').last()));
+    m_after = fileContents(QString::fromLatin1(call.split(' ').last()));
     init();
     m_status = run([&] { return runProgram(call); });
     init();

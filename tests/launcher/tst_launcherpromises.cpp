@@ -7,6 +7,7 @@
 #include "tests/faults/systemcalls.h"
 #include "tests/launcher/authority.h"
 #include "tests/launcher/stage.h"
+#include "tests/support/filecontents.h"
 #include "tests/support/testmain.h"
 
 #include <QNetworkReply>
@@ -46,12 +47,6 @@ public:
 protected:
     qint64 readData(char *, qint64) override { return -1; }
 };
-
-QByteArray contents(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not readable");
-}
 
 void call(QObject *object, const char *slot, QNetworkReply *reply)
 {
@@ -195,7 +190,7 @@ void tst_LauncherPromises::aFaultOfTheSystemLeavesAWholeFile()
                 return SystemCalls::count() < n ? 99 : isWritten ? 0 : 1;
             });
             status = writer.wait();
-            const QByteArray found = contents(file);
+            const QByteArray found = fileContents(file);
             const QByteArray place = QByteArray::number(int(fault)) + ": " + QByteArray::number(n);
             QVERIFY2(found == one || found == other, place.constData());
             QVERIFY2(isKilled ? status == -SIGKILL || status == 99 : status >= 0,

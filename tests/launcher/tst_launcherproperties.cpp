@@ -2,6 +2,7 @@
 #include "tests/launcher/authority.h"
 #include "tests/launcher/stage.h"
 #include "tests/launcher/tlsserver.h"
+#include "tests/launcher/windowhints.h"
 #include "tests/support/appconfigproperties.h"
 #include "tests/support/guitestmain.h"
 #include "tests/support/toolkitdifferences.h"
@@ -325,8 +326,8 @@ private:
 QString frameOfTheWindow(const QByteArray &application, HttpServer &)
 {
     Play play(application);
-    const QString hints = Play::ask("xprop", "-name tv _MOTIF_WM_HINTS");
-    return text(hints.contains(QRegExp(text("= 0x2, 0x[0-9a-f]+, 0x0,"))) ? "no frame" : "frame");
+    const bool isPlain = WindowHints::haveNoFrame(QStringList() << text("-name") << text("tv"));
+    return text(isPlain ? "no frame" : "frame");
 }
 
 QString colorOnTheScreen(const QByteArray &application, HttpServer &)

@@ -2,6 +2,7 @@
 #include "config/appconfig.h"
 #include "config/webappsettings.h"
 
+#include "tests/support/filecontents.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
 
@@ -75,12 +76,6 @@ QSettings::Format registerAnotherFormat(int number)
 {
     return QSettings::registerFormat(QString::fromLatin1("other%1").arg(number), readNothing,
                                      writeNothing);
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
 }
 
 } // namespace
@@ -173,7 +168,7 @@ void tst_Loading::settingsOutliveTheClosingOfTheLibrary()
     settings.sync();
 
     QCOMPARE(settings.status(), QSettings::NoError);
-    QCOMPARE(contents(path), QByteArray("{\n    \"Name\":\"tv\",\n    \"name\":2\n}"));
+    QCOMPARE(fileContents(path), QByteArray("{\n    \"Name\":\"tv\",\n    \"name\":2\n}"));
 }
 
 void tst_Loading::theSettingsAreReachedThroughTheirSymbols()

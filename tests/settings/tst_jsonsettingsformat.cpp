@@ -8,6 +8,7 @@
 #include "tests/settings/referenceformat.h"
 #include "tests/settings/unflattened.h"
 #include "tests/support/describe.h"
+#include "tests/support/filecontents.h"
 #include "tests/support/messages.h"
 #include "tests/support/restrictions.h"
 #include "tests/support/smallstackthread.h"
@@ -138,12 +139,6 @@ void copyAgainAndAgain(const QByteArray &document, QByteArray *outcome)
     *outcome = document;
     for (int i = 0; i < 50; ++i)
         *outcome = writtenBytes(readBytes(*outcome));
-}
-
-QByteArray fileContents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
 }
 
 struct stat statusOf(const QString &path)

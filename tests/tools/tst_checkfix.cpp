@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/filecontents.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
 
@@ -143,8 +144,7 @@ tst_CheckFix::Result tst_CheckFix::run(const char *call, const QByteArray &input
 
 QByteArray tst_CheckFix::contents(const char *name) const
 {
-    QFile file(m_folder.filePath(QLatin1String(name)));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not readable");
+    return fileContents(m_folder.filePath(QLatin1String(name)));
 }
 
 struct stat tst_CheckFix::statusOf(const char *name) const

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/filecontents.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
 #include "tests/tools/childcall.h"
@@ -161,8 +162,7 @@ tst_Promises::Result tst_Promises::run(const QStringList &call,
 
 QByteArray tst_Promises::contents(const char *name) const
 {
-    QFile file(m_folder.filePath(QLatin1String(name)));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not readable");
+    return fileContents(m_folder.filePath(QLatin1String(name)));
 }
 
 // The memory of a process is a file whose beginning cannot be read.

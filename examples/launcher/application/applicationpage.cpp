@@ -199,16 +199,19 @@ QString ApplicationPage::whyNotTold(const ConfiguredAccess &access, bool ok) con
 
 void ApplicationPage::judge(bool ok)
 {
-    const bool isErrorPage = m_errorPageComes;
-    m_errorPageComes = false;
+    if (m_errorPageComes) {
+        m_errorPageComes = false;
+        emit settled(false);
+        return;
+    }
     const ConfiguredAccess *access = configuredAccess();
-    const QString reason = access && !isErrorPage ? whyNotTold(*access, ok) : QString();
+    const QString reason = access ? whyNotTold(*access, ok) : QString();
     if (!reason.isEmpty()) {
         m_loadError = reason;
         m_failedAddress = mainFrame()->requestedUrl();
         m_mayLoadLater = reason != QLatin1String(requestBlocked);
     }
-    emit settled(ok && !isErrorPage && reason.isEmpty());
+    emit settled(ok && reason.isEmpty());
 }
 
 bool ApplicationPage::supportsExtension(Extension extension) const
