@@ -56,6 +56,8 @@ if(NUV_QT_MAJOR_VERSION EQUAL 6)
     nuv_name_module(Core Qt6::Core)
     if(BUILD_TESTING)
         find_package(Qt6 ${nuv_toolkit_version} REQUIRED COMPONENTS Test)
+        # It would name the folders of each test, which then could not share precompiled headers.
+        set_property(TARGET Qt6::Test PROPERTY INTERFACE_COMPILE_DEFINITIONS QT_TESTLIB_LIB)
         nuv_name_module(Test Qt6::Test)
     endif()
 elseif(NUV_QT_MAJOR_VERSION EQUAL 5)

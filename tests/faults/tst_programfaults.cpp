@@ -6,6 +6,7 @@
 #include "tests/support/filecontents.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
+#include "tests/support/toolkitdifferences.h"
 #include "tools/nuv-apps-config/commands/program.h"
 #ifndef NUV_SANITIZED // a sanitizer brings its own malloc()
 #include "tests/faults/allocations.h"
@@ -59,8 +60,8 @@ void endOpening()
 
 } // namespace
 
-// In place of the destructor of QRegExp, which keeps what it has compiled in a list.
-extern "C" void __real__ZN7QRegExpD1Ev(void *expression);
+// Instead of the destructor of QRegExp, which keeps what it has compiled in a list. Qt 6 has none.
+extern "C" __attribute__((weak)) void __real__ZN7QRegExpD1Ev(void *expression);
 extern "C" void __wrap__ZN7QRegExpD1Ev(void *expression)
 {
     shared->isInToolkit = true;
@@ -126,6 +127,7 @@ private:
     int m_status = 0; ///< of a call without faults
     QByteArray m_output;
     QByteArray m_after; ///< what it makes of the file
+    long m_allocations = 0;
 };
 
 void tst_ProgramFaults::initTestCase()
@@ -283,7 +285,7 @@ void tst_ProgramFaults::eachAllocationMayFail_data()
 }
 
 // Without memory the toolkit ends the process in the constructor of its settings, and in the destructor
-// of a regular expression.
+// of a regular expression; Qt 6 in other places as well.
 void tst_ProgramFaults::checkAllocation(long n, Allocations::Duration duration,
                                         const QByteArray &call)
 {
@@ -293,10 +295,12 @@ void tst_ProgramFaults::checkAllocation(long n, Allocations::Duration duration,
     const int status = statusWithout(n, duration, call);
     const QByteArray after = fileContents(QString::fromLatin1(file));
     const QByteArray output = said("output");
+    if (status == NotReached && n > m_allocations * 9 / 10)
+        return; // their number is not the same each time
     const QByteArray place = QByteArray::number(int(n)) + ": " + QByteArray::number(status) + '\n'
         + said("errors") + output;
     QVERIFY2(after == before || after == m_after, place.constData());
-    if (status < 0 && shared->isInToolkit)
+    if (status < 0 && (shared->isInToolkit || ToolkitDifferences::endsWithoutMemory()))
         return;
     QVERIFY2(status == m_status || status == int(Trouble) || status == NoMemory, place.constData());
     QVERIFY2(status == m_status ? output == m_output : m_output.startsWith(output),
@@ -315,13 +319,13 @@ void tst_ProgramFaults::eachAllocationMayFail()
     init();
     m_status = run([&] { return runProgram(call); });
     init();
-    const long all = allocationsOf(call);
+    m_allocations = allocationsOf(call);
     const long tried = Amount::given("NUV_ALLOCATIONS", 30);
-    qDebug("%s: %ld allocations", call.constData(), all);
-    for (long i = 0; i < qMin(all, tried); ++i) {
+    qDebug("%s: %ld allocations", call.constData(), m_allocations);
+    for (long i = 0; i < qMin(m_allocations, tried); ++i) {
         for (const Allocations::Duration duration :
              { Allocations::Once, Allocations::FromThenOn }) {
-            checkAllocation(1 + i * all / qMin(all, tried), duration, call);
+            checkAllocation(1 + i * m_allocations / qMin(m_allocations, tried), duration, call);
             if (QTest::currentTestFailed())
                 return;
         }

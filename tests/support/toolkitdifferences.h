@@ -199,9 +199,9 @@ inline double overflownNumber()
     return either(0.0, std::numeric_limits<double>::infinity());
 }
 
-/// Qt 6 ends the process when there is no memory for an entry of a hash: the function that makes it
-/// must not throw.
-inline bool endsWithoutMemoryForAHash()
+/// Qt 6 ends the process where there is no memory for what a function makes that must not throw, such as
+/// an entry of a hash.
+inline bool endsWithoutMemory()
 {
     return isQt6();
 }

@@ -46,11 +46,15 @@ int number(const QJsonValue &object, const char *name)
 // The offset of a place; columns count characters.
 int offsetOf(const QByteArray &bytes, int line, int column)
 {
-    int begin = 0;
+    int offset = 0;
     for (int i = 1; i < line; ++i)
-        begin = bytes.indexOf('\n', begin) + 1;
-    const QVector<uint> all = QString::fromUtf8(bytes.mid(begin)).toUcs4();
-    return begin + QString::fromUcs4(all.constData(), column - 1).toUtf8().size();
+        offset = bytes.indexOf('\n', offset) + 1;
+    for (int i = 1; i < column; ++i) {
+        ++offset;
+        while (offset < bytes.size() && (bytes.at(offset) & 0xc0) == 0x80)
+            ++offset;
+    }
+    return offset;
 }
 
 QByteArray changed(QByteArray bytes, const QJsonValue &region, const char *line, const char *column,

@@ -11,6 +11,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <new>
 #endif
 
 /// A regular expression, found in a string unit by unit: a surrogate is a character like any other.
@@ -77,6 +78,8 @@ inline int Pattern::indexIn(const QString &text)
         units.begin(), units.end(), [](QChar unit) { return unit.isSurrogate(); },
         QChar(QChar::ReplacementCharacter));
     m_match = m_expression.match(units);
+    if (!m_match.isValid()) // for the toolkit nothing matches then
+        throw std::bad_alloc();
     return int(m_match.capturedStart());
 }
 

@@ -4,10 +4,10 @@
 #include "json/jsonparser.h"
 #include "settings/jsonsettingsformat.h"
 
-#include <QRegularExpression>
 #include <QSettings>
 
 #include <cerrno>
+#include <new>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -73,7 +73,8 @@ public:
     explicit VariableSetter(const QByteArray &value)
         : m_before(qgetenv(Variable)), m_wasSet(qEnvironmentVariableIsSet(Variable))
     {
-        qputenv(Variable, value);
+        if (!qputenv(Variable, value))
+            throw std::bad_alloc();
     }
     ~VariableSetter()
     {
@@ -101,9 +102,11 @@ int findError(const QByteArray &bytes)
 // Whether the loader asks how many elements that key counts.
 bool isCount(const QString &key)
 {
-    static const QRegularExpression counts(
-        QLatin1String("^Applications/([^/]*/GrantBroadcastAccessRightDomains/)?size$"));
-    return key.startsWith(QLatin1String("Applications/")) && counts.match(key).hasMatch();
+    const QStringList parts = key.split(QLatin1Char('/'));
+    const bool isOfDomains =
+        parts.size() == 4 && parts.at(2) == QLatin1String("GrantBroadcastAccessRightDomains");
+    return parts.first() == QLatin1String("Applications") && parts.last() == QLatin1String("size")
+        && (parts.size() == 2 || isOfDomains);
 }
 
 // The loader asks for as many elements as a "size" says, whether they are there or not. Those that are

@@ -3,9 +3,8 @@
 
 #include "tools/nuv-apps-config/analysis/analysis.h"
 #include "tools/nuv-apps-config/documents/reference.h"
+#include "tools/nuv-apps-config/text/matching.h"
 #include "tools/nuv-apps-config/text/spelling.h"
-
-#include <QRegularExpression>
 
 namespace {
 
@@ -24,8 +23,11 @@ QStringList names()
 // "Applications[2].Tag" and "Applications[].Tag" are one place.
 QString withoutIndexes(QString place)
 {
-    return place.remove(QRegularExpression(QLatin1String("\\[\\d*\\]"),
-                                           QRegularExpression::UseUnicodePropertiesOption));
+    static const QRegularExpression index(QLatin1String("\\[[0-9]*\\]"));
+    QRegularExpressionMatch match = matched(index, place);
+    for (; match.hasMatch(); match = matched(index, place, match.capturedStart()))
+        place.remove(match.capturedStart(), match.capturedLength());
+    return place;
 }
 
 const Property *atPlace(const QString &name)

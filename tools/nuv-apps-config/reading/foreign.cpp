@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/reading/foreign.h"
+#include "tools/nuv-apps-config/text/matching.h"
 
 #include <QHash>
-#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -69,7 +69,7 @@ bool matches(const QByteArray &line, const char *pattern)
     static QHash<const char *, QRegularExpression> compiled;
     if (!compiled.contains(pattern))
         compiled.insert(pattern, QRegularExpression(QLatin1String(pattern)));
-    return compiled.value(pattern).match(QString::fromLatin1(line)).hasMatch();
+    return matched(compiled.value(pattern), QString::fromLatin1(line)).hasMatch();
 }
 
 bool allMatch(const QList<QByteArray> &lines, const char *pattern)

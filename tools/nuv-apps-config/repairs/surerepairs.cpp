@@ -6,10 +6,10 @@
 #include "tools/nuv-apps-config/findings/rules.h"
 #include "tools/nuv-apps-config/text/utf8.h"
 #include "tools/nuv-apps-config/repairs/valueplaces.h"
+#include "tools/nuv-apps-config/text/matching.h"
 #include "tools/nuv-apps-config/tree/edits.h"
 
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <climits>
@@ -23,7 +23,8 @@ typedef std::vector<Edit> Changes;
 
 bool matches(const QByteArray &bytes, const char *pattern)
 {
-    return QRegularExpression(QLatin1String(pattern)).match(QString::fromLatin1(bytes)).hasMatch();
+    return matched(QRegularExpression(QLatin1String(pattern)), QString::fromLatin1(bytes))
+        .hasMatch();
 }
 
 bool isOneOf(const QByteArray &word, const char *words)

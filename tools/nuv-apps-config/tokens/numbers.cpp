@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/tokens/numbers.h"
-
-#include <QRegularExpression>
+#include "tools/nuv-apps-config/text/matching.h"
 
 #include <cmath>
 
@@ -71,15 +70,15 @@ QByteArray Numbers::meant(const QByteArray &written)
     const QString number = QString::fromLatin1(written)
                                .remove(QLatin1Char('_'))
                                .replace(QLatin1Char(','), QLatin1Char('.'));
-    QRegularExpressionMatch match = ofBase16.match(number);
+    QRegularExpressionMatch match = matched(ofBase16, number);
     if (match.hasMatch())
         return hexadecimal(match.captured(1).toLatin1());
-    match = ofBytes.match(number);
+    match = matched(ofBytes, number);
     if (match.hasMatch())
         return withUnit(match.captured(1).toLatin1(), match.captured(2).toLower().toLatin1().at(0));
-    match = ofHundredths.match(number);
+    match = matched(ofHundredths, number);
     if (match.hasMatch())
         return ofPercent(match.captured(1).toLatin1());
-    match = ofC.match(number);
+    match = matched(ofC, number);
     return match.hasMatch() ? tidied(match.captured(1).toLatin1()) : QByteArray();
 }

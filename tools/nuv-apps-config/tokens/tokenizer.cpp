@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/tokens/tokenizer.h"
+#include "tools/nuv-apps-config/text/matching.h"
 
 #include "tools/nuv-apps-config/tokens/literals.h"
 #include "tools/nuv-apps-config/tokens/numbers.h"
 #include "tools/nuv-apps-config/text/spelling.h"
 #include "tools/nuv-apps-config/text/utf8.h"
-
-#include <QRegularExpression>
 
 #include <cstring>
 
@@ -308,7 +307,7 @@ bool Tokenizer::mendPlaceholder(Token *token)
         return false;
     const int longest = 100;
     const QByteArray line = m_source.bytes().mid(begin, longest);
-    const QString found = placeholder.match(QString::fromLatin1(line)).captured();
+    const QString found = matched(placeholder, QString::fromLatin1(line)).captured();
     if (found.isEmpty())
         return false;
     token->code = T_STRING;
