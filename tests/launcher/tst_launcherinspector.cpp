@@ -48,6 +48,31 @@ int inspectedPages(quint16 port)
     return answer.count("?page=");
 }
 
+/// A message to an inspector; it has less than 126 bytes, and the mask changes none of them.
+QByteArray frame(const QByteArray &message)
+{
+    return QByteArray("\x81") + char(0x80 | message.size()) + QByteArray(4, '\0') + message;
+}
+
+/// What an inspector that is opened now shows of what a page wrote to its console before.
+QByteArray earlierConsole(quint16 port, int page)
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
+    if (!socket.waitForConnected())
+        return "no inspector";
+    socket.write("GET /devtools/page/" + QByteArray::number(page)
+                 + " HTTP/1.1\r\nHost: localhost\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+                   "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: dGhlIGtleSBvZiBhIHRlc3Q=\r\n\r\n");
+    QByteArray answer;
+    while (!answer.contains("\r\n\r\n") && socket.waitForReadyRead())
+        answer += socket.readAll();
+    socket.write(frame("{\"id\": 1, \"method\": \"Console.enable\"}"));
+    while (!answer.contains("\"id\":1") && socket.waitForReadyRead()) // comes after all messages
+        answer += socket.readAll();
+    return answer;
+}
+
 } // namespace
 
 class tst_LauncherInspector : public QObject
@@ -57,6 +82,8 @@ class tst_LauncherInspector : public QObject
 private Q_SLOTS:
     void thereIsOneInspector_data();
     void thereIsOneInspector();
+    void theInspectorKnowsWhatEveryPageWroteBefore_data();
+    void theInspectorKnowsWhatEveryPageWroteBefore();
     void aPortInUseIsToldInOneLine();
     void aGlobalPortThatIsNoneIsToldInOneLine();
 };
@@ -123,6 +150,48 @@ void tst_LauncherInspector::thereIsOneInspector()
     QCOMPARE(atFirst, pagesAtFirstPort);
     QCOMPARE(atSecond, pagesAtSecondPort);
     QCOMPARE(run.status, 0);
+}
+
+void tst_LauncherInspector::theInspectorKnowsWhatEveryPageWroteBefore_data()
+{
+    QTest::addColumn<QString>("global");
+    QTest::addColumn<QString>("second");
+
+    const QString at1 = text(", \"RemoteInspectorPort\": %1");
+    QTest::newRow("at the global port") << at1 << QString();
+    QTest::newRow("at the port of the second application") << QString() << at1;
+}
+
+// The second application opens the third one later.
+void tst_LauncherInspector::theInspectorKnowsWhatEveryPageWroteBefore()
+{
+    if (ToolkitDifferences::isQt4())
+        return; // its inspector speaks an older form of the protocol
+    QFETCH(QString, global);
+    QFETCH(QString, second);
+    const Ports ports;
+    Stage stage;
+    const QString configuration = text("{ \"Global\": { \"Version\": 1") + global
+        + text(" }, \"Applications\": [ { \"Tag\": \"one\", \"Url\": \"page.html\" },"
+               "{ \"Tag\": \"two\", \"Url\": \"opener.html\"")
+        + second + text(" }, { \"Tag\": \"three\", \"Url\": \"page.html\" } ] }");
+    stage.write("AppsConfig.json", ports.in(configuration).toLatin1());
+    stage.write("page.html", "<script>console.log('early'); zarexExt.say('ready')</script>");
+    stage.write("opener.html",
+                "<script>console.log('early'); zarexExt.say('ready');"
+                "onload = function() { zarexExt.open('three') }</script>");
+
+    QProcess process;
+    stage.start(&process, "one two");
+    QByteArray out;
+    while (out.count("says: ready") < 3 && process.waitForReadyRead(60000))
+        out += process.readAllStandardOutput();
+    for (int page = 1; page <= 3; ++page) {
+        const QByteArray shown = earlierConsole(ports.number(0), page);
+        QVERIFY2(shown.contains("\"text\":\"early\""), shown.constData());
+    }
+    process.terminate();
+    QCOMPARE(Stage::finish(&process).status, 0);
 }
 
 void tst_LauncherInspector::aPortInUseIsToldInOneLine()

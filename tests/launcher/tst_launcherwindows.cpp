@@ -24,6 +24,7 @@
 #include <QNetworkAccessManager>
 #include <QPointer>
 #include <QSignalSpy>
+#include <QTcpServer>
 #include <QTimer>
 #include <QToolBar>
 #include <QWebFrame>
@@ -104,6 +105,13 @@ public:
 
     QStringList noted;
 };
+
+int freePort()
+{
+    QTcpServer server;
+    server.listen();
+    return server.serverPort();
+}
 
 void wheel(QWidget *widget, const QPoint &at)
 {
@@ -411,6 +419,7 @@ void tst_LauncherWindows::bordersStayWhateverElseIsConfigured()
     Window window(config);
     AppConfig plain;
     plain.setUseCompositing(true);
+    plain.setRemoteInspectorPort(freePort());
     Window other(plain); // its borders are its own affair
     const QString page = text("<!DOCTYPE html><body style='margin: 0'><div style='margin: 50px;"
                               "width: 100px; height: 100px; background: #0f0;"

@@ -12,7 +12,6 @@
 #include "program/console.h"
 #include "program/userfolders.h"
 #include "effects/debugborders.h"
-#include "effects/remoteinspector.h"
 #include "values/hostname.h"
 #include "values/valuekind.h"
 #include "effects/viewsettings.h"
@@ -65,7 +64,6 @@ ApplicationView::ApplicationView(const QString &tag, ApplicationPage::Maker make
     m_layout->setSpacing(0);
     m_layout->setSizeConstraint(QLayout::SetNoConstraint); // the configured size counts
     setSurface(WebSurface::createWidget(m_page, this));
-    RemoteInspector::admit(m_page);
     if (networkAccess())
         m_page->setNetworkAccessManager(networkAccess());
     // No file reads another. The network access decides which ones can be shown.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "effects/remoteinspector.h"
 
+#include "effects/debugborders.h"
+
 #include <QString>
 #include <QTcpServer>
 #include <QWebPage>
@@ -16,6 +18,13 @@ bool isFree(quint16 port)
     return QTcpServer().listen(QHostAddress::Any, port);
 }
 
+// The inspector shows any page. Only with this it shows what a page wrote before it was looked at.
+void keepConsoles()
+{
+    QWebSettings::globalSettings()->setAttribute(QWebSettings::DeveloperExtrasEnabled, true);
+    DebugBorders::restore();
+}
+
 } // namespace
 
 QString RemoteInspector::open(QWebPage *page, quint16 port)
@@ -27,22 +36,15 @@ QString RemoteInspector::open(QWebPage *page, quint16 port)
             .arg(openPort);
     if (!isFree(port))
         return QLatin1String("the port is in use");
-    openPort = port;
-    admit(page);
     page->setProperty("_q_webInspectorServerPort", port);
-    if (!isFree(port))
-        return QString();
-    openPort = 0;
-    return QLatin1String("the engine does not open it");
+    if (isFree(port))
+        return QLatin1String("the engine does not open it");
+    openPort = port;
+    keepConsoles();
+    return QString();
 }
 
 quint16 RemoteInspector::port()
 {
     return openPort;
-}
-
-void RemoteInspector::admit(QWebPage *page)
-{
-    if (openPort != 0)
-        page->settings()->setAttribute(QWebSettings::DeveloperExtrasEnabled, true);
 }
