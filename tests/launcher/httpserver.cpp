@@ -3,6 +3,8 @@
 
 namespace {
 
+const char ignoredTarget[] = "ignoredTarget"; // a property of the sockets that wait for an answer
+
 QByteArray response(const QByteArray &status, const QByteArray &headers, const QByteArray &body)
 {
     return "HTTP/1.1 " + status + "\r\nContent-Type: text/html\r\nConnection: close\r\n" + headers
@@ -103,8 +105,11 @@ void HttpServer::read()
 
 void HttpServer::answer(QTcpSocket *socket, const HttpRequest &request)
 {
-    if (request.target == m_ignored)
+    if (request.target == m_ignored) {
+        socket->setProperty(ignoredTarget, request.target);
+        connect(socket, SIGNAL(disconnected()), SLOT(noteDeparture()));
         return;
+    }
     QByteArray bytes =
         m_answers.value(request.target, response("404 Not Found", QByteArray(), "none"));
     if (request.headers.value("proxy-authorization") != m_authorization)
@@ -112,4 +117,9 @@ void HttpServer::answer(QTcpSocket *socket, const HttpRequest &request)
                          "Proxy-Authenticate: Basic realm=\"tests\"\r\n", QByteArray());
     socket->write(bytes);
     socket->disconnectFromHost();
+}
+
+void HttpServer::noteDeparture()
+{
+    m_departures.append(sender()->property(ignoredTarget).toByteArray());
 }

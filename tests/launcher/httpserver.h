@@ -41,6 +41,9 @@ public:
     /// Never answers a target, and never closes.
     void ignore(const QByteArray &target);
 
+    /// How many clients have closed while they waited for the answer to a target that is ignored.
+    int departures(const char *target) const { return m_departures.count(target); }
+
     /// With this, whatever has no "Proxy-Authorization: VALUE" is told to come with one.
     void demandProxyAuthorization(const QByteArray &value) { m_authorization = value; }
 
@@ -62,6 +65,7 @@ protected:
 
 private Q_SLOTS:
     void read();
+    void noteDeparture();
 
 private:
     void answer(QTcpSocket *socket, const HttpRequest &request);
@@ -70,6 +74,7 @@ private:
     QList<HttpRequest> m_requests;
     QByteArray m_authorization;
     QByteArray m_ignored;
+    QList<QByteArray> m_departures; ///< targets
 };
 
 #endif // HTTPSERVER_H

@@ -24,7 +24,7 @@ Run stop(QProcess *process)
     return Stage::finish(process);
 }
 
-/// Lets the server answer until it was asked so often; false when it takes too long.
+/// Lets the server work until it was asked so often; false when it takes too long.
 bool awaitRequests(const HttpServer &server, const char *target, int count)
 {
     QElapsedTimer time;
@@ -32,6 +32,16 @@ bool awaitRequests(const HttpServer &server, const char *target, int count)
     while (server.requests(target).size() < count && time.elapsed() < 60000)
         QTest::qWait(10);
     return server.requests(target).size() >= count;
+}
+
+/// The same until a client does not wait any longer.
+bool awaitDeparture(const HttpServer &server, const char *target)
+{
+    QElapsedTimer time;
+    time.start();
+    while (server.departures(target) == 0 && time.elapsed() < 60000)
+        QTest::qWait(10);
+    return server.departures(target) > 0;
 }
 
 } // namespace
@@ -47,6 +57,9 @@ private Q_SLOTS:
     void aPageIsShownWhoseServerComesLate();
     void aServerThatCannotAnswerYetIsAskedAgain();
     void aServerThatIsSilentIsAskedAgain();
+    void aPageThatTakesTooLongIsNotWaitedForAtTheServer_data();
+    void aPageThatTakesTooLongIsNotWaitedForAtTheServer();
+    void aRefusalAfterASilenceIsTold();
     void aPageThatShowsSomethingIsLeftAlone();
     void aLaterPageComesBackToo();
     void whatWillNotLoadIsNotTriedAgain_data();
@@ -137,6 +150,66 @@ void tst_LauncherRetries::aServerThatIsSilentIsAskedAgain()
              text("nuv-launcher: tv: the page ") + server.address()
                  + text(" has not loaded after 500 ms\n"));
     QCOMPARE(run.status, 0);
+}
+
+void tst_LauncherRetries::aPageThatTakesTooLongIsNotWaitedForAtTheServer_data()
+{
+    QTest::addColumn<QByteArray>("address");
+    QTest::addColumn<QString>("arguments");
+
+    QTest::newRow("the first page of an application that nobody attends")
+        << QByteArray("%1") << text("--once --wait 60000 --timeout 300 tv other");
+    // A file is not asked for again, which would end the loading as well.
+    QTest::newRow("what a later page needs first")
+        << QByteArray("first.html") << text("--timeout 300 tv other");
+}
+
+// The launcher itself goes on.
+void tst_LauncherRetries::aPageThatTakesTooLongIsNotWaitedForAtTheServer()
+{
+    QFETCH(QByteArray, address);
+    QFETCH(QString, arguments);
+    HttpServer server;
+    server.ignore("/never");
+    const QString never = server.address("/never");
+    Stage stage;
+    Applications applications;
+    applications.add("tv", text(address.constData()).replace(text("%1"), never));
+    applications.add("other", text("other.html"));
+    stage.configure(applications.elements());
+    stage.write("other.html", "<p>");
+    stage.write("first.html",
+                "<script>onload = function() { setTimeout(function() {"
+                "location = 'second.html' }, 50) }</script>");
+    stage.write("second.html", "<script src='" + never.toLatin1() + "'></script><p>");
+    QProcess process;
+    stage.start(&process, arguments.toLatin1().constData());
+
+    QVERIFY(awaitDeparture(server, "/never"));
+
+    QCOMPARE(int(process.state()), int(QProcess::Running));
+    stop(&process);
+    QCOMPARE(server.requests("/never").size(), 1);
+}
+
+void tst_LauncherRetries::aRefusalAfterASilenceIsTold()
+{
+    HttpServer server;
+    server.ignore("/");
+    server.serveBytes("/", "HTTP/1.1 410 Gone\r\nContent-Length: 4\r\n\r\ngone");
+    Stage stage;
+    stage.configure(Stage::application("tv", server.address()));
+    QProcess process;
+    stage.start(&process, "--timeout 500 tv");
+
+    QVERIFY(awaitDeparture(server, "/"));
+    server.ignore(QByteArray());
+    QVERIFY(Stage::awaitOutput(&process, "tv  has loaded, at attempt "));
+
+    QCOMPARE(stop(&process).err,
+             text("nuv-launcher: tv: the page ") + server.address()
+                 + text(" has not loaded after 500 ms\nnuv-launcher: tv: the server refuses the page ")
+                 + server.address() + text(": 410 Gone\n"));
 }
 
 // Its picture never comes, so that the loading never ends.

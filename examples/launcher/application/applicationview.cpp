@@ -255,9 +255,7 @@ void ApplicationView::createExtension()
 // there is their own affair.
 void ApplicationView::firstLoadFinished(bool ok)
 {
-    disconnect(m_page, SIGNAL(settled(bool)), this, SLOT(firstLoadFinished(bool)));
-    connect(m_page, SIGNAL(settled(bool)), SLOT(laterLoadFinished(bool)));
-    m_timeout = 0;
+    expectLaterLoads();
     if (ok) {
         reportRefusal();
         emit loaded();
@@ -268,6 +266,13 @@ void ApplicationView::firstLoadFinished(bool ok)
         text += QLatin1String(": ") + m_page->loadError();
     m_complaint = text;
     emit failed(text);
+}
+
+void ApplicationView::expectLaterLoads()
+{
+    disconnect(m_page, SIGNAL(settled(bool)), this, SLOT(firstLoadFinished(bool)));
+    connect(m_page, SIGNAL(settled(bool)), SLOT(laterLoadFinished(bool)));
+    m_timeout = 0;
 }
 
 // What the user broke off has no error.
@@ -299,14 +304,13 @@ void ApplicationView::complain(const QString &text)
     m_complaint = text;
 }
 
+// What is loading ends by its keeper, or with the window.
 void ApplicationView::giveUp()
 {
     if (m_timeout == 0)
         return; // it loaded, or failed by itself
     const int limit = m_timeout;
-    m_timeout = 0;
-    disconnect(m_page, SIGNAL(settled(bool)), this, SLOT(firstLoadFinished(bool)));
-    m_page->triggerAction(QWebPage::Stop);
+    expectLaterLoads();
     emit failed(QString(QLatin1String("the page %1 has not loaded after %2 ms"))
                     .arg(m_address.toString(), QString::number(limit)));
 }

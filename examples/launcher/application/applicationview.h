@@ -86,6 +86,7 @@ private Q_SLOTS:
 private:
     void createExtension();
     void keepPage();
+    void expectLaterLoads();
     void useCertificate(const AppConfig &config);
     QString networkProblem() const;
     QString whyNotStarted() const;
