@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "examples/launcher/network/cookiebounds.h"
+#include "examples/launcher/network/cookiefile.h"
 #include "examples/launcher/network/cookiejar.h"
 #include "examples/launcher/program/wholefile.h"
 #include "tests/launcher/httpserver.h"
@@ -110,6 +111,7 @@ private Q_SLOTS:
     void aCookieThatIsTooLargeIsNotTaken_data();
     void aCookieThatIsTooLargeIsNotTaken();
     void expiredCookiesAreNotWrittenAgain();
+    void expiredCookiesTakeNoPlace();
     void whatIsKeptIsReadAgain();
 
     void anAbsurdFileIsToldAndReplaced_data();
@@ -290,6 +292,24 @@ void tst_LauncherCookies::expiredCookiesAreNotWrittenAgain()
     const QByteArray lines = contents(file);
     QCOMPARE(lines.count('\n'), 2);
     QVERIFY(lines.contains("lasting=1;") && lines.contains("other=1;"));
+}
+
+// One can expire while the program runs, after others that last.
+void tst_LauncherCookies::expiredCookiesTakeNoPlace()
+{
+    const QDateTime now = QDateTime::currentDateTime().toUTC();
+    QList<QNetworkCookie> cookies;
+    for (int i = 0; i < CookieBounds::ofOneDomain + 1; ++i) {
+        QNetworkCookie cookie("name" + QByteArray::number(i), "1");
+        cookie.setDomain(text("tv.example"));
+        cookie.setExpirationDate(now.addSecs(i < CookieBounds::ofOneDomain ? 1 : 0));
+        cookies.append(cookie);
+    }
+
+    const QList<QNetworkCookie> kept = CookieBounds::applied(cookies, now);
+    QCOMPARE(kept.size(), CookieBounds::ofOneDomain);
+    QCOMPARE(kept.at(0).name(), QByteArray("name0"));
+    QCOMPARE(CookieFile::toLines(cookies, now).count('\n'), CookieBounds::ofOneDomain);
 }
 
 // Whatever a server sends.

@@ -3,6 +3,7 @@
 #include "examples/launcher/application/applicationpage.h"
 #include "examples/launcher/application/applicationview.h"
 #include "examples/launcher/application/websurface.h"
+#include "examples/launcher/network/configuredaccess.h"
 #include "examples/launcher/network/launchernetwork.h"
 #include "examples/launcher/unattended/windowpicture.h"
 #include "tests/launcher/output.h"
@@ -15,6 +16,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QDropEvent>
+#include <QFileDialog>
 #include <QImage>
 #include <QMimeData>
 #include <QTimerEvent>
@@ -54,6 +56,15 @@ public:
     QString answer(const char *script) const
     {
         return frame()->evaluateJavaScript(text(script)).toString();
+    }
+
+    /// Waits until the page has done all that it had put off.
+    void settle() const
+    {
+        answer("isSettled = false; setTimeout(function() { setTimeout(function() {"
+               "isSettled = true }, 0) }, 0)");
+        for (int i = 0; i < 2000 && answer("isSettled") != text("true"); ++i)
+            QTest::qWait(10);
     }
 
     void turnWheel(const QPoint &at) const
@@ -101,7 +112,9 @@ protected:
         QWidget *shown = menu ? menu : QApplication::activeModalWidget();
         if (!shown)
             return;
-        seen << text(shown->metaObject()->className());
+        const QFileDialog *dialog = qobject_cast<QFileDialog *>(shown);
+        const bool isForMany = dialog && dialog->fileMode() == QFileDialog::ExistingFiles;
+        seen << text(shown->metaObject()->className()) + text(isForMany ? "(many)" : "");
         shown->close();
     }
 };
@@ -127,6 +140,9 @@ private Q_SLOTS:
 
     void anAddressThatIsNoneFailsWithItsReason_data();
     void anAddressThatIsNoneFailsWithItsReason();
+    void anEndWithoutAReasonIsGivenOne();
+    void onlyTheUserScriptHasLines_data();
+    void onlyTheUserScriptHasLines();
     void anEmptyPageIsAPage();
     void aPictureHasTheLayersOfThePage_data();
     void aPictureHasTheLayersOfThePage();
@@ -232,12 +248,14 @@ void tst_LauncherPages::onlyTheChromeOffersMenusFilesAndDrops()
     curtain.seen.clear();
     QTest::mouseClick(window.canvas(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 20));
     QTest::mouseClick(window.canvas(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 60));
-    QTest::qWait(50);
-    QCOMPARE(curtain.seen.join(text(" ")), text(chrome ? "QFileDialog QFileDialog" : ""));
+    window.settle();
+    QCOMPARE(curtain.seen.join(text(" ")), text(chrome ? "QFileDialog QFileDialog(many)" : ""));
 
     const QString dropped = m_folder.write(text("dropped.html"), "<p>");
     window.drop(QUrl::fromLocalFile(dropped), QPoint(300, 150));
-    for (int i = 0; i < (chrome ? 1000 : 20) && !window.frame()->url().isLocalFile(); ++i)
+    if (!chrome)
+        window.settle();
+    for (int i = 0; i < 2000 && chrome && !window.frame()->url().isLocalFile(); ++i)
         QTest::qWait(10);
     QCOMPARE(window.frame()->url().isLocalFile(), chrome);
 }
@@ -266,7 +284,7 @@ void tst_LauncherPages::nobodyOffersDownloadsOrPrints()
     QTest::mouseClick(window.canvas(), Qt::LeftButton, Qt::NoModifier, QPoint(10, 50));
     QTest::keyClick(window.canvas(), Qt::Key_P, Qt::ControlModifier);
     QTest::keyClick(window.canvas(), Qt::Key_S, Qt::ControlModifier);
-    QTest::qWait(50);
+    window.settle();
 
     QCOMPARE(curtain.seen.join(text(" ")), QString());
     QCOMPARE(QDir(m_folder.path()).entryList(), before);
@@ -321,6 +339,51 @@ void tst_LauncherPages::anAddressThatIsNoneFailsWithItsReason()
     QCOMPARE(linesAfter("shown  answers: ", shown.out).join(QString()),
              text("\"it has no usable Url\""));
     QCOMPARE(shown.status, 1);
+}
+
+// Only the engine of Qt 4 ends a page without a word.
+void tst_LauncherPages::anEndWithoutAReasonIsGivenOne()
+{
+    const QScopedPointer<ApplicationPage> page(ApplicationPage::make(nullptr));
+    page->setNetworkAccessManager(new ConfiguredAccess(page.data()));
+
+    QVERIFY(QMetaObject::invokeMethod(page.data(), "judge", Q_ARG(bool, false)));
+    QCOMPARE(page->loadError(), text("Request blocked"));
+    QVERIFY(!page->mayLoadLater());
+
+    page->showError(QUrl(), text("no certificate"));
+    QVERIFY(QMetaObject::invokeMethod(page.data(), "judge", Q_ARG(bool, false)));
+    QCOMPARE(page->loadError(), text("no certificate"));
+}
+
+void tst_LauncherPages::onlyTheUserScriptHasLines_data()
+{
+    QTest::addColumn<int>("line");
+    QTest::addColumn<QString>("place");
+
+    QTest::newRow("in one of the launcher's own scripts") << 10000 << QString();
+    QTest::newRow("in the user script")
+        << 10001 << text(ToolkitDifferences::either("", "user.js:1: "));
+}
+
+// It begins at line 10001, all others end before.
+void tst_LauncherPages::onlyTheUserScriptHasLines()
+{
+    QFETCH(int, line);
+    QFETCH(QString, place);
+    Window window((AppConfig()));
+    window.view().page()->setUserScript(text("/scripts/user.js"), QString());
+    QString told;
+    {
+        Output out(stdout);
+        window.frame()->evaluateJavaScript(QString(line - 1, QLatin1Char('\n'))
+                                           + text("nosuch()"));
+        told = out.text();
+    }
+
+    QCOMPARE(told,
+             text("tv  console: ") + place
+                 + text("ReferenceError: Can't find variable: nosuch\n"));
 }
 
 void tst_LauncherPages::anEmptyPageIsAPage()

@@ -11,10 +11,11 @@ namespace {
 const char helloPage[] = "<script>onload = function() { zarexExt.say('hello') }</script>";
 const char brokenAnswer[] = "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n";
 
-QByteArray unavailable()
+QByteArray unavailable(const QByteArray &words)
 {
     return "HTTP/1.1 503 Service Unavailable\r\nContent-Type: text/html\r\nConnection: close\r\n"
-           "Content-Length: 4\r\n\r\nlate";
+           "Content-Length: "
+        + QByteArray::number(words.size()) + "\r\n\r\n" + words;
 }
 
 /// Ends the launcher as its service manager would.
@@ -55,7 +56,9 @@ private Q_SLOTS:
 
     void aPageIsShownWhoseServerComesLate_data();
     void aPageIsShownWhoseServerComesLate();
+    void aServerThatCannotAnswerYetIsAskedAgain_data();
     void aServerThatCannotAnswerYetIsAskedAgain();
+    void aPageWhosePictureCannotComeIsLeftAlone();
     void aServerThatIsSilentIsAskedAgain();
     void aPageThatTakesTooLongIsNotWaitedForAtTheServer_data();
     void aPageThatTakesTooLongIsNotWaitedForAtTheServer();
@@ -113,10 +116,19 @@ void tst_LauncherRetries::aPageIsShownWhoseServerComesLate()
     QCOMPARE(run.status, 0);
 }
 
+void tst_LauncherRetries::aServerThatCannotAnswerYetIsAskedAgain_data()
+{
+    QTest::addColumn<QByteArray>("words");
+
+    QTest::newRow("with words") << QByteArray("late");
+    QTest::newRow("without a word") << QByteArray();
+}
+
 void tst_LauncherRetries::aServerThatCannotAnswerYetIsAskedAgain()
 {
+    QFETCH(QByteArray, words);
     HttpServer server;
-    server.serveBytes("/", unavailable());
+    server.serveBytes("/", unavailable(words));
     Stage stage;
     stage.configure(Stage::application("tv", server.address()));
     QProcess process;
@@ -128,6 +140,25 @@ void tst_LauncherRetries::aServerThatCannotAnswerYetIsAskedAgain()
 
     QCOMPARE(server.requests("/").size(), 2);
     QCOMPARE(stop(&process).status, 0);
+}
+
+void tst_LauncherRetries::aPageWhosePictureCannotComeIsLeftAlone()
+{
+    HttpServer server;
+    server.serveBytes("/picture", unavailable("late"));
+    server.serve("/",
+                 "<img src='/picture'><script>onload = function() { setTimeout(function() {"
+                 "zarexExt.say('still here') }, 50) }</script>");
+    Stage stage;
+    stage.configure(Stage::application("tv", server.address()));
+    QProcess process;
+    stage.start(&process, "tv");
+
+    QVERIFY(Stage::awaitOutput(&process, "tv  says: still here\n"));
+    const Run run = stop(&process);
+
+    QVERIFY2(!run.out.contains(text("tried again")), qPrintable(run.out));
+    QCOMPARE(server.requests("/picture").size(), 1);
 }
 
 void tst_LauncherRetries::aServerThatIsSilentIsAskedAgain()

@@ -113,6 +113,12 @@ int freePort()
     return server.serverPort();
 }
 
+/// Whether the layer of a page is painted, which comes some time after the page.
+bool hasLayer(ApplicationView &view)
+{
+    return pictureOf(view).pixel(100, 60) == 0xff00ff00u;
+}
+
 void wheel(QWidget *widget, const QPoint &at)
 {
     QWheelEvent event = ToolkitDifferences::wheelNotch(at, widget->mapToGlobal(at));
@@ -360,6 +366,7 @@ void tst_LauncherWindows::aPageThatMayNotScrollDoesNot()
     config.setProhibitMainFrameScrolling(prohibited);
     Window window(config);
     window.load(QUrl::fromLocalFile(m_folder.filePath(text("high.html"))));
+    window.answer("scrollings = 0; addEventListener('scroll', function() { ++scrollings }, true)");
 
     if (how == text("script"))
         window.answer("scrollTo(0, 200)");
@@ -369,11 +376,14 @@ void tst_LauncherWindows::aPageThatMayNotScrollDoesNot()
         QTest::keyClick(window.surface(), Qt::Key_PageDown);
     else
         window.answer("location = '#end'");
-    QTest::qWait(100); // it is taken back at the event, which comes later
+    for (int i = 0; i < 2000 && window.answer("scrollings") == text("0"); ++i)
+        QTest::qWait(10); // it is taken back at the event, which comes later
 
+    window.answer("scrollings = 0");
     QCOMPARE(window.frame()->scrollPosition().y() > 0, !prohibited);
     wheel(window.surface(), QPoint(50, 50 - qMin(50, window.frame()->scrollPosition().y())));
-    QTest::qWait(50);
+    for (int i = 0; i < 2000 && window.answer("scrollings") == text("0"); ++i)
+        QTest::qWait(10);
     QVERIFY(!prohibited || window.answer("document.getElementById('part').scrollTop") != text("0"));
 }
 
@@ -427,7 +437,8 @@ void tst_LauncherWindows::bordersStayWhateverElseIsConfigured()
 
     window.frame()->setHtml(page);
     other.frame()->setHtml(page);
-    QTest::qWait(100);
+    for (int i = 0; i < 2000 && !(hasLayer(window.view()) && hasLayer(other.view())); ++i)
+        QTest::qWait(10);
 
     QCOMPARE(pictureOf(window.view()).pixel(100, 50) != 0xff00ff00u,
              ToolkitDifferences::hasBordersOfLayers());
@@ -501,8 +512,10 @@ void tst_LauncherWindows::aKeptWindowIsShownAgainAsItWas()
     Options options;
     options.parse(QStringList() << text("kept") << text("other"));
     Launcher launcher(options);
+    QSignalSpy settled(&launcher, SIGNAL(settled()));
     QVERIFY(launcher.start());
-    QTest::qWait(200);
+    for (int i = 0; i < 2000 && settled.isEmpty(); ++i)
+        QTest::qWait(10);
     QPointer<ApplicationView> kept;
     QPointer<ApplicationView> other;
     const QWidgetList windows = QApplication::topLevelWidgets();

@@ -192,9 +192,14 @@ QString heightOfTheItem(ApplicationView &view)
 QString scrolling(ApplicationView &view)
 {
     load(view, file("high.html"));
-    answer(view, "scrollTo(0, 500); document.getElementById('part').scrollTop = 70");
-    QTest::qWait(50); // the event comes later than the scrolling
-    return answer(view, "scrollY + ' ' + document.getElementById('part').scrollTop");
+    answer(view,
+           "scrolled = []; addEventListener('scroll', function(event) {"
+           "scrolled.push(event.target) }, true);"
+           "scrollTo(0, 500); document.getElementById('part').scrollTop = 70");
+    return answerInTime(view, // the events come later than the scrolling
+                        "var part = document.getElementById('part');"
+                        "scrolled.indexOf(document) < 0 || scrolled.indexOf(part) < 0"
+                        "? 'waiting' : scrollY + ' ' + part.scrollTop");
 }
 
 QString focusAfterAnArrowKey(ApplicationView &view)
@@ -361,8 +366,12 @@ QString applicationCache(ApplicationView &view)
     server.serve("/", "<html manifest='manifest'><p>a page");
     server.serve("/manifest", "CACHE MANIFEST\n", "Content-Type: text/cache-manifest\r\n");
     load(view, QUrl(server.address()));
-    for (int i = 0; i < 20 && server.requests("/manifest").isEmpty(); ++i)
-        QTest::qWait(10);
+    // What a page asks for after its manifest is answered after that, the second one at the latest.
+    answer(view,
+           "later = 'waiting'; function ask(whenAnswered) { var request = new XMLHttpRequest;"
+           "request.onload = whenAnswered; request.open('GET', '/'); request.send() }"
+           "ask(function() { ask(function() { later = 'answered' }) })");
+    answerInTime(view, "later");
     return yesOrNo(!server.requests("/manifest").isEmpty());
 }
 

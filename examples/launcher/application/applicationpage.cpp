@@ -175,8 +175,8 @@ void ApplicationPage::forgetLoadError()
         return;
     m_loadError.clear();
     m_mayLoadLater = false;
-    const ConfiguredAccess *access = configuredAccess();
-    m_requestsBefore = access ? access->requestCount() : 0;
+    if (const ConfiguredAccess *access = configuredAccess())
+        m_requestsBefore = access->requestCount();
 }
 
 const ConfiguredAccess *ApplicationPage::configuredAccess() const

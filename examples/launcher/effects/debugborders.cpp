@@ -25,7 +25,6 @@ void tellTheEngine(QWebPage *page, bool shown)
 void DebugBorders::show(QWebPage *page, bool shown)
 {
     tellTheEngine(page, shown);
-    withBorders.removeAll(nullptr);
     withBorders.removeAll(page);
     if (shown)
         withBorders.append(page);

@@ -62,11 +62,6 @@ LocalFiles &ConfiguredAccess::localFiles()
     return m_files;
 }
 
-QString ConfiguredAccess::connectionProblem() const
-{
-    return m_problem;
-}
-
 QString ConfiguredAccess::reason(const QUrl &url, const QString &words) const
 {
     if (url != m_failedUrl || m_explanation.isEmpty())
@@ -141,8 +136,6 @@ void ConfiguredAccess::watchEnd(QNetworkReply *reply)
     m_failedUrl = reply->url();
     m_wasBrokenOff = note == ResponseLimit::reason();
     m_explanation = explain(*reply, note);
-    if (isHandshakeFailure(*reply))
-        m_problem = m_explanation;
 }
 
 void ConfiguredAccess::noteLength(const QNetworkReply &reply)

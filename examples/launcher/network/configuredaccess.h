@@ -31,10 +31,6 @@ public:
 
     LocalFiles &localFiles();
 
-    /// Why the last connection that failed did so, as far as certificates are concerned; empty when
-    /// they are not.
-    QString connectionProblem() const;
-
     /// Why the request for `url` that has just failed did so. `words` is what the engine knows of it.
     QString reason(const QUrl &url, const QString &words) const;
 
@@ -68,7 +64,6 @@ private:
     QStringList m_certificateDomains;
     LocalFiles m_files;
     QHash<QNetworkReply *, QString> m_notes; ///< why a request is about to fail
-    QString m_problem;
     QUrl m_failedUrl; ///< of the last request that failed
     QString m_explanation; ///< why it did, beyond the words of the toolkit
     bool m_wasBrokenOff; ///< by this object, so that these words mean nothing

@@ -28,7 +28,7 @@ QNetworkAccessManager *LauncherNetwork::impl()
 
 QString LauncherNetwork::problem() const
 {
-    return m_certificateProblem.isEmpty() ? m_access->connectionProblem() : m_certificateProblem;
+    return m_certificateProblem;
 }
 
 LauncherNetworkFactory::LauncherNetworkFactory()

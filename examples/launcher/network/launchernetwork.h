@@ -32,9 +32,9 @@ public:
 
     QNetworkAccessManager *impl() override;
 
-    /// Why there is no network access, or else why the last secure connection that failed did so;
-    /// empty when nothing is known. A property, as the library's interface has no place for it: a
-    /// launcher asks for it by its name, and goes without where another network module has none.
+    /// Why there is no network access; empty when there is one. A property, as the library's interface
+    /// has no place for it: a launcher asks for it by its name, and goes without where another network
+    /// module has none.
     QString problem() const;
 
 private:
