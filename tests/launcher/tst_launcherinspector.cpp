@@ -61,9 +61,10 @@ QByteArray earlierConsole(quint16 port, int page)
     socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
     if (!socket.waitForConnected())
         return "no inspector";
-    socket.write("GET /devtools/page/" + QByteArray::number(page)
-                 + " HTTP/1.1\r\nHost: localhost\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
-                   "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: dGhlIGtleSBvZiBhIHRlc3Q=\r\n\r\n");
+    socket.write(
+        "GET /devtools/page/" + QByteArray::number(page)
+        + " HTTP/1.1\r\nHost: localhost\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+          "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: dGhlIGtleSBvZiBhIHRlc3Q=\r\n\r\n");
     QByteArray answer;
     while (!answer.contains("\r\n\r\n") && socket.waitForReadyRead())
         answer += socket.readAll();

@@ -376,14 +376,12 @@ void tst_LauncherPages::onlyTheUserScriptHasLines()
     QString told;
     {
         Output out(stdout);
-        window.frame()->evaluateJavaScript(QString(line - 1, QLatin1Char('\n'))
-                                           + text("nosuch()"));
+        window.frame()->evaluateJavaScript(QString(line - 1, QLatin1Char('\n')) + text("nosuch()"));
         told = out.text();
     }
 
     QCOMPARE(told,
-             text("tv  console: ") + place
-                 + text("ReferenceError: Can't find variable: nosuch\n"));
+             text("tv  console: ") + place + text("ReferenceError: Can't find variable: nosuch\n"));
 }
 
 void tst_LauncherPages::anEmptyPageIsAPage()

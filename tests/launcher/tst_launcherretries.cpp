@@ -237,10 +237,11 @@ void tst_LauncherRetries::aRefusalAfterASilenceIsTold()
     server.ignore(QByteArray());
     QVERIFY(Stage::awaitOutput(&process, "tv  has loaded, at attempt "));
 
-    QCOMPARE(stop(&process).err,
-             text("nuv-launcher: tv: the page ") + server.address()
-                 + text(" has not loaded after 500 ms\nnuv-launcher: tv: the server refuses the page ")
-                 + server.address() + text(": 410 Gone\n"));
+    QCOMPARE(
+        stop(&process).err,
+        text("nuv-launcher: tv: the page ") + server.address()
+            + text(" has not loaded after 500 ms\nnuv-launcher: tv: the server refuses the page ")
+            + server.address() + text(": 410 Gone\n"));
 }
 
 // Its picture never comes, so that the loading never ends.

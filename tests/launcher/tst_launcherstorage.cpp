@@ -209,7 +209,7 @@ void tst_LauncherStorage::aQuotaHoldsFromItsFirstStart()
         const char *outcome;
     } starts[] = {
         { "150000", "too much" }, { "1000000", "fits" }, { "150000", lowered },
-        { "0", lowered },         { "2000000", "fits" },   { "500000", lowered }, // 400000 are in use
+        { "0", lowered },         { "2000000", "fits" }, { "500000", lowered }, // 400000 are in use
     };
     for (const auto &start : starts) {
         stage.configure(Stage::application("tv", text("page.html"),
