@@ -88,24 +88,6 @@ const char *const insertions[] = {
     "\xc2\xa0", "\x01", "null", "<!-- "
 };
 
-// The fewest letters to change, to add or to take away that make the name a part of the letters.
-int mistakesIn(const QByteArray &letters, const QByteArray &name)
-{
-    std::vector<int> row(size_t(name.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    int fewest = name.size();
-    for (const char letter : letters) {
-        int diagonal = row[0];
-        for (size_t i = 1; i < row.size(); ++i) {
-            const int changed = diagonal + (name.at(int(i) - 1) != letter);
-            diagonal = row[i];
-            row[i] = std::min(changed, std::min(row[i], row[i - 1]) + 1);
-        }
-        fewest = std::min(fewest, row.back());
-    }
-    return fewest;
-}
-
 QByteArray lettersOf(const QByteArray &bytes)
 {
     QByteArray letters;
@@ -151,7 +133,7 @@ bool looksLikeAddress(const QByteArray &bytes)
 {
     if (bytes.contains("usr:") || bytes.contains("me:"))
         return true;
-    const bool isProxy = mistakesIn(lettersOf(bytes), "httpproxy") <= 2;
+    const bool isProxy = SecretFiles::mistakesIn(lettersOf(bytes), "httpproxy") <= 2;
     const bool hasHost = bytes.contains("me.") && !isProxy;
     return isProxy || (!hasHost && (bytes.contains("//") || bytes.contains(":/")));
 }
@@ -178,11 +160,29 @@ bool isRecognizable(const SecretFile &file, const QByteArray &sound, const Place
                 && looksLikeAddress(file.bytes))
             || (hasUser(file.bytes) && countOfSigns(file.secret) == 0);
     const QByteArray letters = lettersOf(file.bytes);
-    return mistakesIn(letters, "passphrase") <= 2 || mistakesIn(letters, "password") <= 1
-        || (place.belongsToCertificate && mistakesIn(letters, "certificate") <= 2);
+    return SecretFiles::mistakesIn(letters, "passphrase") <= 2
+        || SecretFiles::mistakesIn(letters, "password") <= 1
+        || (place.belongsToCertificate && SecretFiles::mistakesIn(letters, "certificate") <= 2);
 }
 
 } // namespace
+
+int SecretFiles::mistakesIn(const QByteArray &letters, const QByteArray &name)
+{
+    std::vector<int> row(size_t(name.size()) + 1);
+    std::iota(row.begin(), row.end(), 0);
+    int fewest = name.size();
+    for (const char letter : letters) {
+        int diagonal = row[0];
+        for (size_t i = 1; i < row.size(); ++i) {
+            const int changed = diagonal + (name.at(int(i) - 1) != letter);
+            diagonal = row[i];
+            row[i] = std::min(changed, std::min(row[i], row[i - 1]) + 1);
+        }
+        fewest = std::min(fewest, row.back());
+    }
+    return fewest;
+}
 
 QByteArray SecretFiles::secretFor(bool isInAddress)
 {

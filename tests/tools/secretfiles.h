@@ -22,6 +22,9 @@ public:
 
     SecretFile next();
 
+    /// The fewest letters to change, to add or to take away that make the name a part of the letters.
+    static int mistakesIn(const QByteArray &letters, const QByteArray &name);
+
 private:
     int below(int limit) { return int(m_random() % unsigned(limit)); }
     template<typename T, size_t N>

@@ -7,23 +7,17 @@ namespace {
 
 const int EscapeSize = 6; ///< of \u and four digits
 
-// The library takes the four bytes whatever they are. One that is no digit counts as 0.
-ushort numbered(const char *digits)
+// The library takes two digits at a time, whatever they are: a sign or a blank may be one of them.
+int numberedByte(const char *digits)
 {
-    ushort code = 0;
-    for (int i = 0; i < 4; ++i) {
-        bool isDigit = false;
-        const ushort digit = QByteArray(digits + i, 1).toUShort(&isDigit, 16);
-        code = ushort(code << 4 | (isDigit ? digit : 0));
-    }
-    return code;
+    return QByteArray(digits, 2).toInt(nullptr, 16) & 0xff;
 }
 
 QChar named(char letter)
 {
     const char letters[] = "bfnrt";
     const char characters[] = "\b\f\n\r\t";
-    const char *const found = letter ? std::strchr(letters, letter) : nullptr;
+    const char *const found = std::strchr(letters, letter);
     return QLatin1Char(found ? characters[found - letters] : letter);
 }
 
@@ -31,17 +25,16 @@ QChar named(char letter)
 
 DecodedText::DecodedText(const QByteArray &bytes, int begin, int end)
 {
-    m_text.reserve(end - begin);
-    m_offsets.reserve(size_t(end - begin) + 1);
     while (begin < end) {
         m_offsets.push_back(begin);
         if (bytes.at(begin) != '\\' || begin + 1 == end) {
             m_text += QLatin1Char(bytes.at(begin++));
             continue;
         }
-        const bool isNumber = bytes.at(begin + 1) == 'u' && begin + EscapeSize <= end;
-        m_text +=
-            isNumber ? QChar(numbered(bytes.constData() + begin + 2)) : named(bytes.at(begin + 1));
+        const char *const escape = bytes.constData() + begin + 1;
+        const bool isNumber = *escape == 'u' && begin + EscapeSize <= end;
+        m_text += isNumber ? QChar(numberedByte(escape + 1) << 8 | numberedByte(escape + 3))
+                           : named(*escape);
         begin += isNumber ? EscapeSize : 2;
     }
     m_offsets.push_back(end);

@@ -73,6 +73,7 @@ bool holdsMore(const LineWord &word)
                        [](QChar c) { return QString(QLatin1String(",{}[]")).contains(c); });
 }
 
+// No word has an index below 0, which is a very large one.
 bool isMarkAt(const std::vector<LineWord> &words, size_t index, char mark)
 {
     return index < words.size() && words[index].isMark(mark);
@@ -98,17 +99,17 @@ bool isSoundWord(const std::vector<LineWord> &words, size_t i)
     const LineWord &word = words[i];
     bool isNumber = false;
     word.text.toDouble(&isNumber);
-    const bool isMember = i > 0 && isMarkAt(words, i - 1, ':');
+    const bool isMember = isMarkAt(words, i - 1, ':');
     const bool isDoubled = i > 0 && isValue(word) && isValue(words[i - 1]);
     switch (word.type) {
     case LineWord::Text:
-        return !isDoubled && !(i > 0 && isLone(words, i))
+        return !isDoubled && !isLone(words, i)
             && (!hasSign(word) || (isMember && isWholeAddress(words, i)));
     case LineWord::Bare:
         return !isDoubled && (isNumber || SecretNames::isKnown(word.text));
     case LineWord::Mark:
         return !word.isMark('=') && !word.isMark(';')
-            && !(i > 1 && word.isMark(':') && isMarkAt(words, i - 2, ':'));
+            && !(word.isMark(':') && (isMember || isMarkAt(words, i - 2, ':')));
     case LineWord::OpenText:
         break;
     }
@@ -281,7 +282,7 @@ void SecretLines::addWords(const std::vector<LineWord> &words)
         const bool isSpared = i >= 2 && LineWord::isMember(words, i - 2)
             && !SecretNames::isSecret(words[i - 2].text) && !SecretNames::isSecret(word.text)
             && !hasSign(word) && !hasPort(word) && !(hasSigns && isAddress(word))
-            && !holdsMore(word) && !words[i - 2].text.startsWith(QLatin1Char('_'))
+            && !holdsMore(word) && SecretNames::isRead(words[i - 2].text)
             && !SecretNames::isProxy(words[i - 2].text);
         if (!isSpared)
             m_ranges.push_back({ word.begin, word.end });

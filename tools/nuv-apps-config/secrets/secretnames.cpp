@@ -165,6 +165,11 @@ bool SecretNames::isKnown(const QString &word)
     return known.contains(word);
 }
 
+bool SecretNames::isRead(const QString &key)
+{
+    return isKnown(key) && !key.startsWith(QLatin1Char('_'));
+}
+
 bool SecretNames::isMeant(const QString &key)
 {
     const int mostOthers = 2; // more are no mistakes in a key, but what follows it

@@ -26,6 +26,9 @@ int endOfCertificateName(const QString &text);
 /// Whether the word is a key of the configuration, true, false or null.
 bool isKnown(const QString &word);
 
+/// Whether it is one whose value the library reads, which that of a remark is not: somebody's own words.
+bool isRead(const QString &key);
+
 /// Whether the word is a key that somebody meant to write, though it is none.
 bool isMeant(const QString &key);
 

@@ -11,11 +11,6 @@ namespace {
 const int LongestPiece = 65536;
 const int LongestName = 64;
 
-bool isRead(const QString &key)
-{
-    return SecretNames::isKnown(key) && !key.startsWith(QLatin1String("_comment"));
-}
-
 // Whether key and value are the two pieces of an address with a password: "http://me:se": "cret@host".
 bool arePieces(const QString &key, const Node &value)
 {
@@ -62,20 +57,19 @@ void SecretNodes::find()
 void SecretNodes::findInMember(const Node::Child &member, const Surroundings &around)
 {
     const Node &value = m_document.at(member);
-    const bool isKnown = isRead(member.key);
-    const bool isSecret = SecretNames::isSecret(member.key);
-    const bool isHidden = !isKnown && (isSecret || around.isCertificate);
+    const bool isRead = SecretNames::isRead(member.key);
     const bool isShown = SecretNames::isKnown(member.key) || SecretNames::isMeant(member.key);
-    const bool isPiece = !isKnown && arePieces(member.key, value);
+    const bool isHidden = SecretNames::isSecret(member.key) || (around.isCertificate && !isRead)
+        || arePieces(member.key, value);
     const bool hasSign = member.key.contains(QLatin1Char('@')); // as the rest of an address
-    if (hasSign || (!isShown && (isHidden || isPiece)))
+    if (hasSign || (isHidden && !isShown))
         add(member.keyBegin, member.keyEnd);
     else if (!isShown)
         findInText(member.keyBegin, member.keyEnd, false, false);
-    if (isSecret || isHidden || isPiece)
+    if (isHidden)
         add(value.begin, value.end);
     else if (value.type == Node::Text)
-        findInText(value.begin, value.end, m_surroundings[size_t(member.node)].isProxy, isKnown);
+        findInText(value.begin, value.end, m_surroundings[size_t(member.node)].isProxy, isRead);
 }
 
 void SecretNodes::findInElement(const Node &element, const Surroundings &around)

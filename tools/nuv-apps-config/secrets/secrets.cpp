@@ -66,12 +66,12 @@ QString maskedAddress(const QString &path, const QString &text)
 }
 
 // Whether the value under that path is secret as a whole: one with the key of a secret in it, or in a
-// certificate one of an unknown key.
+// certificate one of an unknown key or a remark.
 bool isSecretPath(const QString &path)
 {
     bool isInCertificate = false;
     for (const QString &key : path.split(QLatin1Char('/'))) {
-        if (SecretNames::isSecret(key) || (isInCertificate && !SecretNames::isKnown(key)))
+        if (SecretNames::isSecret(key) || (isInCertificate && !SecretNames::isRead(key)))
             return true;
         isInCertificate = isInCertificate || SecretNames::isCertificate(key);
     }
@@ -182,8 +182,9 @@ QVariant Secrets::value(const QString &path, const QVariant &value) const
 {
     const QVariant result = shown(path, value);
     const QString key = path.section(QLatin1Char('/'), -1);
-    const bool isKnown = SecretNames::isKnown(key) && !key.startsWith(QLatin1Char('_'));
-    return isKnown || result.userType() != QMetaType::QString ? result : text(result.toString());
+    return SecretNames::isRead(key) || result.userType() != QMetaType::QString
+        ? result
+        : text(result.toString());
 }
 
 QVariant Secrets::shown(const QString &path, const QVariant &value)
