@@ -11,6 +11,7 @@
 #include "tests/support/testmain.h"
 #include "tests/tools/childcall.h"
 #include "tests/tools/randomconfigurations.h"
+#include "tools/nuv-apps-config/analysis/libraryview.h"
 #include "tools/nuv-apps-config/commands/program.h"
 
 #include <QBuffer>
@@ -18,8 +19,11 @@
 #include <QRegularExpression>
 #include <QSettings>
 
+#include <csignal>
 #include <cstdio>
 #include <cstring>
+
+#include <sys/resource.h>
 
 /// What nuv-apps-config says of a file is what a program that is linked to the library gets from it.
 /// NUV_TEST_FILES sets how many files are tried, NUV_TEST_SEED which.
@@ -34,6 +38,7 @@ private slots:
     void keysAreThoseOfAnySettings();
     void checkSaysWhatTheLauncherWillSee();
     void diffFindsWhatDiffersForTheLauncher();
+    void saysThatThereIsNoMemoryForAFile();
 
 private:
     // The next file that does not keep the loader busy, at its path.
@@ -425,6 +430,27 @@ void tst_Agreement::diffFindsWhatDiffersForTheLauncher()
 // it calls the test.
 static const bool isTimeEnough = qEnvironmentVariableIsSet("QTEST_FUNCTION_TIMEOUT")
     || qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(300000 + 1000 * qint64(fileCount())));
+
+// Where the copy cannot be written, nothing is said that the library would say of a part of it.
+void tst_Agreement::saysThatThereIsNoMemoryForAFile()
+{
+    const QByteArray bytes = "{ \"Global\": { \"Version\": 1 }, \"Applications\": [] }";
+    rlimit usual = {};
+    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    for (int room = 0; room <= bytes.size(); room += 7) {
+        QString error;
+        const rlimit limit = { rlim_t(room), usual.rlim_max };
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        const auto view = LibraryView::load(bytes, &error);
+        ::setrlimit(RLIMIT_FSIZE, &usual);
+        QVERIFY(!view);
+        QCOMPARE(error, QString(QLatin1String("there is not enough memory for this file")));
+    }
+    std::signal(SIGXFSZ, handler);
+    QString error;
+    QVERIFY(LibraryView::load(bytes, &error));
+}
 
 NUV_TEST_MAIN(tst_Agreement)
 #include "tst_agreement.moc"

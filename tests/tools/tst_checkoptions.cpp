@@ -21,6 +21,8 @@ private slots:
     void anIgnoredRuleFindsNothingAndNothingElseChanges();
     void aFileIgnoresARuleInOneObject_data();
     void aFileIgnoresARuleInOneObject();
+    void whatIsIgnoredInVainIsSaid_data();
+    void whatIsIgnoredInVainIsSaid();
     void aFileThatIgnoresARuleChangesNothingElse();
     void theExitStatusFollowsTheOptions_data();
     void theExitStatusFollowsTheOptions();
@@ -218,6 +220,7 @@ void tst_CheckOptions::aFileIgnoresARuleInOneObject_data()
         "unused-ignore");
     row("a remark", "{ \"Tag\": \"a\", \"Url\": \"http://a/\", \"_comment check\": \"the port\" }",
         "");
+    row("another key", "{ \"Tag\": \"a\", \"_comment\": \"ignore no-address\" }", "no-address");
     row("no string", "{ \"Tag\": \"a\", \"Url\": \"http://a/\", \"_comment check\": [ 1 ] }", "");
 }
 
@@ -227,6 +230,44 @@ void tst_CheckOptions::aFileIgnoresARuleInOneObject()
     const QByteArray bytes =
         "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ " + applications + " ] }";
     QTEST(rulesOf(bytes).join(QLatin1Char(' ')), "expected");
+}
+
+void tst_CheckOptions::whatIsIgnoredInVainIsSaid_data()
+{
+    QTest::addColumn<QByteArray>("remark");
+    QTest::addColumn<QString>("said");
+
+    const auto row = [](const char *name, const char *remark, const char *said) {
+        QTest::newRow(name) << QByteArray(remark) << QString(QLatin1String(said));
+    };
+    row("what is not there", "ignore two-names",
+        "\"two-names\" finds nothing here that could be ignored; remove it");
+    row("one of two", "ignore two-names, no-address",
+        "\"two-names\" finds nothing here that could be ignored");
+    row("a rule in another spelling", "ignore no-adress",
+        "there is no rule \"no-adress\"; did you mean no-address?");
+    row("no rule", "ignore everything", "there is no rule \"everything\"");
+    row("an error of the syntax", "ignore comment",
+        "\"comment\" cannot be ignored: the library reads nothing of such a file");
+}
+
+void tst_CheckOptions::whatIsIgnoredInVainIsSaid()
+{
+    QFETCH(QByteArray, remark);
+    QFETCH(QString, said);
+    const QByteArray bytes = "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ { \"Tag\": "
+                             "\"a\", \"_comment check\": \""
+        + remark + "\" } ] }";
+    const auto analysis = analyse(QLatin1String("test"), bytes, m_folder.path());
+    const std::vector<Finding> &all = analysis->findings.all();
+    const auto found = std::find_if(all.begin(), all.end(), [](const Finding &finding) {
+        return finding.rule == QByteArray("unused-ignore");
+    });
+    QVERIFY(found != all.end());
+    const QString hint = found->hint.isEmpty() ? QString() : QLatin1String("; ") + found->hint;
+    QCOMPARE(found->text + hint, said);
+    QCOMPARE(bytes.mid(found->offset, found->length), "\"" + remark + "\"");
+    QCOMPARE(!found->edit.isNothing(), said.endsWith(QLatin1String("; remove it")));
 }
 
 void tst_CheckOptions::aFileThatIgnoresARuleChangesNothingElse()

@@ -44,7 +44,7 @@ void Ignores::read()
 {
     for (const Node &node : m_document.nodes) {
         for (const Node::Child &member : node.children) {
-            if (node.type == Node::Object && member.key.startsWith(QLatin1String(Key)))
+            if (member.key.startsWith(QLatin1String(Key))) // an element has no key
                 readMember(node, member);
         }
     }
