@@ -284,6 +284,8 @@ void tst_SecretPlaces::linesHideWhatMayBeASecret_data()
         "'PassPhrase': ***, ***");
     row("a misspelt key before a comma", "'PassPhrse', 'ab'", "***, ***");
     row("a misspelt key with a sign", "'Pass@Phrase': 'ab'", "***: ***");
+    row("tabs and a carriage return", "'PassPhrase':\t'ab',\t'Tag':\t'tv'\r\n",
+        "'PassPhrase':\t***,\t'Tag':\t'tv'\r\n");
     row("an unknown key", "'Xyz': 1, 'PassPhrase': 'ab'", "***: ***, 'PassPhrase': ***");
     row("a comment key", "'_comment': 'it is ab', 'PassPhrase': 'ab'",
         "'_comment': ***, 'PassPhrase': ***");

@@ -25,6 +25,8 @@ private slots:
     void oneMistakeDoesNotShowASecret_data();
     void oneMistakeDoesNotShowASecret();
     void noMistakesShowASecret();
+    void noEncodingShowsASecret_data();
+    void noEncodingShowsASecret();
     void whatIsNoSecretIsShown_data();
     void whatIsNoSecretIsShown();
 
@@ -340,6 +342,56 @@ void tst_Secrets::noMistakesShowASecret()
     QVERIFY2(
         shown == 0,
         qPrintable(QString::fromLatin1("%1 of %2 files show their secret").arg(shown).arg(files)));
+}
+
+namespace {
+
+// What is left of the bytes where only letters and digits are read, as a person does who sees "S?3?c?r?e?t".
+QByteArray readByPeople(const QByteArray &bytes)
+{
+    QByteArray result;
+    for (const char byte : bytes.toLower()) {
+        if ((byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9'))
+            result += byte;
+    }
+    return result;
+}
+
+} // namespace
+
+void tst_Secrets::noEncodingShowsASecret_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<int>("place");
+    QTest::addColumn<QByteArray>("mark");
+    QTest::newRow("UTF-16, low bytes first") << 2 << 0 << QByteArray("\xff\xfe");
+    QTest::newRow("UTF-16, low bytes first, without a mark") << 2 << 0 << QByteArray();
+    QTest::newRow("UTF-16, high bytes first") << 2 << 1 << QByteArray("\xfe\xff");
+    QTest::newRow("UTF-16, high bytes first, without a mark") << 2 << 1 << QByteArray();
+    QTest::newRow("UTF-32, low bytes first") << 4 << 0 << QByteArray("\xff\xfe\0\0", 4);
+    QTest::newRow("UTF-32, high bytes first") << 4 << 3 << QByteArray("\0\0\xfe\xff", 4);
+}
+
+// Of each file, one byte of a character holds it and the others are 0.
+void tst_Secrets::noEncodingShowsASecret()
+{
+    QFETCH(int, size);
+    QFETCH(int, place);
+    QFETCH(QByteArray, mark);
+    SecretFiles generator(unsigned(Amount::given("NUV_SECRET_SEED", 1)));
+    for (int i = 0; i < Amount::tried("NUV_SECRET_FILES", 20); ++i) {
+        const SecretFile file = generator.next();
+        QByteArray bytes = mark;
+        for (const char byte : file.bytes) {
+            QByteArray character(size, '\0');
+            character[place] = byte;
+            bytes += character;
+        }
+        const QByteArray secret = readByPeople(withoutEscapesOfJson(file.secret));
+        const QByteArray output = readByPeople(someOutput(bytes, i));
+        for (int j = 0; j + Window <= secret.size(); ++j)
+            QVERIFY2(!output.contains(secret.mid(j, Window)), file.bytes + "\n----\n" + output);
+    }
 }
 
 void tst_Secrets::whatIsNoSecretIsShown_data()
