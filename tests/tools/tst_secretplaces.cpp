@@ -368,7 +368,13 @@ void tst_SecretPlaces::linesHideWhatMayBeASecret_data()
     row("no line break in the key", "'Pass', 'x' 'y'\n'Phras': 'ab'\n'cd'",
         "'Pass', 'x' 'y'\n'Phras': 'ab'\n'cd'");
     row("an escape in the key", "'Pass\\u0050hrase': 'ab'", "'Pass\\u0050hrase': ***");
-    row("an escape that takes letters of the key", "\\u00pass\\word 'ab'", "*** ***");
+    row("escapes for letters of the key", "'P\\u0061\\u0073\\u0073\\u0050\\u0068rase': 'ab'",
+        "'P\\u0061\\u0073\\u0073\\u0050\\u0068rase': ***");
+    row("an escape that takes letters of the key", "pass\\ucode 'ab'", "*** ***");
+    row("an escape that takes letters of a proxy's password", "'HttpProxy' 'me:\\ncode'",
+        "'HttpProxy' ***");
+    row("a proxy without a colon and a password of a letter", "'HttpProxy' 'me:p'",
+        "'HttpProxy' ***");
     row("a comment before", "// ab cd\n'PassPhrase': 'ef'", "// *** ***\n'PassPhrase': ***");
     row("a comment of a number sign before", "# ab cd\n'PassPhrase': 'ef'",
         "# *** ***\n'PassPhrase': ***");
@@ -432,6 +438,9 @@ void tst_SecretPlaces::linesHideWhatMayBeASecret_data()
     row("a line break after the certificate's key",
         "'Certificate\n': {\n'ab': 'cd'\n},\n'ef': 'gh'\n'ij': 1",
         "'Certificate\n***\n***: ***\n},\n'ef': 'gh'\n'ij': 1");
+    row("blanks after the bare key of a certificate",
+        "Certificate    \n{\n'ab': 'cd'\n},\n'ef': 'gh'\n'ij': 1",
+        "Certificate    \n{\n***: ***\n},\n'ef': 'gh'\n'ij': 1");
     row("letters after the certificate's key",
         "'Certificates': {\n'ab': 'cd'\n},\n'ef': 'gh'\n'ij': 1",
         "'Certificates': {\n***: ***\n},\n'ef': 'gh'\n'ij': 1");
@@ -455,6 +464,8 @@ void tst_SecretPlaces::linesHideWhatMayBeASecret_data()
     row("a sign in a key", "'me@tv': 'ab'", "***: ***");
     row("a sign in a bare word", "'Url': me@tv", "'Url': ***");
     row("an address that is open", "'Url': 'http://me:pw@tv/", "'Url': ***");
+    row("an open address without its scheme", "'Url': '//me:pwx", "'Url': '//me:***");
+    row("a misspelt proxy that is open", "'HttpPrxy': 'me:pwx", "'HttpPrxy': 'me:***");
     row("an address in two strings", "'Url': 'http://me:p', 'w@tv/'", "'Url': ***, ***");
     row("an address in two words", "'Url': 'http://me:p' 'w@tv/'", "'Url': *** ***");
     row("an address in two words without a sign", "'Url': 'http://me:p' 'wtv/'", "'Url': *** ***");
@@ -474,6 +485,12 @@ void tst_SecretPlaces::linesHideWhatMayBeASecret_data()
     row("equal signs", "'Url' = 'http://me:pw/'", "'Url' = ***");
     row("a semicolon", "'Url': 'http://me:pw/'; 'x'", "'Url': ***; ***");
     row("a port", "'Url' = 'http://tv:80/'", "'Url' = 'http://tv:80/'");
+    row("a sign in one of two members", "'Tag': 'me@tv', 'Scale': 1", "'Tag': 'me@tv', 'Scale': 1");
+    row("a sign and a lone string at the end", "'Tag': 'me@tv', 'x'", "'Tag': ***, ***");
+    row("a sign and a key that follows", "'Tag': 'me@tv', 'Url': 'x'",
+        "'Tag': 'me@tv', 'Url': 'x'");
+    row("a sign and strings in an array", "'Url': 'http://me@tv/', 'a': ['b', 'c']",
+        "'Url': 'http://***@tv/', 'a': ['b', 'c']");
     row("strings without a key", "'ab', 'cd'", "'ab', 'cd'");
     row("a lone string among members", "'Tag': 'tv', 'http://me:pw/', 'Scale': 1",
         "'Tag': 'tv', ***, 'Scale': 1");
@@ -536,6 +553,9 @@ void tst_SecretPlaces::membersHideTheirSecrets_data()
     row("an array as a certificate", "{ 'Certificate': [ 'ab', null, { 'cd': 'ef' } ] }",
         "{ 'Certificate': [ ***, ***, { ***: *** } ] }");
     row("a string as a certificate", "{ 'Certificate': 'a.pem' }", "{ 'Certificate': 'a.pem' }");
+    row("a pass phrase that is missing", "{ 'PassPhrase':", "{ 'PassPhrase':");
+    row("a key that is missing in a certificate", "{ 'Certificate': { : 'ab', 1 } }",
+        "{ 'Certificate': { : ***, *** } }");
     row("a misspelt certificate", "{ 'Certifcate': { 'ab': 'cd' } }",
         "{ 'Certifcate': { ***: *** } }");
     row("a certificate of an application", "[ { 'Certificate': { 'ab': 'cd' } }, { 'ab': 'cd' } ]",

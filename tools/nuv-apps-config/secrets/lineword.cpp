@@ -15,7 +15,7 @@ bool isMarkByte(char byte)
 
 bool isBlankByte(char byte)
 {
-    return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+    return byte == ' ' || byte == '\t' || byte == '\r';
 }
 
 int endOfText(const QByteArray &bytes, int begin, int end)
@@ -52,13 +52,18 @@ LineWord wordAt(const QByteArray &bytes, int begin, int end)
 
 bool isPlainValue(const LineWord &word)
 {
-    bool isNumber = false;
-    word.text.toDouble(&isNumber);
-    const bool isKeyword = word.type == LineWord::Bare && SecretNames::isKnown(word.text);
-    return word.type == LineWord::Text || (word.type == LineWord::Bare && (isNumber || isKeyword));
+    return word.type == LineWord::Text
+        || (word.type == LineWord::Bare && (word.isNumber() || SecretNames::isKnown(word.text)));
 }
 
 } // namespace
+
+bool LineWord::isNumber() const
+{
+    bool isOne = false;
+    text.toDouble(&isOne);
+    return isOne;
+}
 
 std::vector<LineWord> LineWord::wordsOf(const QByteArray &bytes, int begin, int end)
 {

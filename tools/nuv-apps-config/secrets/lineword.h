@@ -21,12 +21,14 @@ struct LineWord {
     int end;
     QString text; ///< decoded, without quotes
 
+    bool isNumber() const;
     bool isMark(char mark) const { return type == Mark && text.at(0) == QLatin1Char(mark); }
 
     /// Whether the word is the key of a member whose value is the word after the next, and nothing about
     /// the three is wrong.
     static bool isMember(const std::vector<LineWord> &words, size_t index);
 
+    /// Of a line, without its line feed.
     static std::vector<LineWord> wordsOf(const QByteArray &bytes, int begin, int end);
 };
 

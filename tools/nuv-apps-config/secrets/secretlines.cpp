@@ -20,26 +20,28 @@ bool isRestOfName(const QString &letters)
     return QString(QLatin1String("certificate")).endsWith(letters, Qt::CaseInsensitive);
 }
 
+int endOfLetters(const QString &text, int begin)
+{
+    int end = begin;
+    while (end < text.size() && text.at(end).isLetter())
+        ++end;
+    return end;
+}
+
 // A colon, a brace or another mark between the key and what belongs to it, with anything in between that
 // may be a mistake. The name of a file goes on with letters: "certificate.pem".
 bool endsKey(const QString &text, int end)
 {
-    int begin = -1;
-    while (begin < 0 || (begin < end && isRestOfName(text.mid(begin, end - begin)))) {
-        while (end < text.size() && text.at(end).isLetter())
-            ++end;
-        while (end < text.size() && !text.at(end).isLetter()) {
+    QString letters;
+    do {
+        end = endOfLetters(text, end);
+        for (; end < text.size() && !text.at(end).isLetter(); ++end) {
             if (QString(QLatin1String(":=;,{\"'")).contains(text.at(end)))
                 return true;
-            ++end;
         }
-        if (end == text.size())
-            return true;
-        begin = end;
-        while (end < text.size() && text.at(end).isLetter())
-            ++end;
-    }
-    return false;
+        letters = text.mid(end, endOfLetters(text, end) - end);
+    } while (!letters.isEmpty() && isRestOfName(letters));
+    return letters.isEmpty();
 }
 
 bool isValue(const LineWord &word)
@@ -97,8 +99,6 @@ bool isLone(const std::vector<LineWord> &words, size_t i)
 bool isSoundWord(const std::vector<LineWord> &words, size_t i)
 {
     const LineWord &word = words[i];
-    bool isNumber = false;
-    word.text.toDouble(&isNumber);
     const bool isMember = isMarkAt(words, i - 1, ':');
     const bool isDoubled = i > 0 && isValue(word) && isValue(words[i - 1]);
     switch (word.type) {
@@ -106,7 +106,7 @@ bool isSoundWord(const std::vector<LineWord> &words, size_t i)
         return !isDoubled && !isLone(words, i)
             && (!hasSign(word) || (isMember && isWholeAddress(words, i)));
     case LineWord::Bare:
-        return !isDoubled && (isNumber || SecretNames::isKnown(word.text));
+        return !isDoubled && (word.isNumber() || SecretNames::isKnown(word.text));
     case LineWord::Mark:
         return !word.isMark('=') && !word.isMark(';')
             && !(word.isMark(':') && (isMember || isMarkAt(words, i - 2, ':')));
@@ -299,9 +299,8 @@ void SecretLines::addPasswords(const std::vector<LineWord> &words)
 
 void SecretLines::addPassword(const LineWord &word, const QString &key)
 {
-    const int quote = word.type == LineWord::Bare ? 0 : 1;
     const int closing = word.type == LineWord::Text ? 1 : 0;
-    const DecodedText decoded(m_bytes, word.begin + quote, word.end - closing);
+    const DecodedText decoded(m_bytes, word.begin + 1, word.end - closing);
     const Passwords::Piece piece = Passwords::find(
         decoded.text(), SecretNames::isProxy(key) ? Passwords::Proxy : Passwords::AnyText);
     if (piece.length > 0)
