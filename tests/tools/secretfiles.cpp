@@ -120,7 +120,8 @@ bool hasUser(const QByteArray &bytes)
     for (const char *user : { "usr:", "me:" }) {
         const int at = bytes.indexOf(user);
         const QByteArray rest = bytes.mid(at + int(std::strlen(user)));
-        const QByteArray beforeQuery = rest.left(rest.indexOf("?a="));
+        const int query = rest.indexOf("?a=");
+        const QByteArray beforeQuery = query < 0 ? rest : rest.left(query);
         if (at >= 0 && !isPortAndPath(rest) && countOfSigns(beforeQuery) == 0)
             return bytes.contains("://") || bytes.contains("HttpProxy");
     }
