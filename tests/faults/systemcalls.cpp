@@ -50,6 +50,8 @@ SystemCalls::Fault next(const char *name)
     if (--untilFault != 0)
         return SystemCalls::None;
     sufferer = name;
+    if (SystemCalls::beforeFault)
+        SystemCalls::beforeFault();
     if (planned == SystemCalls::Kill)
         end();
     return planned;
@@ -122,6 +124,8 @@ int rename(const char *from, const char *to) noexcept
 
 } // extern "C"
 #pragma GCC visibility pop
+
+void (*SystemCalls::beforeFault)() = nullptr;
 
 void SystemCalls::plan(Fault fault, int n, const char *folder)
 {

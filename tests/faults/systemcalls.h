@@ -20,6 +20,9 @@ enum Fault {
 /// The folder's name, without links, must stay where it is.
 void plan(Fault fault, int n, const char *folder);
 
+/// What is called before the n-th call; null for nothing.
+extern void (*beforeFault)();
+
 /// How many calls there were since then.
 int count();
 

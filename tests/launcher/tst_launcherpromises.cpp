@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "examples/launcher/network/clientcertificate.h"
 #include "examples/launcher/network/configuredaccess.h"
+#include "examples/launcher/program/configurationfile.h"
 #include "examples/launcher/program/wholefile.h"
 #include "examples/launcher/values/valuekind.h"
 #include "tests/faults/childprocess.h"
@@ -8,12 +9,16 @@
 #include "tests/launcher/authority.h"
 #include "tests/launcher/stage.h"
 #include "tests/support/filecontents.h"
+#include "tests/support/messagesink.h"
 #include "tests/support/testmain.h"
 
 #include <QNetworkReply>
 #include <QUrl>
 
 #include <limits>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 /// What the parts of the launcher promise one another, at the edges: where a value is just taken, what is
 /// left after something that failed, and what a fault of the system costs.
@@ -28,6 +33,8 @@ private Q_SLOTS:
     void anExplanationIsForOneAnswer();
     void whatIsHiddenIsNotAsked();
     void aFaultOfTheSystemLeavesAWholeFile();
+    void onlyTheLibrarySaysThatAFileIsMalformed_data();
+    void onlyTheLibrarySaysThatAFileIsMalformed();
 };
 
 namespace {
@@ -52,6 +59,18 @@ void call(QObject *object, const char *slot, QNetworkReply *reply)
 {
     if (!QMetaObject::invokeMethod(object, slot, Q_ARG(QNetworkReply *, reply)))
         qFatal("there is no %s()", slot);
+}
+
+void sendMessages()
+{
+    qWarning("of somebody else");
+    qWarning("\"Expected more\" ");
+    qDebug("\"Expected ':' at line 1 pos 1\" ");
+}
+
+void printMessage(QtMsgType type, const QByteArray &text)
+{
+    std::fprintf(stderr, "%d: %s\n", int(type), text.constData());
 }
 
 } // namespace
@@ -201,6 +220,50 @@ void tst_LauncherPromises::aFaultOfTheSystemLeavesAWholeFile()
         }
         QVERIFY(calls >= 3); // write(), fsync(), rename()
     }
+}
+
+void tst_LauncherPromises::onlyTheLibrarySaysThatAFileIsMalformed_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<bool>("hasHandler");
+    QTest::addColumn<QByteArray>("expected");
+
+    const QByteArray handled = "1: of somebody else\n1: \"Expected more\" \n"
+                               "0: \"Expected ':' at line 1 pos 1\" \n1: afterwards\n";
+    const QByteArray printed = "of somebody else\n\"Expected more\" \n"
+                               "\"Expected ':' at line 1 pos 1\" \nafterwards\n";
+    QTest::newRow("no mistake") << QByteArray("{}") << true << handled + "[]";
+    QTest::newRow("no mistake, no handler") << QByteArray("{}") << false << printed + "[]";
+    QTest::newRow("one thing is expected")
+        << QByteArray("{\"a\" 1}") << true << handled + "[Expected ':' at line 1 pos 6]";
+    QTest::newRow("two things are expected")
+        << QByteArray("{\n1}") << true << handled + "[Expected '}', ',' at line 2 pos 3]";
+    QTest::newRow("more things are expected")
+        << QByteArray("{\"a\":}") << false << printed + "[at line 1 pos 6]";
+}
+
+void tst_LauncherPromises::onlyTheLibrarySaysThatAFileIsMalformed()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(bool, hasHandler);
+    const TemporaryDir dir;
+    const QByteArray file = QFile::encodeName(dir.write(text("AppsConfig.json"), document));
+    const QByteArray output = QFile::encodeName(dir.filePath(text("output")));
+
+    ChildProcess reader([&] {
+        ::dup2(::open(output.constData(), O_WRONLY | O_CREAT | O_APPEND, 0600), STDERR_FILENO);
+        installMessageSink(hasHandler ? printMessage : nullptr);
+        qputenv("NUV_APPS_CONFIG_FILE", file);
+        SystemCalls::beforeFault = sendMessages;
+        SystemCalls::plan(SystemCalls::None, 1, file.constData());
+        const QByteArray mistake = ConfigurationFile::read().toUtf8();
+        qWarning("afterwards");
+        std::fprintf(stderr, "[%s]", mistake.constData());
+        return 0;
+    });
+
+    QCOMPARE(reader.wait(), 0);
+    QTEST(fileContents(dir.filePath(text("output"))), "expected");
 }
 
 NUV_TEST_MAIN(tst_LauncherPromises)

@@ -14,6 +14,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <vector>
 
@@ -122,47 +123,81 @@ inline QString localStorageFolder(const QString &own)
 #endif
 }
 
-/// Keeps the toolkit's messages, while it lives, from the standard error. There is one at a time.
+/// Keeps those of the toolkit's messages, while it lives, that somebody waits for. All others go where they
+/// went before. There is one at a time.
 class MessageKeeper
 {
 public:
-    MessageKeeper() : m_before(install(keep)) { kept().clear(); }
-    ~MessageKeeper() { install(m_before); }
+    typedef bool (*Filter)(QtMsgType, const QString &);
 
-    QString messages() const { return kept(); }
+    /// `isWanted` may be asked on any thread.
+    explicit MessageKeeper(Filter isWanted)
+    {
+        Shared &all = shared();
+        all.isWanted = isWanted;
+        all.kept.clear();
+        all.before = install(nullptr);
+        install(keep);
+    }
+    ~MessageKeeper() { install(shared().before); }
+
+    QString messages() const { return shared().kept; }
 
 private:
     Q_DISABLE_COPY(MessageKeeper)
 
-    static QString &kept()
-    {
-        static QString messages = QString();
-        return messages;
-    }
-
 #if QT_VERSION < QT_VERSION_CHECK(5, 0, 0)
-    static void keep(QtMsgType, const char *message)
-    {
-        kept() += QString::fromLocal8Bit(message);
-    }
-    static QtMsgHandler install(QtMsgHandler handler)
+    typedef QtMsgHandler Handler;
+
+    static Handler install(Handler handler)
     {
         return qInstallMsgHandler(handler);
     }
 
-    QtMsgHandler m_before;
-#else
-    static void keep(QtMsgType, const QMessageLogContext &, const QString &message)
+    static void keep(QtMsgType type, const char *message)
     {
-        kept() += message;
+        if (hasKept(type, QString::fromLocal8Bit(message)))
+            return;
+        if (shared().before)
+            shared().before(type, message);
+        else
+            std::fprintf(stderr, "%s\n", message); // as the toolkit does without a handler
     }
-    static QtMessageHandler install(QtMessageHandler handler)
+#else
+    typedef QtMessageHandler Handler;
+
+    static Handler install(Handler handler)
     {
         return qInstallMessageHandler(handler);
     }
 
-    QtMessageHandler m_before;
+    static void keep(QtMsgType type, const QMessageLogContext &context, const QString &message)
+    {
+        if (!hasKept(type, message))
+            shared().before(type, context, message);
+    }
 #endif
+
+    // A handler is a function alone.
+    struct Shared {
+        Filter isWanted;
+        QString kept;
+        Handler before;
+    };
+
+    static Shared &shared()
+    {
+        static Shared all = { nullptr, QString(), nullptr };
+        return all;
+    }
+
+    static bool hasKept(QtMsgType type, const QString &message)
+    {
+        const bool isWanted = shared().isWanted(type, message);
+        if (isWanted)
+            shared().kept += message;
+        return isWanted;
+    }
 };
 
 } // namespace GuiCompat

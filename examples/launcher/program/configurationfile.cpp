@@ -3,6 +3,7 @@
 
 #include <WebAppSettings>
 #include "application/guicompat.h"
+#include "values/pattern.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,6 +16,13 @@ const char fallback[] = "AppsConfig.json";
 QString named()
 {
     return QString::fromLatin1(qgetenv("NUV_APPS_CONFIG_FILE").constData());
+}
+
+// What the library sends for a file with a syntax error, in quotes and with a space after it.
+bool isSyntaxError(QtMsgType type, const QString &message)
+{
+    Pattern pattern("^\"(Expected '.+')? at line [0-9]+ pos [0-9]+\" $");
+    return type == QtWarningMsg && pattern.isIn(message);
 }
 
 } // namespace
@@ -36,13 +44,11 @@ QString ConfigurationFile::whyMissing()
         + QLatin1String(" in ") + QDir::currentPath();
 }
 
-// The library tells it to the toolkit's message handler, in quotes.
 QString ConfigurationFile::read()
 {
-    const GuiCompat::MessageKeeper keeper;
+    const GuiCompat::MessageKeeper keeper(isSyntaxError);
     getWebAppSettings();
-    QString message = keeper.messages().trimmed();
-    return message.remove(QLatin1Char('"'));
+    return keeper.messages().remove(QLatin1Char('"')).trimmed();
 }
 
 QString ConfigurationFile::resolve(const QString &name)
