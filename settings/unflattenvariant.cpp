@@ -73,9 +73,7 @@ void Unflattener::set(const QString &key, const QVariant &value)
         makeArray(parent, value.toInt());
         return;
     }
-    QVariant &place = entry(parent, name);
-    VariantTree::dispose(place);
-    place = value;
+    entry(parent, name) = value;
 }
 
 // What the key has in common with the one before it is open already. Setting a value changes nothing

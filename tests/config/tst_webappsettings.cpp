@@ -2,6 +2,7 @@
 #include "config/webappsettings.h"
 
 #include "config/webappsettings_p.h"
+#include "settings/jsonsettingsformat.h"
 #include "tests/support/configdescription.h"
 #include "tests/support/messages.h"
 #include "tests/support/temporarydir.h"
@@ -106,6 +107,7 @@ private Q_SLOTS:
     void malformedFilesGiveNothingButOneWarning();
     void nothingIsOpenedWithoutAFile();
     void filesThatCannotBeReadGiveNothing();
+    void whatIsInNoFileYetGivesNothing();
     void missesLeaveTheOutputAlone();
     void tagsAreComparedExactly();
     void changingWhatWasHandedOutChangesNothingStored();
@@ -770,6 +772,29 @@ void tst_WebAppSettings::filesThatCannotBeReadGiveNothing()
     QCOMPARE(globalOf(settings), QByteArray());
     QCOMPARE(applicationOf(settings, ""), QByteArray("none"));
     QCOMPARE(messages.count(), 0);
+}
+
+// QSettings of the same name share what was set and could not be written.
+void tst_WebAppSettings::whatIsInNoFileYetGivesNothing()
+{
+    const TemporaryDir folder;
+    useFile(folder.path());
+    QSettings own(folder.path(), JsonSettingsFormat);
+    own.setValue(QLatin1String("Global/Version"), 1);
+    own.setValue(QLatin1String("Global/RemoteInspectorPort"), 9222);
+    own.setValue(QLatin1String("Applications/1/Tag"), QLatin1String("tv"));
+    own.setValue(QLatin1String("Applications/size"), 1);
+    {
+        const Loaded loaded;
+        const WebAppSettings settings;
+
+        QCOMPARE(int(loaded.settings->status()), int(QSettings::AccessError));
+        QCOMPARE(loaded.version, 1.0f);
+        QVERIFY(!loaded.isUsable());
+        QCOMPARE(portOf(settings), QByteArray("none"));
+        QCOMPARE(applicationOf(settings, "tv"), QByteArray("none"));
+    }
+    own.clear();
 }
 
 void tst_WebAppSettings::missesLeaveTheOutputAlone()

@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <cstddef>
 
+#include <malloc.h>
+
 // Where the C library has the functions that it would otherwise call malloc() and so on.
 extern "C" {
 void *__libc_malloc(size_t size);
@@ -16,6 +18,8 @@ namespace {
 
 // Without constructors: they are used before any could run.
 thread_local long liveBlocks;
+thread_local long liveBytes; ///< since startPeak()
+thread_local long mostBytes; ///< as above
 thread_local long untilFailure; ///< 0: none is to fail
 thread_local bool failsFromThenOn;
 thread_local bool hasFailed;
@@ -36,9 +40,22 @@ void *refused()
     return nullptr;
 }
 
+void addBytes(long bytes)
+{
+    liveBytes += bytes;
+    if (liveBytes > mostBytes)
+        mostBytes = liveBytes;
+}
+
+long sizeOf(void *block)
+{
+    return long(malloc_usable_size(block));
+}
+
 void *counted(void *block)
 {
     liveBlocks += block ? 1 : 0;
+    addBytes(sizeOf(block));
     return block;
 }
 
@@ -62,13 +79,19 @@ void *realloc(void *block, size_t size)
 {
     if (isToFail())
         return refused();
+    const long before = sizeOf(block);
     void *const moved = __libc_realloc(block, size);
-    return block ? moved : counted(moved);
+    if (!block)
+        return counted(moved);
+    if (moved)
+        addBytes(sizeOf(moved) - before);
+    return moved;
 }
 
 void free(void *block)
 {
     liveBlocks -= block ? 1 : 0;
+    liveBytes -= sizeOf(block);
     __libc_free(block);
 }
 
@@ -78,6 +101,17 @@ void free(void *block)
 long Allocations::live()
 {
     return liveBlocks;
+}
+
+long Allocations::peak()
+{
+    return mostBytes;
+}
+
+void Allocations::startPeak()
+{
+    liveBytes = 0;
+    mostBytes = 0;
 }
 
 void Allocations::failAt(long n, Duration duration)

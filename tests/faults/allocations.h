@@ -9,6 +9,11 @@ namespace Allocations {
 /// The blocks that were taken and not given back.
 long live();
 
+/// The bytes of the blocks that were taken and not given back, where they were most since startPeak(), beyond
+/// those of then. With what the blocks have at their ends.
+long peak();
+void startPeak();
+
 enum Duration { Once, FromThenOn };
 
 /// Lets the n-th allocation from now fail, counted from 1, and with FromThenOn all that follow.

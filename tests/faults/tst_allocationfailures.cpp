@@ -570,6 +570,10 @@ private Q_SLOTS:
     void failuresAreExceptionsOrHaveNoEffect();
     void whatAnExceptionLeavesBehindMayBeDeep_data();
     void whatAnExceptionLeavesBehindMayBeDeep();
+    void whatAFailedFlatteningLeavesMayBeDeep();
+    void whatSomebodyElseHoldsIsNotCopiedToBeFreed_data();
+    void whatSomebodyElseHoldsIsNotCopiedToBeFreed();
+    void theDocumentIsGoneWhenItsKeysAreMade();
 
 private:
     TemporaryDir m_folder;
@@ -706,6 +710,81 @@ void tst_AllocationFailures::whatAnExceptionLeavesBehindMayBeDeep()
 
     QVERIFY2(lastFailure > deep, QByteArray::number(int(lastFailure)).constData());
     QVERIFY(!leaked);
+}
+
+void tst_AllocationFailures::whatAFailedFlatteningLeavesMayBeDeep()
+{
+    const QByteArray text = json("{'a':").repeated(deep) + "1" + QByteArray("}").repeated(deep);
+    int failures = 0;
+    bool leaked = false;
+
+    runOnSmallStack([&] {
+        bool failed = true;
+        for (long number = 1; failed; ++number) {
+            const long before = Allocations::live();
+            QVariant tree = parseJson(text, nullptr);
+            {
+                QSettings::SettingsMap map;
+                QString prefix;
+                Allocations::failAt(number, Allocations::Once);
+                try {
+                    flattenVariant(prefix, map, tree);
+                } catch (const std::bad_alloc &) {
+                    ++failures;
+                }
+                failed = Allocations::succeed();
+            }
+            VariantTree::dispose(tree);
+            leaked = leaked || Allocations::live() > before;
+        }
+    });
+
+    QVERIFY2(failures > 10, QByteArray::number(failures).constData());
+    QVERIFY(!leaked);
+}
+
+void tst_AllocationFailures::whatSomebodyElseHoldsIsNotCopiedToBeFreed_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("an object") << json("{'a':[1],'b':{'c':2}}");
+    QTest::newRow("an array") << json("[[1],{'c':2}]");
+}
+
+// The one block is for the list of what is to be freed.
+void tst_AllocationFailures::whatSomebodyElseHoldsIsNotCopiedToBeFreed()
+{
+    QFETCH(QByteArray, text);
+    const QVariant holder = parseJson(text, nullptr);
+    const QByteArray before = describe(holder);
+    QVariant copy = holder;
+
+    Allocations::failAt(2, Allocations::Once);
+    VariantTree::dispose(copy);
+    const bool isCopied = Allocations::succeed();
+
+    QVERIFY(!isCopied);
+    QVERIFY(!copy.isValid());
+    QCOMPARE(describe(holder), before);
+}
+
+// Half a document of blanks, and half of keys that need more than the document once they are flat.
+void tst_AllocationFailures::theDocumentIsGoneWhenItsKeysAreMade()
+{
+    const int half = 1 << 20;
+    QByteArray members = "1";
+    for (int i = 0; i < 600; ++i)
+        members += ",1";
+    QBuffer device;
+    device.setData("{\"" + QByteArray(1000, 'k') + "\":[" + members + QByteArray(half, ' ') + "]}");
+    QVERIFY(device.open(QIODevice::ReadOnly));
+    QSettings::SettingsMap map;
+
+    Allocations::startPeak();
+    readJsonSettings(device, map);
+    const long peak = Allocations::peak();
+
+    QCOMPARE(map.size(), 602);
+    QVERIFY2(peak < half * 3 / 2, QByteArray::number(int(peak)).constData());
 }
 
 NUV_TEST_MAIN(tst_AllocationFailures)

@@ -352,6 +352,10 @@ void tst_JsonWriter::indentationIsAsAsked_data()
     QTest::newRow("a thousand") << 1000 << 0
                                 << "{\n" + far + "\"a\":\n" + far + "[\n" + far + far + "1\n" + far
             + "]\n}";
+    QTest::newRow("less than none") << -2 << 0 << json("{\n'a':\n[\n1\n]\n}");
+    QTest::newRow("less than none, starting at five")
+        << -2 << 5 << json("     {\n   'a':\n   [\n 1\n   ]\n     }");
+    QTest::newRow("starting at less than none") << 4 << -6 << json("{\n'a':\n[\n  1\n]\n}");
     QTest::newRow("none, starting at one") << 0 << 1 << json(" {\n 'a':\n [\n 1\n ]\n }");
 }
 
