@@ -1,11 +1,10 @@
-# SPDX-License-Identifier: MIT
 ################################################################################
 #
-# nuvlaunchersupport
+# nuvlaunchersupport, SPDX-License-Identifier: MIT
 #
 ################################################################################
 
-# The tree that this file lies in.
+# The tree that this file is in.
 NUVLAUNCHERSUPPORT_SITE = $(abspath $(BR2_EXTERNAL_NUVLAUNCHERSUPPORT_PATH)/../..)
 NUVLAUNCHERSUPPORT_SITE_METHOD = local
 NUVLAUNCHERSUPPORT_VERSION = $(shell $(NUVLAUNCHERSUPPORT_SITE)/scripts/print-version)
