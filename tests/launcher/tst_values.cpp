@@ -113,6 +113,8 @@ void tst_Values::otherProxiesAreRefused_data()
 {
     addRefusalColumns();
     refused("", "it is empty");
+    for (const char *word : { "none", "No", "off", "DIRECT", "direct://", "system", "auto" })
+        refused(word, "that is no address; without the key there is no proxy");
     refused("proxy.example", "a port is missing", "proxy.example:8080");
     refused("proxy.example:", "a port is missing", "proxy.example:8080");
     refused("me:pw@proxy.example", "a port is missing", "me:pw@proxy.example:8080");

@@ -61,12 +61,21 @@ QString decoded(const QString &text)
     return QString::fromUtf8(bytes.constData(), bytes.size());
 }
 
+// What other programs take for no proxy, or for a search of their own.
+bool isWordForNone(const QString &text)
+{
+    return Pattern("^(none|no|off|direct|false|null|disabled|system|auto)(://)?$")
+        .isIn(text.toLower());
+}
+
 Objection judge(const QString &text)
 {
     const Parts parts = partsOf(text);
     const QString place = parts.user + parts.host + parts.port;
     if (text.isEmpty())
         return Objection("it is empty");
+    if (isWordForNone(text))
+        return Objection("that is no address; without the key there is no proxy");
     if (text.trimmed() != text)
         return Objection("there is a blank around the address", text.trimmed());
     if (!parts.scheme.isEmpty()
