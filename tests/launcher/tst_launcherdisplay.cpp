@@ -225,7 +225,6 @@ void tst_LauncherDisplay::aMaximizedWindowFillsTheScreen()
     const QPoint corner = view.mapToGlobal(QPoint(5, 5));
     for (int i = 0; i < 3000 && ToolkitDifferences::screen().pixel(corner) != green; ++i)
         QTest::qWait(20);
-    QTest::qWait(fills ? 0 : 100);
     for (int i = 0; i < 3000 && fills
          && ToolkitDifferences::screen().pixel(size.width() - 2, size.height() - 2) != green;
          ++i)
@@ -259,7 +258,6 @@ void tst_LauncherDisplay::aWindowIsAskedForWithoutItsFrame()
         view.apply(config);
     }
     view.show();
-    QTest::qWait(50);
 
     QCOMPARE(WindowHints::haveNoFrame(view), isPlain);
 }
@@ -271,7 +269,6 @@ void tst_LauncherDisplay::aWindowComesToTheFront()
     for (ApplicationView *view : { &first, &second }) {
         view->setGeometry(0, 0, 300, 200);
         view->show();
-        QTest::qWait(50);
     }
     first.page()->mainFrame()->setHtml(text("<body style='background: #0f0'>"));
     second.page()->mainFrame()->setHtml(text("<body style='background: #00f'>"));
@@ -316,7 +313,6 @@ void tst_LauncherDisplay::whatLiesBehindAWindowShinesThrough()
     behind.setStyleSheet(text("background: #00f"));
     behind.setGeometry(0, 0, 400, 300);
     behind.show();
-    QTest::qWait(50); // the later window is in front
 
     Window window(config);
     window.show("<!DOCTYPE html><body style='margin: 0'>"

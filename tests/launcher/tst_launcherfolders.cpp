@@ -148,7 +148,10 @@ void tst_LauncherFolders::whatWasMadeBeforeIsForItsUserOnly()
 
 void tst_LauncherFolders::aTagCannotLeaveItsPlace()
 {
-    QCOMPARE(UserFolders::nameFor(text("../../etc")), text("/tag-..%2F..%2Fetc"));
+    QCOMPARE(UserFolders::dataOf(text("../../etc")),
+             UserFolders::data() + text("/tag-..%2F..%2Fetc"));
+    QCOMPARE(UserFolders::cacheOf(text("../../etc")),
+             UserFolders::cache() + text("/tag-..%2F..%2Fetc"));
 }
 
 NUV_TEST_MAIN(tst_LauncherFolders)

@@ -31,13 +31,15 @@
 namespace {
 
 // The engine takes the directory of a page's localStorage from the settings of all pages, at the moment
-// when it makes the page.
+// when it makes the page. That of Qt 4 takes it from those of the page, with the first use.
 ApplicationPage *makePageFor(const QString &tag, ApplicationPage::Maker make, QObject *parent)
 {
-    QWebSettings::globalSettings()->setLocalStoragePath(
-        GuiCompat::localStorageFolder(UserFolders::data() + UserFolders::nameFor(tag)));
+    const QString folder = GuiCompat::localStorageFolder(UserFolders::dataOf(tag));
+    QWebSettings::globalSettings()->setLocalStoragePath(folder);
     DebugBorders::restore();
-    return make(parent);
+    ApplicationPage *page = make(parent);
+    page->settings()->setLocalStoragePath(folder);
+    return page;
 }
 
 bool isEmptyText(const QVariant &value)

@@ -6,20 +6,10 @@
 #include "effects/debugborders.h"
 #include "effects/remoteinspector.h"
 #include "effects/storagequota.h"
-#include "program/userfolders.h"
 
 bool EngineSettings::setSpatialNavigationDisabled(ApplicationView &view, const QVariant &on)
 {
     return setAttribute<QWebSettings::SpatialNavigationEnabled>(view, !on.toBool());
-}
-
-// The engine of Qt 4 looks for the directory here, with the first use; newer ones have it from the making of
-// the page.
-bool EngineSettings::setLocalStorage(ApplicationView &view, const QVariant &on)
-{
-    view.page()->settings()->setLocalStoragePath(
-        GuiCompat::localStorageFolder(UserFolders::data() + UserFolders::nameFor(view.tag())));
-    return setAttribute<QWebSettings::LocalStorageEnabled>(view, on);
 }
 
 bool EngineSettings::setDatabases(ApplicationView &view, const QVariant &on)

@@ -21,7 +21,6 @@ bool setAttribute(ApplicationView &view, const QVariant &on)
 }
 
 bool setSpatialNavigationDisabled(ApplicationView &view, const QVariant &on);
-bool setLocalStorage(ApplicationView &view, const QVariant &on);
 bool setDatabases(ApplicationView &view, const QVariant &on);
 bool setDatabaseQuota(ApplicationView &view, const QVariant &bytes);
 bool setInspectorPort(ApplicationView &view, const QVariant &port);

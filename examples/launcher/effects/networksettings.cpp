@@ -31,8 +31,8 @@ bool NetworkSettings::setDiskCache(ApplicationView &view, const QVariant &on)
 {
     if (!on.toBool() || !view.networkAccess())
         return true;
-    view.networkAccess()->setCache(new DiskCache(
-        UserFolders::cache() + UserFolders::nameFor(view.tag()), view.networkAccess()));
+    view.networkAccess()->setCache(
+        new DiskCache(UserFolders::cacheOf(view.tag()), view.networkAccess()));
     return true;
 }
 
@@ -40,8 +40,7 @@ bool NetworkSettings::setDiskCookies(ApplicationView &view, const QVariant &on)
 {
     if (!on.toBool() || !view.networkAccess())
         return true;
-    const QString file =
-        UserFolders::data() + UserFolders::nameFor(view.tag()) + QLatin1String("/cookies");
+    const QString file = UserFolders::dataOf(view.tag()) + QLatin1String("/cookies");
     view.networkAccess()->setCookieJar(new CookieJar(file, view.networkAccess()));
     return true;
 }

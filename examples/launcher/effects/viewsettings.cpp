@@ -112,7 +112,7 @@ const ViewSetting ViewSettings::table[] = {
       NetworkSettings::setDiskCookies },
     { "UseLocalStorage", &AppConfig::getUseLocalStorage, &ValueKinds::onOff, webSettings,
       eachDocument, "scripts get localStorage, kept in a directory for the tag of the application",
-      nullptr, EngineSettings::setLocalStorage },
+      nullptr, EngineSettings::setAttribute<QWebSettings::LocalStorageEnabled> },
     { "OfflineStorageDatabaseEnabled", &AppConfig::getOfflineStorageDatabaseEnabled,
       &ValueKinds::onOff, webSettings, eachDocument,
       "scripts get databases, which all applications keep in one directory; without it no "

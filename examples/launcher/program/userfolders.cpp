@@ -32,6 +32,11 @@ QString directory(const char *variable, const char *belowHome)
     return base + QLatin1String("/nuv-launcher");
 }
 
+QString nameFor(const QString &tag)
+{
+    return QLatin1String("/tag-") + QString::fromLatin1(QUrl::toPercentEncoding(tag).constData());
+}
+
 const QFile::Permissions ownersOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
 
 } // namespace
@@ -46,9 +51,14 @@ QString UserFolders::cache()
     return directory("XDG_CACHE_HOME", ".cache");
 }
 
-QString UserFolders::nameFor(const QString &tag)
+QString UserFolders::dataOf(const QString &tag)
 {
-    return QLatin1String("/tag-") + QString::fromLatin1(QUrl::toPercentEncoding(tag).constData());
+    return data() + nameFor(tag);
+}
+
+QString UserFolders::cacheOf(const QString &tag)
+{
+    return cache() + nameFor(tag);
 }
 
 // Made one by one with the right mode: a moment of another one would be enough to look inside.

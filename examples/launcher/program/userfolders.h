@@ -17,8 +17,9 @@ QString data();
 /// For what can be loaded again: below XDG_CACHE_HOME, else below ~/.cache.
 QString cache();
 
-/// The name of an application's own directory below one of these. A tag is any string, ".." too.
-QString nameFor(const QString &tag);
+/// An application's own directory below one of these. A tag is any string, ".." too.
+QString dataOf(const QString &tag);
+QString cacheOf(const QString &tag);
 
 /// Makes a directory and what is missing above it, all for their user alone, and takes the access of
 /// others from one that is there. Returns an empty string, or why it cannot.
