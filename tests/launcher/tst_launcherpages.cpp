@@ -5,6 +5,7 @@
 #include "examples/launcher/application/websurface.h"
 #include "examples/launcher/network/configuredaccess.h"
 #include "examples/launcher/network/launchernetwork.h"
+#include "examples/launcher/unattended/picturefile.h"
 #include "examples/launcher/unattended/windowpicture.h"
 #include "tests/launcher/output.h"
 #include "tests/launcher/stage.h"
@@ -144,6 +145,7 @@ private Q_SLOTS:
     void onlyTheUserScriptHasLines_data();
     void onlyTheUserScriptHasLines();
     void anEmptyPageIsAPage();
+    void aPictureOfNothingIsNotWritten();
     void aPictureHasTheLayersOfThePage_data();
     void aPictureHasTheLayersOfThePage();
     void aPictureOnAFullDiskFails();
@@ -382,6 +384,15 @@ void tst_LauncherPages::onlyTheUserScriptHasLines()
 
     QCOMPARE(told,
              text("tv  console: ") + place + text("ReferenceError: Can't find variable: nosuch\n"));
+}
+
+// As of a window for which there is not enough memory.
+void tst_LauncherPages::aPictureOfNothingIsNotWritten()
+{
+    const QString file = m_folder.filePath(text("nothing.png"));
+
+    QCOMPARE(writePicture(QImage(), file), text("it is too large"));
+    QVERIFY(!QFile::exists(file));
 }
 
 void tst_LauncherPages::anEmptyPageIsAPage()

@@ -29,6 +29,7 @@ class tst_LauncherPromises : public QObject
 private Q_SLOTS:
     void aValueIsTakenUpToItsBounds_data();
     void aValueIsTakenUpToItsBounds();
+    void aSecretIsShownAsAMask();
     void aCertificateThatCannotBeUsedReplacesAnother();
     void anExplanationIsForOneAnswer();
     void whatIsHiddenIsNotAsked();
@@ -129,6 +130,11 @@ void tst_LauncherPromises::aValueIsTakenUpToItsBounds()
         if (kind == text(each.name))
             QCOMPARE(each.kind.accepts(value), expected);
     }
+}
+
+void tst_LauncherPromises::aSecretIsShownAsAMask()
+{
+    QCOMPARE(ValueKinds::secret.shown(text("hush")), text("********"));
 }
 
 void tst_LauncherPromises::aCertificateThatCannotBeUsedReplacesAnother()

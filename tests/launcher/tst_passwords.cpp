@@ -69,6 +69,8 @@ void tst_Passwords::aPasswordIsMaskedInEveryForm_data()
     row("http://me:secrethost/", "http://me:********");
     row("http://me:secrethost:80/", "http://me:********");
     row("http://me:123456789/", "http://me:********");
+    row("http://me:!!!/", "http://me:********");
+    row("http://me:sec@{ret/", "http://me:********");
     row("http:/[me:secrethost/", "http:/[me:********");
     row("http:////me:secret@host/", "http:////me:********@host/");
     row("http://secret@host/", "http://********@host/");

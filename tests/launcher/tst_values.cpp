@@ -132,6 +132,7 @@ void tst_Values::otherProxiesAreRefused_data()
     refused("h x:1", "the host is not a name that a host can have");
     refused(":8080", "the host is missing");
     refused("http://", "the host is missing");
+    refused("http:///proxy:8080", "the host is missing");
     refused("me:pw@:8080", "the host is missing");
     refused("me:pw@", "the host is missing");
     refused("::1:3128", "the host is missing");
@@ -247,6 +248,8 @@ void tst_Values::otherPageAddressesAreRefused_data()
     refused("ttp://tv.example/", unknown, "http://tv.example/");
     refused("htpp://tv.example/", unknown, "http://tv.example/");
     refused("hxtp://tv.example/", unknown, "http://tv.example/");
+    refused("hhtttp://tv.example/", unknown, "http://tv.example/");
+    refused("hhttttp://tv.example/", unknown);
     refused("dvb://1.2.3", unknown);
     refused("mailto:me@tv.example", unknown);
     refused("javascript:alert(1)", "a script is no page");
