@@ -335,6 +335,8 @@ void tst_Values::otherDomainsAreRefused_data()
     refused("*", below);
     refused("tv..example", "it is not the name of a domain");
     refused("tv example", "it is not the name of a domain");
+    refused("tv\x01.example", "it is not the name of a domain");
+    refused("tv\x7f.example", "it is not the name of a domain");
     refused("a.example,b.example", "it is not the name of a domain");
 }
 
