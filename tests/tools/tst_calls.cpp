@@ -27,6 +27,7 @@ private slots:
     void rulesAreExplainedWithTheRightFile();
     void everyTemplateIsPrinted();
     void checkNamesTheKeysThatAPartWasWrittenOf();
+    void showNamesWhatIsNotUsed();
     void completesWhatMayComeNext_data();
     void completesWhatMayComeNext();
     void diffReadsWhatTheShellMakesOfACommand();
@@ -230,6 +231,29 @@ void tst_Calls::checkNamesTheKeysThatAPartWasWrittenOf()
                               "hint: there is \"WindowOpacity\"\n",
                               "hint: there is \"UseOfflineStorageDatabase\" and " })
         QVERIFY2(output.contains(hint), output.constData());
+}
+
+// Of a file that is read, what its findings say that is not used or not there; of any other the errors.
+void tst_Calls::showNamesWhatIsNotUsed()
+{
+    const QList<QByteArray> named = {
+        "no-tag",           "duplicate-tag",      "duplicate-key", "unknown-key",
+        "misplaced-key",    "null-value",         "plain-domain",  "needs-certificate",
+        "no-domain",        "slash-in-key",       "no-version",    "top-level-certificate",
+        "unusable-version", "not-an-object",      "empty-file",    "missing-file",
+        "missing-here",     "certificate-missing"
+    };
+    for (const Rule &rule : Rules::all()) {
+        const QByteArray sample = Rules::sample(rule);
+        m_folder.write(QLatin1String("sample.json"), sample);
+        const auto analysis = analyse(QLatin1String("sample"), sample, m_folder.path());
+        if (!analysis->findings.has(rule.id) || analysis->findings.has("not-text"))
+            continue; // it takes another file, too, or nothing of it is shown
+        const bool isRead = !analysis->findings.hasSyntaxError();
+        const bool isNamed = isRead ? named.contains(rule.id) : rule.severity == Severity::Error;
+        const QByteArray output = call(QLatin1String("show sample.json")).output;
+        QVERIFY2(output.contains('[' + QByteArray(rule.id) + "]\n") == isNamed, rule.id);
+    }
 }
 
 void tst_Calls::completesWhatMayComeNext_data()

@@ -56,6 +56,12 @@ QByteArray disagreement(const QByteArray &bytes)
     const Verdict verdict(bytes);
     const bool isError = verdict.findings.hasSyntaxError();
     const bool isAccepted = libraryAccepts(bytes);
+    for (const Finding &finding : verdict.findings.all()) {
+        const int end = finding.offset + finding.length;
+        if (finding.offset < 0 || finding.length < 0
+            || end > bytes.size() + 1) // what is missing at the end
+            return "a finding outside of the file: " + finding.text.toUtf8() + ": " + bytes;
+    }
     if (verdict.findings.has("empty-file"))
         return isAccepted || isError ? "empty, yet accepted or an error: " + bytes : QByteArray();
     if (isAccepted && isError)

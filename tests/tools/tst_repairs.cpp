@@ -39,6 +39,7 @@ private slots:
     void commentsStayWhereTheyBelong_data();
     void commentsStayWhereTheyBelong();
     void theDiffLeadsToTheRepairedFile();
+    void tooManyMistakesOnALineAreAllLeft();
 
 private:
     RepairedFile repaired(const QByteArray &bytes) const
@@ -542,6 +543,20 @@ void tst_Repairs::theDiffLeadsToTheRepairedFile()
         QVERIFY2(result == file.bytes(), broken + '\n' + diff + '\n' + result);
     }
     QVERIFY(applied > 0);
+}
+
+// Of a line, one mistake after the other is repaired: fifty are too many.
+void tst_Repairs::tooManyMistakesOnALineAreAllLeft()
+{
+    const auto withMistakes = [](int count) {
+        QByteArray bytes = "{ \"Global\": { \"Version\": 1";
+        for (int i = 0; i < count; ++i)
+            bytes += ", \"_" + QByteArray::number(i) + "\" 1";
+        return bytes + " } }";
+    };
+    QVERIFY(!repaired(withMistakes(49)).now().findings.hasSyntaxError());
+    for (const int count : { 50, 52 })
+        QCOMPARE(repaired(withMistakes(count)).bytes(), withMistakes(count));
 }
 
 NUV_TEST_MAIN(tst_Repairs)

@@ -187,6 +187,8 @@ void tst_Tables::everyRuleHasItsSample()
     const QByteArray name = "tools/nuv-apps-config/samples/" + id.toLatin1() + ".json";
     QVERIFY2(QFile::exists(QLatin1String(SOURCE_FOLDER "/") + QLatin1String(name)), name);
     const QByteArray bytes = contentsOf(name);
+    const Rule &rule = Rules::find(id.toLatin1());
+    QVERIFY(!Rules::isSyntaxError(rule.id) || rule.severity == Severity::Error);
     QCOMPARE(Rules::sample(*Rules::lookUp(id)), bytes);
 
     const TemporaryDir copy;
@@ -326,6 +328,12 @@ void tst_Tables::theTemplateNamesEveryProperty()
     const QByteArray bytes = Templates::text(QLatin1String("all"));
     for (const Property &property : Properties::all())
         QVERIFY2(bytes.contains(property.key), property.key);
+    for (const Section section : { Section::Global, Section::Application }) {
+        for (const Property *property : Properties::of(section)) {
+            const QByteArray remark = "\"_comment " + QByteArray(property->key) + "\": \"";
+            QVERIFY2(bytes.contains(remark), property->key);
+        }
+    }
 }
 
 NUV_TEST_MAIN(tst_Tables)

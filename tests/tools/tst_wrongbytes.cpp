@@ -194,6 +194,9 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
         "1:1 other-format: this is an HTML page\n");
     row("XML", "<?xml version=\"1.0\"?>\n<Global/>\n", "1:1 other-format: this is XML\n");
     row("YAML", "# of the device\nGlobal:\n  Version: 1\n", "1:1 other-format: this is YAML\n");
+    row("one line with a number", "1 {}\n",
+        "1:1 unexpected-token: this cannot be here\n1:3 no-version: \"Global\" with the version is "
+        "missing, so no application is loaded\n1:3 no-applications: there are no applications\n");
     row("an INI file", "[Global]\nVersion=1\n", "1:1 other-format: this is an INI file\n");
     const char javaScript[] = "1:1 other-format: this is JavaScript\n";
     row("a variable", "var config = " + clean, javaScript);

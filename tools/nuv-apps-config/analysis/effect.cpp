@@ -13,18 +13,14 @@ QString words(const char *latin1)
     return QLatin1String(latin1);
 }
 
-bool isSyntaxError(const Finding &finding)
-{
-    const Rule &rule = Rules::find(finding.rule);
-    return rule.severity == Severity::Error && rule.group == RuleGroup::Syntax;
-}
-
 // The line of the first syntax error. The library notices it at the same place or later, since the
 // place where a bracket or a comma is missing comes before the token that cannot follow.
 int errorLine(const Analysis &analysis, int noticedAt)
 {
     const std::vector<Finding> &findings = analysis.findings.all();
-    const auto first = std::find_if(findings.begin(), findings.end(), isSyntaxError);
+    const auto first = std::find_if(findings.begin(), findings.end(), [](const Finding &finding) {
+        return Rules::isSyntaxError(finding.rule);
+    });
     const bool isThere = first != findings.end() && first->offset <= noticedAt;
     return analysis.source.place(isThere ? first->offset : noticedAt).line;
 }

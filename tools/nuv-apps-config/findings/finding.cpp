@@ -70,10 +70,8 @@ bool Findings::has(const char *rule) const
 
 bool Findings::hasSyntaxError() const
 {
-    return std::any_of(m_all.begin(), m_all.end(), [](const Finding &finding) {
-        const Rule &rule = Rules::find(finding.rule);
-        return rule.severity == Severity::Error && rule.group == RuleGroup::Syntax;
-    });
+    return std::any_of(m_all.begin(), m_all.end(),
+                       [](const Finding &finding) { return Rules::isSyntaxError(finding.rule); });
 }
 
 int Findings::count(Severity severity) const

@@ -139,6 +139,11 @@ QByteArray Rules::sample(const Rule &rule)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+bool Rules::isSyntaxError(const char *id)
+{
+    return find(id).group == RuleGroup::Syntax;
+}
+
 bool Rules::canBeIgnored(const Rule &rule)
 {
     return rule.severity != Severity::Error

@@ -35,6 +35,9 @@ const Rule *lookUp(const QString &id);
 /// `id` must be one of the table.
 const Rule &find(const char *id);
 
+/// Whether it is one of the syntax. Each of them is an error: the library reads nothing of such a file.
+bool isSyntaxError(const char *id);
+
 /// A file in which the rule finds something; empty for what no file can show.
 QByteArray sample(const Rule &rule);
 

@@ -554,12 +554,6 @@ void moveBack(const MendedText &mended, Document &document)
     }
 }
 
-bool isMistake(const Finding &finding)
-{
-    const Rule &rule = Rules::find(finding.rule);
-    return rule.group == RuleGroup::Syntax && rule.severity == Severity::Error;
-}
-
 // Mistakes that are told from their own bytes, and leave what is around them as it is.
 bool isWithinToken(const char *rule)
 {
@@ -580,7 +574,8 @@ bool isSpareComma(const char *rule)
 bool isPlain(const Findings &found)
 {
     return std::all_of(found.all().begin(), found.all().end(), [](const Finding &finding) {
-        return !isMistake(finding) || isWithinToken(finding.rule) || isSpareComma(finding.rule);
+        return !Rules::isSyntaxError(finding.rule) || isWithinToken(finding.rule)
+            || isSpareComma(finding.rule);
     });
 }
 
@@ -604,7 +599,7 @@ void noteMistakes(const SourceText &source, const MendedText &mended, const Find
     document.moved = mended.moved();
     document.loose = mended.loose();
     for (const Finding &finding : found.all()) {
-        if (!isMistake(finding))
+        if (!Rules::isSyntaxError(finding.rule))
             continue;
         const int place = mended.original(finding.offset);
         if (isWithinToken(finding.rule) || (isSure && isSpareComma(finding.rule))) {
@@ -631,9 +626,9 @@ Findings oneALine(const SourceText &source, const MendedText &mended, const Find
         const int line = source.place(offset).line;
         if (!mended.isEmpty() && std::strcmp(finding.rule, "empty-file") == 0)
             return; // all that was there was a mistake
-        if (isMistake(finding) && lines.contains(line))
+        if (Rules::isSyntaxError(finding.rule) && lines.contains(line))
             return;
-        if (isMistake(finding))
+        if (Rules::isSyntaxError(finding.rule))
             lines.insert(line);
         copy(finding, offset, result);
     };

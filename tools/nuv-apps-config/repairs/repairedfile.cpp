@@ -13,12 +13,6 @@ namespace {
 // A round mends about a hundred mistakes of the syntax. Nobody makes so many by hand.
 const int MostRounds = 50;
 
-bool isMistakeOfSyntax(const Finding &finding)
-{
-    const Rule &rule = Rules::find(finding.rule);
-    return rule.group == RuleGroup::Syntax && rule.severity == Severity::Error;
-}
-
 std::vector<Edit> editsOf(const std::vector<SureRepair> &repairs, size_t begin, size_t end)
 {
     std::vector<Edit> edits;
@@ -74,7 +68,7 @@ bool RepairedFile::Attempt::keepsTheOthers() const
 {
     const std::vector<Edit> edits = editsOf(repairs, begin, end);
     for (const Finding &finding : before.findings.all()) {
-        if (!isMistakeOfSyntax(finding) || isRepaired(finding))
+        if (!Rules::isSyntaxError(finding.rule) || isRepaired(finding))
             continue;
         const int offset = moved(finding.offset, edits);
         const auto isSame = [&](const Finding &other) {

@@ -387,12 +387,6 @@ const Sure table[] = {
     { "control-character", &Judge::backslashes, true },
 };
 
-bool isMistakeOfSyntax(const Finding &finding)
-{
-    const Rule &rule = Rules::find(finding.rule);
-    return rule.group == RuleGroup::Syntax && rule.severity == Severity::Error;
-}
-
 bool isComment(const Finding &finding)
 {
     return std::strcmp(finding.rule, "comment") == 0;
@@ -445,7 +439,7 @@ std::vector<SureRepair> ofTable(const Analysis &analysis, const DeviceFiles &fil
     std::vector<SureRepair> repairs;
     for (const Finding &finding : analysis.findings.all()) {
         const Sure *const sure = sureOf(finding);
-        if (!sure || isMistakeOfSyntax(finding) != isSyntax)
+        if (!sure || Rules::isSyntaxError(finding.rule) != isSyntax)
             continue;
         if (!judge)
             judge.reset(new Judge(analysis, files));
@@ -462,7 +456,7 @@ std::vector<SureRepair> SureRepairs::of(const Analysis &analysis, const DeviceFi
 {
     const std::vector<Finding> &all = analysis.findings.all();
     const bool hasMistakes = std::any_of(all.begin(), all.end(), [](const Finding &finding) {
-        return isMistakeOfSyntax(finding) && !isComment(finding);
+        return Rules::isSyntaxError(finding.rule) && !isComment(finding);
     });
     if (hasMistakes)
         return apart(ofTable(analysis, files, true));
