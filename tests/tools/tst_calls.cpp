@@ -61,6 +61,8 @@ void tst_Calls::initTestCase()
          "{ \"Tag\": \"tv\", \"Scale\": 1.5, \"UseWebGL\": true }, { \"Tag\": \"menu\" }, "
          "{ \"Tag\": \"menu-2\" }");
     file("other.json", "{ \"Tag\": \"other\", \"Scale\": 2.5 }");
+    file("numbers.json",
+         "{ \"Tag\": \"small\", \"Scale\": -1e999 }, { \"Tag\": \"large\", \"Scale\": 1e999 }");
     file("tv.json", "{ \"Tag\": \"tv\", \"Scale\": 3.5 }");
     QVERIFY(QDir::setCurrent(m_folder.path()));
 }
@@ -82,6 +84,8 @@ void tst_Calls::theFileIsInOnePlace_data()
     row("get other.json other Scale", "2.5\n");
     row("get -f other.json other Scale", "2.5\n");
     row("get tv.json tv Scale", "3.5\n");
+    row("get numbers.json small Scale", "-inf\n");
+    row("get numbers.json large Scale", "inf\n");
     row("keys other.json",
         "Applications/1/Scale = 2.5  (double)\nApplications/1/Tag = \"other\"  (string)\n"
         "Applications/size = 1  (int)\nGlobal/Version = 1  (int)\n");

@@ -355,6 +355,8 @@ void tst_Repairs::isWritten_data()
         "\"Scale\": 2, \"UseWebGL\": true");
     row("a missing comma", "\"Scale\": 2\n\t\"UseWebGL\": true",
         "\"Scale\": 2,\n\t\"UseWebGL\": true");
+    row("a missing comma before a remark", "\"Scale\": 2 // two\n\t\"UseWebGL\": true",
+        "\"Scale\": 2, \"_comment\": \"two\",\n\t\"UseWebGL\": true");
     row("other quotes",
         "'Scale': 2, `UserAgent`: \xe2\x80\x9e"
         "a\xe2\x80\x9c",

@@ -439,8 +439,8 @@ void tst_SecretPlaces::linesHideWhatMayBeASecret_data()
         "'Certificate\n': {\n'ab': 'cd'\n},\n'ef': 'gh'\n'ij': 1",
         "'Certificate\n***\n***: ***\n},\n'ef': 'gh'\n'ij': 1");
     row("blanks after the bare key of a certificate",
-        "Certificate    \n{\n'ab': 'cd'\n},\n'ef': 'gh'\n'ij': 1",
-        "Certificate    \n{\n***: ***\n},\n'ef': 'gh'\n'ij': 1");
+        "Certificate          \n{\n'ab': 'cd'\n},\n'ef': 'gh'\n'ij': 1",
+        "Certificate          \n{\n***: ***\n},\n'ef': 'gh'\n'ij': 1");
     row("letters after the certificate's key",
         "'Certificates': {\n'ab': 'cd'\n},\n'ef': 'gh'\n'ij': 1",
         "'Certificates': {\n***: ***\n},\n'ef': 'gh'\n'ij': 1");
