@@ -37,6 +37,7 @@ private Q_SLOTS:
     void theChainOfTheFileIsPresented();
     void onlyTheConfiguredServersSeeTheCertificate_data();
     void onlyTheConfiguredServersSeeTheCertificate();
+    void aServerThatMayNotSeeTheCertificateIsExplained();
     void theErrorPageSaysWhyThereIsNoSecureConnection();
     void theErrorPageSaysWhyTheCertificateCannotBeUsed();
 
@@ -347,6 +348,29 @@ void tst_LauncherCertificate::onlyTheConfiguredServersSeeTheCertificate()
     QCOMPARE(own.clients("/").join(text(" ")), text("device"));
     QCOMPARE(other.clients("/picture"), QStringList(client));
     QCOMPARE(other.clients("/frame"), QStringList(client));
+}
+
+void tst_LauncherCertificate::aServerThatMayNotSeeTheCertificateIsExplained()
+{
+    TlsServer other(m_authority.path("CA.pem"), m_authority.path("server.pem"),
+                    m_authority.path("server.key"));
+    const QByteArray foreign =
+        other.address()
+            .replace(ToolkitDifferences::trustedLocalHost(), ToolkitDifferences::otherLocalHost())
+            .toLatin1();
+    m_server->serveBytes(
+        "/away", "HTTP/1.1 302 Found\r\nLocation: " + foreign + "\r\nContent-Length: 0\r\n\r\n");
+    Stage stage;
+    trustAuthority(&stage);
+    stage.configure(Stage::application("tv", m_server->address("/away"),
+                                       ownCertificate("device.pem", "device.key")));
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(run.status, 1);
+    QVERIFY2(run.err.contains(text("; perhaps the server demands a certificate, which is only for "
+                                   "the host of Url and the granted domains")),
+             qPrintable(run.err));
 }
 
 void tst_LauncherCertificate::theErrorPageSaysWhyThereIsNoSecureConnection()

@@ -26,12 +26,20 @@ private slots:
     void saysWhatTheFileIs();
     void saysTheCauseAndTheRemedy_data();
     void saysTheCauseAndTheRemedy();
+    void saysWhatBecomesOfADuplicate_data();
+    void saysWhatBecomesOfADuplicate();
+    void saysWhereTheOtherVersionIs();
 
 private:
     TemporaryDir m_folder;
 };
 
 namespace {
+
+const char conflict[] = "{ \"Global\": { \"Version\": 1 },\n<<<<<<< ours\n"
+                        "\"Applications\": [ { \"Tag\": \"a\", \"Url\": \"http://a.example/\" } ]\n"
+                        "||||||| before\n\"Applications\": [ { \"Tag\": \"0\" } ]\n=======\n"
+                        "\"Applications\": [ { \"Tag\": \"b\" } ]\n>>>>>>> theirs\n}\n";
 
 // What the findings of many files with one wrong byte each come to.
 struct Tally {
@@ -242,6 +250,8 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
         "\"Applications\": [ { \"Tag\": \"a\", \"Url\": \"http://a.example/\" } ]\n=======\n"
         "\"Applications\": [ { \"Tag\": \"b\" } ]\n>>>>>>> theirs\n}\n",
         "2:1 merge-conflict: a merge left two versions of these lines\n");
+    row("a conflict with what both began with", conflict,
+        "2:1 merge-conflict: a merge left two versions of these lines\n");
 }
 
 void tst_WrongBytes::saysWhatTheFileIs()
@@ -292,6 +302,10 @@ void tst_WrongBytes::saysTheCauseAndTheRemedy_data()
         "begins with _comment");
     row("\"UserAgent\": 'Box'",
         "single-quotes: a string in single quotes; use the straight double quote, \"");
+    row("\"_comment\": \"\\uzzzz\"",
+        "bad-unicode-escape: \\u takes the four bytes after it, and they are not hexadecimal "
+        "digits; "
+        "write two backslashes for one");
     row("\"UserAgent\": Box", "unquoted-text: a string without quotes; write it in double quotes");
     row("\"UserAgent\":",
         "missing-value: a key without a value; remove the key, or give it a value");
@@ -304,6 +318,55 @@ void tst_WrongBytes::saysTheCauseAndTheRemedy()
                              "\"tv\", \"Url\": \"http://tv.example/\",\n"
         + member + "\n} ] }\n";
     QTEST(describe(*analyse(QLatin1String("test"), bytes, m_folder.path()), true), "expected");
+}
+
+void tst_WrongBytes::saysWhatBecomesOfADuplicate_data()
+{
+    QTest::addColumn<QByteArray>("values");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *first, const char *later, const char *expected) {
+        QTest::addRow("%s and %s", first, later)
+            << "{ \"a\": " + QByteArray(first) + ", \"a\": " + later + " }"
+            << QLatin1String("the key \"a\" appears twice in one object: ")
+                + QLatin1String(expected);
+    };
+    const char *const objects = "the two objects are merged, and the earlier values survive";
+    const char *const arrays =
+        "the two arrays are merged element by element, and the earlier size survives";
+    const char *const both = "the flat settings get the keys of both";
+    const char *const one = "the earlier value survives, this one is lost";
+    row("{ \"b\": 1 }", "{ \"b\": 2 }", objects);
+    row("[ 1 ]", "[ 2 ]", arrays);
+    row("{ \"b\": 1 }", "[ 1 ]", both);
+    row("{ \"b\": 1 }", "1", both);
+    row("[ 1 ]", "{ \"b\": 1 }", both);
+    row("[ 1 ]", "1", both);
+    row("1", "{ \"b\": 1 }", both);
+    row("1", "[ 1 ]", both);
+    row("1", "2", one);
+}
+
+void tst_WrongBytes::saysWhatBecomesOfADuplicate()
+{
+    QFETCH(QByteArray, values);
+    const auto analysis = analyse(QLatin1String("test"), values, m_folder.path());
+    QStringList texts;
+    for (const Finding &finding : analysis->findings.all()) {
+        if (qstrcmp(finding.rule, "duplicate-key") == 0)
+            texts += finding.text;
+    }
+    QTEST(texts.join(QLatin1Char('\n')), "expected");
+}
+
+void tst_WrongBytes::saysWhereTheOtherVersionIs()
+{
+    const auto analysis = analyse(QLatin1String("test"), conflict, m_folder.path());
+    QStringList remarks;
+    for (const Remark &remark : analysis->findings.all().front().remarks)
+        remarks += QString::number(analysis->source.place(remark.offset).line) + QLatin1String(": ")
+            + remark.text;
+    QCOMPARE(remarks.join(QLatin1Char('\n')),
+             QString(QLatin1String("6: the other version begins here\n8: and ends here")));
 }
 
 NUV_TEST_MAIN(tst_WrongBytes)

@@ -233,8 +233,27 @@ QString maskedSegment(const QString &segment)
 
 } // namespace
 
+Passwords::Piece Passwords::findPrivateKey(const QString &text, int from)
+{
+    const QString ending = QLatin1String("PRIVATE KEY-----");
+    const int longestKind = 40; // more than "RSA " and "ENCRYPTED "
+    int at = text.indexOf(ending, from);
+    for (; at >= 0; at = text.indexOf(ending, at + 1)) {
+        const int opening = text.lastIndexOf(QLatin1String("-----BEGIN "), at);
+        if (opening < 0 || at - opening > longestKind)
+            continue;
+        const int begin = at + ending.size();
+        const int end = text.indexOf(QLatin1String("-----END "), begin);
+        return between(begin, end < 0 ? text.size() : end);
+    }
+    return None;
+}
+
 Passwords::Piece Passwords::find(const QString &address, Kind kind)
 {
+    const Piece key = findPrivateKey(address);
+    if (key.length > 0)
+        return key;
     const int sign = address.lastIndexOf(QLatin1Char('@'));
     const int begin = endOfScheme(address);
     const bool isAddress = begin > 0 || kind == Proxy;
@@ -262,6 +281,10 @@ QString Passwords::maskedAddress(const QString &address, Kind kind)
 
 QString Passwords::maskedText(const QString &text)
 {
+    const Piece key = findPrivateKey(text);
+    if (key.length > 0)
+        return maskedText(text.left(key.begin)) + mask()
+            + maskedText(text.mid(key.begin + key.length));
     int slashes = text.indexOf(QLatin1String("://"));
     int begin = slashes < 0 ? text.size() : beginOfScheme(text, slashes);
     QString result = maskedWords(text.left(begin));

@@ -1,16 +1,34 @@
 // SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/secrets/secretranges.h"
 
+#include "examples/launcher/values/passwords.h"
 #include "tools/nuv-apps-config/secrets/secretlines.h"
 #include "tools/nuv-apps-config/secrets/secretnodes.h"
 
 #include <algorithm>
 
+namespace {
+
+// The lines of a private key say nothing of what they are.
+void findPrivateKeys(const QByteArray &bytes, std::vector<SecretRange> &ranges)
+{
+    if (!bytes.contains("PRIVATE KEY-----"))
+        return;
+    const QString text = QString::fromLatin1(bytes);
+    for (Passwords::Piece key = Passwords::findPrivateKey(text); key.length > 0;
+         key = Passwords::findPrivateKey(text, key.begin + key.length))
+        ranges.push_back({ key.begin, key.begin + key.length });
+}
+
+} // namespace
+
 SecretRanges::SecretRanges(const QByteArray &bytes, const Document &document, bool hasSyntaxErrors)
 {
     SecretNodes(bytes, document, m_ranges).find();
-    if (hasSyntaxErrors)
+    if (hasSyntaxErrors) {
         SecretLines(bytes, m_ranges).find();
+        findPrivateKeys(bytes, m_ranges);
+    }
     merge();
 }
 
