@@ -767,25 +767,29 @@ void tst_AllocationFailures::whatSomebodyElseHoldsIsNotCopiedToBeFreed()
     QCOMPARE(describe(holder), before);
 }
 
-// Blanks, and a few keys that need as much memory as these at most once they are flat.
-void tst_AllocationFailures::theDocumentIsGoneWhenItsKeysAreMade()
+// Of an array whose keys need more memory than the document, which has that many blanks.
+static long peakOfReading(int blanks)
 {
-    const int blanks = 2 << 20;
     QByteArray members = "1";
     for (int i = 0; i < 600; ++i)
         members += ",1";
     QBuffer device;
     device.setData("{\"" + QByteArray(1000, 'k') + "\":[" + members + QByteArray(blanks, ' ')
                    + "]}");
-    QVERIFY(device.open(QIODevice::ReadOnly));
     QSettings::SettingsMap map;
-
+    if (!device.open(QIODevice::ReadOnly))
+        return -1;
     Allocations::startPeak();
     readJsonSettings(device, map);
-    const long peak = Allocations::peak();
+    return map.size() == 602 ? Allocations::peak() : -1;
+}
 
-    QCOMPARE(map.size(), 602);
-    QVERIFY2(peak < blanks * 4 / 3, QByteArray::number(int(peak)).constData());
+void tst_AllocationFailures::theDocumentIsGoneWhenItsKeysAreMade()
+{
+    const int blanks = 1 << 19;
+    const long peak = peakOfReading(0);
+    QVERIFY(peak > 2 * blanks); // the toolkit may read into memory of twice the size
+    QVERIFY2(peakOfReading(blanks) < peak + blanks / 2, QByteArray::number(int(peak)).constData());
 }
 
 NUV_TEST_MAIN(tst_AllocationFailures)
