@@ -52,18 +52,13 @@ struct Tally {
     void add(const Analysis &analysis, const WrongBytes::Slip &slip);
 };
 
-bool isSyntaxError(const Finding &finding)
-{
-    const Rule &rule = Rules::find(finding.rule);
-    return rule.severity == Severity::Error && rule.group == RuleGroup::Syntax;
-}
-
 void Tally::add(const Analysis &analysis, const WrongBytes::Slip &slip)
 {
     const std::vector<Finding> &all = analysis.findings.all();
     const int line = analysis.source.place(slip.offset).line;
     const bool isOnLine = std::any_of(all.begin(), all.end(), [&](const Finding &finding) {
-        return isSyntaxError(finding) && analysis.source.place(finding.offset).line == line;
+        return Rules::isSyntaxError(finding.rule)
+            && analysis.source.place(finding.offset).line == line;
     });
     const bool isRejected = analysis.findings.hasSyntaxError();
     files += !all.empty();
@@ -102,9 +97,9 @@ bool hasOneErrorALine(const Analysis &analysis)
     QSet<int> lines;
     for (const Finding &finding : analysis.findings.all()) {
         const int line = analysis.source.place(finding.offset).line;
-        if (isSyntaxError(finding) && lines.contains(line))
+        if (Rules::isSyntaxError(finding.rule) && lines.contains(line))
             return false;
-        if (isSyntaxError(finding))
+        if (Rules::isSyntaxError(finding.rule))
             lines.insert(line);
     }
     return true;
@@ -170,7 +165,7 @@ void tst_WrongBytes::severalWrongBytesAreFoundEachOnItsLine()
         }
         const auto analysis = analyse(QLatin1String("test"), broken.join('\n'), m_folder.path());
         for (const Finding &finding : analysis->findings.all()) {
-            if (isSyntaxError(finding))
+            if (Rules::isSyntaxError(finding.rule))
                 expected.remove(analysis->source.place(finding.offset).line - 1);
         }
         found += mistakes - expected.size();

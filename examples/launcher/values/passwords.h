@@ -4,9 +4,9 @@
 
 #include <QString>
 
-/// Finds the passwords of addresses, and private keys, so that they reach no output. A password is taken for one in every
-/// form that people write: with "/", "@", ":" and blanks in it, with and without a scheme, and without the
-/// name of a user. In doubt more is hidden than the password. The functions are reentrant.
+/// Finds the passwords of addresses, and private keys, so that they reach no output. A password is taken for
+/// one in every form that people write: with "/", "@", ":" and blanks in it, with and without a scheme, and
+/// without the name of a user. In doubt more is hidden than the password. The functions are reentrant.
 namespace Passwords {
 
 /// What a string is known to be.

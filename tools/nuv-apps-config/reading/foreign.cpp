@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/reading/foreign.h"
-#include "tools/nuv-apps-config/text/matching.h"
 
-#include <QHash>
+#include "tools/nuv-apps-config/text/matching.h"
 
 #include <algorithm>
 
@@ -62,14 +61,6 @@ QList<QByteArray> firstLines(const QByteArray &bytes)
             lines.append(text);
     }
     return lines;
-}
-
-bool matches(const QByteArray &line, const char *pattern)
-{
-    static QHash<const char *, QRegularExpression> compiled;
-    if (!compiled.contains(pattern))
-        compiled.insert(pattern, QRegularExpression(QLatin1String(pattern)));
-    return matched(compiled.value(pattern), QString::fromLatin1(line)).hasMatch();
 }
 
 bool allMatch(const QList<QByteArray> &lines, const char *pattern)

@@ -21,12 +21,6 @@ namespace {
 
 typedef std::vector<Edit> Changes;
 
-bool matches(const QByteArray &bytes, const char *pattern)
-{
-    return matched(QRegularExpression(QLatin1String(pattern)), QString::fromLatin1(bytes))
-        .hasMatch();
-}
-
 bool isOneOf(const QByteArray &word, const char *words)
 {
     return QString(QLatin1String(words))

@@ -10,4 +10,8 @@
 QRegularExpressionMatch matched(const QRegularExpression &expression, const QString &text,
                                 int from = 0);
 
+/// Whether `pattern`, a literal, which is compiled once, matches in the Latin-1 text `bytes`. Throws the
+/// same. Not reentrant.
+bool matches(const QByteArray &bytes, const char *pattern);
+
 #endif // MATCHING_H

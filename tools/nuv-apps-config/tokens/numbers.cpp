@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/tokens/numbers.h"
+
 #include "tools/nuv-apps-config/text/matching.h"
 
 #include <cmath>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/tokens/tokenizer.h"
-#include "tools/nuv-apps-config/text/matching.h"
 
 #include "tools/nuv-apps-config/tokens/literals.h"
 #include "tools/nuv-apps-config/tokens/numbers.h"
+#include "tools/nuv-apps-config/text/matching.h"
 #include "tools/nuv-apps-config/text/spelling.h"
 #include "tools/nuv-apps-config/text/utf8.h"
 
