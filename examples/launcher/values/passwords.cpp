@@ -1,14 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "values/passwords.h"
 
+#include <algorithm>
+
 namespace {
+
+typedef std::vector<Passwords::Piece> Pieces;
 
 const Passwords::Piece None = { 0, 0 };
 
 Passwords::Piece between(int begin, int end)
 {
-    const Passwords::Piece piece = { begin, end > begin ? end - begin : 0 };
+    const Passwords::Piece piece = { begin, end };
     return piece;
+}
+
+bool isEmpty(const Passwords::Piece &piece)
+{
+    return piece.begin >= piece.end;
 }
 
 bool isSchemeCharacter(QChar c)
@@ -179,7 +188,7 @@ Passwords::Piece findInAnyPart(const QString &address, int begin)
 {
     while (begin < address.size()) {
         const Passwords::Piece piece = findWithoutSign(address, begin);
-        if (piece.length > 0)
+        if (!isEmpty(piece))
             return piece;
         begin = endOfAuthority(address, begin) + 1;
     }
@@ -231,39 +240,19 @@ QString maskedSegment(const QString &segment)
     return (isFile ? address : Passwords::maskedAddress(address)) + maskedWords(segment.mid(end));
 }
 
-} // namespace
-
-Passwords::Piece Passwords::findPrivateKey(const QString &text, int from)
+// In a value that is one address.
+Passwords::Piece findPassword(const QString &address, Passwords::Kind kind)
 {
-    const QString ending = QLatin1String("PRIVATE KEY-----");
-    const int longestKind = 40; // more than "RSA " and "ENCRYPTED "
-    int at = text.indexOf(ending, from);
-    for (; at >= 0; at = text.indexOf(ending, at + 1)) {
-        const int opening = text.lastIndexOf(QLatin1String("-----BEGIN "), at);
-        if (opening < 0 || at - opening > longestKind)
-            continue;
-        const int begin = at + ending.size();
-        const int end = text.indexOf(QLatin1String("-----END "), begin);
-        return between(begin, end < 0 ? text.size() : end);
-    }
-    return None;
-}
-
-Passwords::Piece Passwords::find(const QString &address, Kind kind)
-{
-    const Piece key = findPrivateKey(address);
-    if (key.length > 0)
-        return key;
     const int sign = address.lastIndexOf(QLatin1Char('@'));
     const int begin = endOfScheme(address);
-    const bool isAddress = begin > 0 || kind == Proxy;
+    const bool isAddress = begin > 0 || kind == Passwords::Proxy;
     if (sign >= 0) {
         const int colon = endOfColon(address, begin);
         const bool hasPort = colon > sign && isPort(address.mid(colon));
         const bool hasSlashes = address.left(sign).contains(QLatin1String("//"));
         return findBeforeSign(address, begin, sign, isAddress || hasPort || hasSlashes, kind);
     }
-    if (kind == Proxy || (begin > 0 && !isAfterScheme(address, begin)))
+    if (kind == Passwords::Proxy || (begin > 0 && !isAfterScheme(address, begin)))
         return findInAnyPart(address, begin);
     if (begin > 0)
         return findWithoutSign(address, begin);
@@ -271,20 +260,9 @@ Passwords::Piece Passwords::find(const QString &address, Kind kind)
     return slashes >= 0 ? findInAnyPart(address, slashes + 2) : None; // the scheme is none
 }
 
-QString Passwords::maskedAddress(const QString &address, Kind kind)
+// A sentence without private keys.
+QString maskedSentence(const QString &text)
 {
-    const Piece piece = find(address, kind);
-    if (piece.length == 0)
-        return address;
-    return address.left(piece.begin) + mask() + address.mid(piece.begin + piece.length);
-}
-
-QString Passwords::maskedText(const QString &text)
-{
-    const Piece key = findPrivateKey(text);
-    if (key.length > 0)
-        return maskedText(text.left(key.begin)) + mask()
-            + maskedText(text.mid(key.begin + key.length));
     int slashes = text.indexOf(QLatin1String("://"));
     int begin = slashes < 0 ? text.size() : beginOfScheme(text, slashes);
     QString result = maskedWords(text.left(begin));
@@ -295,6 +273,76 @@ QString Passwords::maskedText(const QString &text)
         begin = end;
     }
     return result;
+}
+
+// With the piece in its place; what touches it becomes one with it.
+void add(Passwords::Piece piece, Pieces &pieces)
+{
+    Pieces apart;
+    for (const Passwords::Piece &other : pieces) {
+        if (other.end < piece.begin || piece.end < other.begin)
+            apart.push_back(other);
+        else
+            piece = between(qMin(piece.begin, other.begin), qMax(piece.end, other.end));
+    }
+    const auto isBefore = [](const Passwords::Piece &a, const Passwords::Piece &b) {
+        return a.begin < b.begin;
+    };
+    apart.insert(std::upper_bound(apart.begin(), apart.end(), piece, isBefore), piece);
+    pieces.swap(apart);
+}
+
+} // namespace
+
+std::vector<Passwords::Piece> Passwords::findPrivateKeys(const QString &text)
+{
+    const QString opening = QLatin1String("-----BEGIN ");
+    const QString ending =
+        QLatin1String("PRIVATE KEY-----"); // after "RSA ", "ENCRYPTED " or nothing
+    Pieces keys;
+    int at = text.indexOf(ending);
+    while (at >= 0) {
+        const int begin = at + ending.size();
+        const int dashes = text.lastIndexOf(QLatin1String("-----"), at);
+        const int closing = text.indexOf(QLatin1String("-----END "), begin);
+        const Piece key = between(begin, closing < 0 ? text.size() : closing);
+        const bool isOpened = dashes >= 0 && text.mid(dashes, opening.size()) == opening;
+        if (isOpened && !isEmpty(key))
+            keys.push_back(key);
+        at = text.indexOf(ending, isOpened ? key.end : begin);
+    }
+    return keys;
+}
+
+std::vector<Passwords::Piece> Passwords::find(const QString &address, Kind kind)
+{
+    Pieces pieces = findPrivateKeys(address);
+    const Piece password = findPassword(address, kind);
+    if (!isEmpty(password))
+        add(password, pieces);
+    return pieces;
+}
+
+QString Passwords::maskedAddress(const QString &address, Kind kind)
+{
+    QString result;
+    int at = 0;
+    for (const Piece &piece : find(address, kind)) {
+        result += address.mid(at, piece.begin - at) + mask();
+        at = piece.end;
+    }
+    return result + address.mid(at);
+}
+
+QString Passwords::maskedText(const QString &text)
+{
+    QString result;
+    int at = 0;
+    for (const Piece &key : findPrivateKeys(text)) {
+        result += maskedSentence(text.mid(at, key.begin - at)) + mask();
+        at = key.end;
+    }
+    return result + maskedSentence(text.mid(at));
 }
 
 QString Passwords::mask()

@@ -265,7 +265,7 @@ bool SecretLines::hasPassword(const std::vector<LineWord> &words, const DecodedT
     while (isProxy && !rest.isEmpty()
            && QString(QLatin1String("\" \t:=;,[{'")).contains(rest.at(0)))
         rest.remove(0, 1);
-    return Passwords::find(rest, Passwords::Proxy).length > 0;
+    return !Passwords::find(rest, Passwords::Proxy).empty();
 }
 
 void SecretLines::addWords(const std::vector<LineWord> &words)
@@ -301,9 +301,7 @@ void SecretLines::addPassword(const LineWord &word, const QString &key)
 {
     const int closing = word.type == LineWord::Text ? 1 : 0;
     const DecodedText decoded(m_bytes, word.begin + 1, word.end - closing);
-    const Passwords::Piece piece = Passwords::find(
-        decoded.text(), SecretNames::isProxy(key) ? Passwords::Proxy : Passwords::AnyText);
-    if (piece.length > 0)
-        m_ranges.push_back(
-            { decoded.offset(piece.begin), decoded.offset(piece.begin + piece.length) });
+    const Passwords::Kind kind = SecretNames::isProxy(key) ? Passwords::Proxy : Passwords::AnyText;
+    for (const Passwords::Piece &piece : Passwords::find(decoded.text(), kind))
+        m_ranges.push_back({ decoded.offset(piece.begin), decoded.offset(piece.end) });
 }

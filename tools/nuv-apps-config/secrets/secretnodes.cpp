@@ -65,11 +65,12 @@ void SecretNodes::findInMember(const Node::Child &member, const Surroundings &ar
     if (hasSign || (isHidden && !isShown))
         add(member.keyBegin, member.keyEnd);
     else if (!isShown)
-        findInText(member.keyBegin, member.keyEnd, false, false);
+        findInText(member.keyBegin, member.keyEnd, member.key, false, false);
     if (isHidden)
         add(value.begin, value.end);
     else if (value.type == Node::Text)
-        findInText(value.begin, value.end, m_surroundings[size_t(member.node)].isProxy, isRead);
+        findInText(value.begin, value.end, value.value.toString(),
+                   m_surroundings[size_t(member.node)].isProxy, isRead);
 }
 
 void SecretNodes::findInElement(const Node &element, const Surroundings &around)
@@ -77,22 +78,33 @@ void SecretNodes::findInElement(const Node &element, const Surroundings &around)
     if (around.isCertificate && !element.isContainer())
         add(element.begin, element.end);
     else if (element.type == Node::Text)
-        findInText(element.begin, element.end, around.isProxy, false);
+        findInText(element.begin, element.end, element.value.toString(), around.isProxy, false);
 }
 
-void SecretNodes::findInText(int begin, int end, bool isProxy, bool isRead)
+void SecretNodes::findInText(int begin, int end, const QString &text, bool isProxy, bool isRead)
 {
     if (begin >= end)
         return;
+    if (!Passwords::findPrivateKeys(text).empty())
+        findPrivateKeys(begin, end);
     const int quote = m_bytes.at(begin) == '"' ? 1 : 0;
     const int textEnd = end - quote;
     for (int at = begin + quote; at < textEnd; at += LongestPiece - LongestName) {
         const DecodedText decoded(m_bytes, at, qMin(at + LongestPiece, textEnd));
-        const Passwords::Piece piece =
-            Passwords::find(decoded.text(), isProxy ? Passwords::Proxy : Passwords::AnyText);
-        if (isRead ? holdsMember(decoded.text()) : SecretNames::isSecret(decoded.text()))
+        if (isRead ? holdsMember(decoded.text()) : SecretNames::isSecret(decoded.text())) {
             add(begin, end);
-        else if (piece.length > 0)
-            add(decoded.offset(piece.begin), decoded.offset(piece.begin + piece.length));
+            return;
+        }
+        for (const Passwords::Piece &piece :
+             Passwords::find(decoded.text(), isProxy ? Passwords::Proxy : Passwords::AnyText))
+            add(decoded.offset(piece.begin), decoded.offset(piece.end));
     }
+}
+
+// In the whole text: no piece but the first says that it is a part of a key.
+void SecretNodes::findPrivateKeys(int begin, int end)
+{
+    const DecodedText decoded(m_bytes, begin, end);
+    for (const Passwords::Piece &key : Passwords::findPrivateKeys(decoded.text()))
+        add(decoded.offset(key.begin), decoded.offset(key.end));
 }

@@ -27,7 +27,8 @@ private:
 
     void findInMember(const Node::Child &member, const Surroundings &around);
     void findInElement(const Node &element, const Surroundings &around);
-    void findInText(int begin, int end, bool isProxy, bool isRead);
+    void findInText(int begin, int end, const QString &text, bool isProxy, bool isRead);
+    void findPrivateKeys(int begin, int end);
     void add(int begin, int end);
 
     const QByteArray &m_bytes;

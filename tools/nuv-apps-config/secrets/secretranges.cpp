@@ -12,12 +12,8 @@ namespace {
 // The lines of a private key say nothing of what they are.
 void findPrivateKeys(const QByteArray &bytes, std::vector<SecretRange> &ranges)
 {
-    if (!bytes.contains("PRIVATE KEY-----"))
-        return;
-    const QString text = QString::fromLatin1(bytes);
-    for (Passwords::Piece key = Passwords::findPrivateKey(text); key.length > 0;
-         key = Passwords::findPrivateKey(text, key.begin + key.length))
-        ranges.push_back({ key.begin, key.begin + key.length });
+    for (const Passwords::Piece &key : Passwords::findPrivateKeys(QString::fromLatin1(bytes)))
+        ranges.push_back({ key.begin, key.end });
 }
 
 } // namespace
