@@ -357,6 +357,12 @@ void tst_Repairs::isWritten_data()
         "\"Scale\": 2,\n\t\"UseWebGL\": true");
     row("a missing comma before a remark", "\"Scale\": 2 // two\n\t\"UseWebGL\": true",
         "\"Scale\": 2, \"_comment\": \"two\",\n\t\"UseWebGL\": true");
+    row("a keyword before a remark", "\"UseWebGL\": True # on\n",
+        "\"UseWebGL\": true, \"_comment\": \"on\"\n");
+    row("a comma after the last entry, before a remark", "\"Scale\": 2, /* two */",
+        "\"Scale\": 2, \"_comment\": \"two\"");
+    row("a comma after the last entry, before a remark as in HTML", "\"Scale\": 2, <!-- two -->",
+        "\"Scale\": 2, \"_comment\": \"two\"");
     row("other quotes",
         "'Scale': 2, `UserAgent`: \xe2\x80\x9e"
         "a\xe2\x80\x9c",
@@ -377,6 +383,9 @@ void tst_Repairs::isWritten_data()
     row("a quota in mebibytes",
         "\"UseOfflineStorageDatabase\": true, \"OfflineStorageDefaultQuotaSize\": 5MiB",
         "\"UseOfflineStorageDatabase\": true, \"OfflineStorageDefaultQuotaSize\": 5242880");
+    row("digits in groups",
+        "\"UseOfflineStorageDatabase\": true, \"OfflineStorageDefaultQuotaSize\": 5_000_000",
+        "\"UseOfflineStorageDatabase\": true, \"OfflineStorageDefaultQuotaSize\": 5000000");
     row("a path from a drive on", "\"UserScript\": \"C:\\tv\\user\\new.js\"",
         "\"UserScript\": \"C:\\\\tv\\\\user\\\\new.js\"");
     row("a path with several backslashes", "\"UserScript\": \"tv\\user\\new.js\"",
@@ -421,6 +430,10 @@ void tst_Repairs::isLeft_data()
     row("megabytes, of which there are two",
         "\"UseOfflineStorageDatabase\": true, \"OfflineStorageDefaultQuotaSize\": 5MB");
     row("a comma that may group digits", "\"Scale\": 1,500");
+    row("digits in groups of two", "\"RemoteInspectorPort\": 92_22");
+    row("a percentage of a port", "\"RemoteInspectorPort\": 50%");
+    row("a number with two points", "\"Scale\": .5.5");
+    row("a number without an end", "\"Scale\": Infinity");
     row("a lost point or a zero too many", "\"WindowOpacity\": 05");
     row("an opacity of 255", "\"WindowOpacity\": 255");
     row("a port without its range", "\"RemoteInspectorPort\": 92222");
@@ -435,15 +448,26 @@ void tst_Repairs::isLeft_data()
         "\"UserAgent\": \"\xc3\xb6\", \"HttpReferrer\": \"http://\xe4/\"");
     row("one backslash in a path", "\"UserScript\": \"scripts\\none.js\"");
     row("a backslash in another string", "\"UserAgent\": \"a\\sb\\tc\"");
+    row("a backslash in a key", "\"User\\Script\": \"scripts/tv.js\"");
+    row("a path with the number of a letter", "\"UserScript\": \"C:\\tv\\u0041\\new.js\"");
     row("a word for a switch", "\"UseWebGL\": enabled");
     row("words without quotes", "\"UserAgent\": Box 1.0");
     row("yes for a string", "\"UserAgent\": yes");
     row("an apostrophe in single quotes", "\"UserAgent\": 'it's'");
+    row("a backslash before a single quote", "\"UserAgent\": 'C:\\'");
     row("a single quote that is not closed", "\"UserAgent\": 'it\n");
     row("a comma on the wrong side of the quote", "\"UserAgent\": \"Box,\"\n\"Scale\": 2");
+    row("a comma on the wrong side of the quote of a key", "\"UserAgent\": \"Box\"\n\",Scale\": 2");
+    row("a semicolon instead of a colon", "\"Scale\"; 2");
+    row("a key in single quotes without a colon", "'Scale' 2");
     row("a colon on the wrong side of the quote", "\"UserAgent\"\":Box\"");
     row("a b that may be the first letter", "\"UserAgent\": b\"ox\"");
+    row("a b that may be the last letter", "\"UserAgent\": \"bo\"b");
+    row("a comment right after the only quote", "\"UserAgent\": box\"// c\n");
     row("a comment that nobody ended", "/* \"Scale\": 2\n");
+    row("a comment of HTML that nobody ended", "<!-- \"Scale\": 2\n");
+    row("what may be the rest of an address",
+        "\"UserAgent\": 192.168.0.1//start\n, \"UserScript\"://tv.example/\n \"scripts/tv.js\"");
     row("a file of a certificate", "\"Certificate\": \"device.pem\"");
     row("a domain that is a string", "\"GrantBroadcastAccessRightDomains\": [ \"a.example\" ]");
     row("a value that is null", "\"Scale\": null");
@@ -456,6 +480,13 @@ void tst_Repairs::isLeft_data()
     QTest::newRow("nothing that is missing") << QByteArray("{ \"Global\": { } }");
     QTest::newRow("more comments than are found")
         << "{ \"Global\": { \"Version\": 1 },\n" + QByteArray("// a\n\n").repeated(1100) + "}";
+    const QByteArray global = "{ \"Global\": { \"Version\": 1 } ";
+    QTest::newRow("a comment at the end that nobody ended") << global + "}\n/* a\n";
+    QTest::newRow("a comment whose ends share a sign") << global + "}\n/*/\n";
+    QTest::newRow("a comment of HTML whose ends share signs") << global + "}\n<!-->\n";
+    QTest::newRow("comments in a list of numbers")
+        << global + ", \"_list\": [ 1, // a\n 2 // b\n ] }";
+    QTest::newRow("comments around a list") << QByteArray("// a\n[ ]\n// b\n");
     QTest::newRow("another format") << QByteArray("Global:\n  Version: 1,\n");
     QTest::newRow("an empty file") << QByteArray();
 }
@@ -488,6 +519,8 @@ void tst_Repairs::commentsStayWhereTheyBelong_data()
         "{ GLOBAL, \"_comment\": \"a\",\n  \"_comment2\": \"b\",\n\n  \"_comment3\": \"c\"\n}");
     row("lines that follow each other", "{\n  // a\n  //   b\n  GLOBAL }",
         "{\n  \"_comment\": \"a\\nb\",\n  GLOBAL }");
+    row("lines with an empty one between them", "{\n  // a\n\n  // b\n  GLOBAL }",
+        "{\n  \"_comment\": \"a\",\n\n  \"_comment2\": \"b\",\n  GLOBAL }");
     row("a comment of several lines", "{\n  /**\n   * a\n   *\n   * b\n   */\n  GLOBAL }",
         "{\n  \"_comment\": \"a\\n\\nb\",\n  GLOBAL }");
     row("next to a remark", "{ \"_comment\": 1, // a\n GLOBAL }",
@@ -496,6 +529,15 @@ void tst_Repairs::commentsStayWhereTheyBelong_data()
         "{\n  GLOBAL,\n  \"_comment\": \"a\",\n  \"Applications\": []\n}");
     row("in an empty object", "{ GLOBAL, \"Applications\": [ {/* a */} ] }",
         "{ GLOBAL, \"Applications\": [ {\"_comment\": \"a\"} ] }");
+    row("next to an empty object", "{ GLOBAL, \"Applications\": [ { } /* a */, {} ] }",
+        "{ GLOBAL, \"Applications\": [ { \"_comment\": \"a\" }, {} ] }");
+    row("next to an object without blanks",
+        "{ GLOBAL, \"Applications\": [ {\"Tag\":\"x\"} /* a */ ] }",
+        "{ GLOBAL, \"Applications\": [ {\"Tag\":\"x\", \"_comment\": \"a\"} ] }");
+    row("right after a bracket", "{ GLOBAL, \"Applications\": [/* a */ { \"Tag\": \"x\" } ] }",
+        "{ GLOBAL, \"Applications\": [ { \"_comment\": \"a\", \"Tag\": \"x\" } ] }");
+    row("between a number and an object", "{ GLOBAL, \"_list\": [ 1, // a\n {} ] }",
+        "{ GLOBAL, \"_list\": [ 1,\n { \"_comment\": \"a\" } ] }");
     row("before an element", "{ GLOBAL, \"Applications\": [\n  // a\n  { \"Tag\": \"x\" } ] }",
         "{ GLOBAL, \"Applications\": [\n  { \"_comment\": \"a\", \"Tag\": \"x\" } ] }");
     row("between an element and its comma", "{ GLOBAL, \"Applications\": [ {} /* a */, {} ] }",
@@ -506,10 +548,19 @@ void tst_Repairs::commentsStayWhereTheyBelong_data()
         "  {} ] }");
     row("around the document", "// a\n{\n  GLOBAL\n}\n// b\n",
         "{\n  \"_comment\": \"a\",\n  GLOBAL,\n  \"_comment2\": \"b\"\n}\n");
+    row("before the document, on its line", "/* a */ { GLOBAL }",
+        "{ \"_comment\": \"a\", GLOBAL }");
+    row("right before the document", "/* a */{ GLOBAL }", "{ \"_comment\": \"a\", GLOBAL }");
     row("an entry that was switched off", "{ GLOBAL,\n // \"Scale\": 2,\n \"Applications\": [] }",
         "{ GLOBAL,\n \"_comment\": \"\\\"Scale\\\": 2,\",\n \"Applications\": [] }");
     row("an empty comment", "{ GLOBAL, //\n \"Applications\": [] }",
         "{ GLOBAL,\n \"Applications\": [] }");
+    row("an empty comment before the document", "//\n{ GLOBAL }", "{ GLOBAL }");
+    row("an empty comment between a member and its comma",
+        "{ GLOBAL //\n // a\n , \"Applications\": [] }",
+        "{ GLOBAL,\n \"_comment\": \"a\"\n , \"Applications\": [] }");
+    row("letters in Latin-1", "{ GLOBAL, // gr\xfc\n \"Applications\": [] }",
+        "{ GLOBAL, \"_comment\": \"gr\\u00fc\",\n \"Applications\": [] }");
     row("letters", "{ GLOBAL, // gr\xc3\xbc\xc3\x9f\xe2\x82\xac\n \"Applications\": [] }",
         "{ GLOBAL, \"_comment\": \"gr\\u00fc\\u00df\\u20ac\",\n \"Applications\": [] }");
 }

@@ -117,7 +117,7 @@ private:
 int Comments::endOf(const Finding &finding) const
 {
     int end = finding.offset + finding.length;
-    while (end > finding.offset && isBlank(m_bytes.at(end - 1)))
+    while (isBlank(m_bytes.at(end - 1)))
         --end;
     return end;
 }
@@ -237,14 +237,15 @@ Edit Comments::removal(const Comment &remark) const
         end = m_bytes.indexOf('\n', end) + 1;
         return Edit { begin, (end > 0 ? end : m_bytes.size()) - begin, QByteArray() };
     }
-    const bool isLast = areBlanks(m_bytes.mid(end, lineEnd - end));
-    while (isLast && begin > 0 && (m_bytes.at(begin - 1) == ' ' || m_bytes.at(begin - 1) == '\t'))
-        --begin;
-    const bool isBehindBlank = begin == 0 || isBlank(m_bytes.at(begin - 1));
-    if (!isLast && isBehindBlank && m_bytes.at(end) == ' ')
+    const bool isAfterBlank = begin == 0 || isBlank(m_bytes.at(begin - 1));
+    if (areBlanks(m_bytes.mid(end, lineEnd - end))) {
+        while (m_bytes.at(begin - 1) == ' ' || m_bytes.at(begin - 1) == '\t')
+            --begin;
+    } else if (isAfterBlank && m_bytes.at(end) == ' ') {
         ++end;
-    else if (!isLast && isBehindBlank && !m_source.isFirstOnLine(begin))
+    } else if (isAfterBlank && !m_source.isFirstOnLine(begin)) {
         --begin;
+    }
     return Edit { begin, end - begin, QByteArray() };
 }
 

@@ -25,7 +25,7 @@ void PieceTable::apply(const std::vector<Edit> &edits)
         while (now < to && piece < m_pieces.size()) {
             const Piece &from = m_pieces[piece];
             const int count = qMin(from.size() - within, to - now);
-            if (isKept && count > 0)
+            if (isKept)
                 result.push_back(from.part(within, count));
             now += count;
             within += count;
@@ -77,14 +77,11 @@ std::vector<PieceTable::Change> PieceTable::changes() const
 
 int PieceTable::original(int offset) const
 {
-    int begin = 0; // of the piece, now
     int end = 0; // of what was kept last, in the first text
-    for (const Piece &piece : m_pieces) {
-        const bool isHere = offset < begin + piece.size();
-        if (isHere)
-            return piece.isKept ? piece.begin + offset - begin : end;
-        begin += piece.size();
-        end = piece.isKept ? piece.begin + piece.length : end;
+    auto piece = m_pieces.begin();
+    for (; offset >= piece->size(); ++piece) {
+        offset -= piece->size();
+        end = piece->isKept ? piece->begin + piece->length : end;
     }
-    return m_first.size();
+    return piece->isKept ? piece->begin + offset : end;
 }

@@ -30,7 +30,8 @@ public:
     /// In order, apart from each other.
     std::vector<Change> changes() const;
 
-    /// Where in the first text that is what the text has now at `offset`.
+    /// Where in the first text the byte is that the text has now at `offset`; for one that was inserted,
+    /// its place.
     int original(int offset) const;
 
 private:

@@ -28,7 +28,7 @@ int moved(int offset, const std::vector<Edit> &edits)
 {
     int shift = 0;
     for (const Edit &edit : edits) {
-        if (edit.offset > offset || edit.offset + edit.removed > offset)
+        if (edit.offset + edit.removed > offset)
             break;
         shift += edit.inserted.size() - edit.removed;
     }

@@ -146,7 +146,7 @@ Changes Judge::colon(const Finding &finding) const
     if (given(finding) == "=")
         return { Edit { finding.offset, 1, ":" } };
     const bool isMissing = finding.edit.removed == 0 && finding.edit.inserted == ":";
-    const bool isAfterKey = finding.offset > 0 && m_bytes.at(finding.offset - 1) == '"';
+    const bool isAfterKey = m_bytes.at(finding.offset - 1) == '"';
     const bool isBeforeValue = matches(m_bytes.mid(finding.edit.offset, 6),
                                        "^(\"[^:]|[0-9{\\[-]|true\\b|false\\b|null\\b)");
     return isMissing && isAfterKey && isBeforeValue ? Changes { Edit { finding.offset, 0, ":" } }
@@ -186,7 +186,7 @@ Changes Judge::missingQuote(const Finding &finding) const
     const int end = isOpening ? m_bytes.indexOf('"', edit.offset) : edit.offset;
     const QByteArray inside = m_bytes.mid(begin, end - begin);
     const int after = isOpening ? end + 1 : end;
-    if (begin < 1 || end < begin || !isFollowedBy(after, ",:}]\r\n"))
+    if (begin < 1 || !isFollowedBy(after, ",:}]\r\n"))
         return Changes();
     const ReadMember *const read = m_places.at(finding.offset);
     const bool isKey = isFollowedBy(after, ":");
@@ -234,7 +234,7 @@ Changes Judge::keyword(const Finding &finding) const
     const Property *const property = propertyAt(finding);
     const bool isSwitch = property && property->kind == Kind::Switch;
     const bool isText = property && Properties::isText(*property);
-    const bool isNull = finding.edit.inserted == "null" && !isOneOf(word, "nan infinity");
+    const bool isNull = finding.edit.inserted == "null";
     if (!isFollowedBy(finding.offset + finding.length, ",}]\r\n"))
         return Changes();
     if (isOneOf(word, "true false null") || isSwitch)
@@ -280,7 +280,7 @@ Changes Judge::backslashes(const Finding &finding) const
     const bool isPath = property
         && (property->kind == Kind::FilePath || property->kind == Kind::ScriptFile
             || property->kind == Kind::Address);
-    if (!isPath || read->value->type != Node::Text || finding.offset < read->value->begin)
+    if (!isPath || finding.offset < read->value->begin)
         return Changes();
     const int begin = read->value->begin + 1;
     const QByteArray path = m_bytes.mid(begin, read->value->length() - 2);
@@ -302,8 +302,7 @@ Changes Judge::name(const Finding &finding) const
 {
     const ReadMember *const read = m_places.at(finding.offset);
     const bool isKey = read && finding.offset == read->member->keyBegin;
-    if (!isKey || !read->property || read->meant == read->member->key
-        || m_places.count(*read->object, read->meant) > 1)
+    if (!isKey || !read->property || m_places.count(*read->object, read->meant) > 1)
         return Changes();
     return { Edits::renameKey(*read->member, read->meant) };
 }
