@@ -29,6 +29,7 @@ private slots:
     void saysWhatBecomesOfADuplicate_data();
     void saysWhatBecomesOfADuplicate();
     void saysWhereTheOtherVersionIs();
+    void manyCommentsInARowAreNotTheEnd();
 
 private:
     TemporaryDir m_folder;
@@ -195,8 +196,19 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
     row("zstd", "\x28\xb5\x2f\xfd\x04\x58", "1:1 other-format: this is a compressed file: zstd\n");
     row("a page", "<!DOCTYPE html>\n<html><body>404</body></html>\n",
         "1:1 other-format: this is an HTML page\n");
+    row("a page without its type", "<html>\n<body>404</body>\n</html>\n",
+        "1:1 other-format: this is an HTML page\n");
     row("XML", "<?xml version=\"1.0\"?>\n<Global/>\n", "1:1 other-format: this is XML\n");
     row("YAML", "# of the device\nGlobal:\n  Version: 1\n", "1:1 other-format: this is YAML\n");
+    row("a document of YAML", "---\nGlobal:\n  Version: 1\n", "1:1 other-format: this is YAML\n");
+    row("YAML with its version", "%YAML 1.2\n---\nGlobal:\n", "1:1 other-format: this is YAML\n");
+    row("a key without quotes, and a comma", "Version: 1,\n",
+        "1:1 missing-opening-bracket: a { is missing here\n");
+    row("words in brackets", "[tv]\n[menu]\n",
+        "1:4 missing-comma: a comma belongs here, not ]\n"
+        "2:2 unquoted-text: a string without quotes\n"
+        "3:1 missing-closing-bracket: a ] is missing here: the [ of line 1, column 1 is never "
+        "closed\n");
     row("one line with a number", "1 {}\n",
         "1:1 unexpected-token: this cannot be here\n1:3 no-version: \"Global\" with the version is "
         "missing, so no application is loaded\n1:3 no-applications: there are no applications\n");
@@ -216,12 +228,20 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
         "1:1 other-format: this is JSON with escaped quotes\n");
     row("UTF-16", QByteArray("\xff\xfe{\0}\0", 6),
         "1:1 not-text: this is a binary file, or one in UTF-16\n");
+    row("UTF-16 of the other order", QByteArray("\xfe\xff\0{\0}", 6),
+        "1:1 not-text: this is a binary file, or one in UTF-16\n");
+    row("nothing but zeros", QByteArray(300, '\0'),
+        "1:1 not-text: this is a binary file, or one in UTF-16\n");
     row("zeros at the end", clean + QByteArray(300, '\0'),
         "67:1 nul-bytes: 300 NUL bytes end the file\n");
     row("cut off in a string", clean.left(clean.indexOf("home.example", 1200) + 4),
         "49:15 cut-off: the file ends in the middle: 3 brackets are open\n");
     row("cut off after a comma", clean.left(clean.indexOf(",\n", 1200) + 1),
         "42:39 cut-off: the file ends in the middle: 4 brackets are open\n");
+    row("an end that is in a comment",
+        "{ \"Global\": { \"Version\": 1 }, \"Applications\": [\n{ \"Tag\": \"a\",\n"
+        "\"Url\": \"about:blank\" // the start } ] }",
+        "3:21 cut-off: the file ends in the middle: 3 brackets are open\n");
     row("a semicolon after the end",
         "{ \"Global\": { \"Version\": 1 }, \"Applications\": [\n"
         "{ \"Tag\": \"a\", \"Url\": \"http://a.example/\" } ]\n};\n",
@@ -232,6 +252,12 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
     };
     for (const char *marker : { "<<<<<<< ours\n", "=======\n", ">>>>>>> theirs\n" })
         row(marker, around(marker, "1"), "3:1 merge-conflict: a line that a merge left\n");
+    row("a line of a conflict before the document", ">>>>>>> theirs\n" + around(QByteArray(), "1"),
+        "1:1 merge-conflict: a line that a merge left\n");
+    row("a conflict without its last line",
+        around("<<<<<<< ours\n\"Frameless\": true,\n=======\n", "1"),
+        "3:1 merge-conflict: a line that a merge left\n"
+        "5:1 merge-conflict: a line that a merge left\n");
     row("an HTML comment", around("<!-- \"old\": 1\n -->", "1"),
         "3:1 comment: this file cannot hold comments\n");
     row("a comment without its end", around("/* old\n", "1"),
@@ -245,6 +271,10 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
         "\"Applications\": [ { \"Tag\": \"a\", \"Url\": \"http://a.example/\" } ]\n=======\n"
         "\"Applications\": [ { \"Tag\": \"b\" } ]\n>>>>>>> theirs\n}\n",
         "2:1 merge-conflict: a merge left two versions of these lines\n");
+    row("a conflict before one with what both began with",
+        "<<<<<<< ours\n=======\n>>>>>>> theirs\n" + QByteArray(conflict),
+        "1:1 merge-conflict: a merge left two versions of these lines\n"
+        "5:1 merge-conflict: a merge left two versions of these lines\n");
     row("a conflict with what both began with", conflict,
         "2:1 merge-conflict: a merge left two versions of these lines\n");
 }
@@ -267,6 +297,7 @@ void tst_WrongBytes::saysTheCauseAndTheRemedy_data()
     row("\"Scale\": 5.",
         "odd-number: JSON does not write a number like this; the library reads 5; write 5");
     row("\"Scale\": .5", "bad-number: a number cannot begin with a point; write 0.5");
+    row("\"Scale\": .5.5", "bad-number: a number cannot begin with a point; write digits alone");
     row("\"Scale\": 1-2",
         "odd-number: this is not a number; the library reads 0; one number belongs here; put it in "
         "quotes if a string is meant");
@@ -274,6 +305,8 @@ void tst_WrongBytes::saysTheCauseAndTheRemedy_data()
     row("\"Scale\": 01.5",
         "leading-zero: a number that begins with 0; the library reads 1.5; write 1.5");
     row("\"Scale\": NaN", "bad-number: JSON has no NaN; write a number, or remove the key");
+    row("\"Scale\": Infinity",
+        "bad-number: JSON has no Infinity; write a number, or remove the key");
     row("\"RemoteInspectorPort\": 0x2406", "bad-number: 0x2406 is not a number; write 9222");
     row("\"OfflineStorageDefaultQuotaSize\": 5MB",
         "bad-number: 5MB is not a number; write 5242880");
@@ -285,6 +318,7 @@ void tst_WrongBytes::saysTheCauseAndTheRemedy_data()
     row("\"UserAgent\"; \"Box\"", "missing-colon: a colon belongs here, not ;");
     row("\"UserAgent\": \"a \"b\" c\"",
         "unescaped-quote: this quote ends the string; write \\\" for a quote inside a string");
+    row("\"UserAgent\": \"Box'", "missing-opening-quote: a quote belongs here, not '");
     row("\"UserAgent\": \"Box\\\"",
         "unterminated-string: the backslash makes the closing quote a part of the string; write "
         "\\\\ "
@@ -362,6 +396,21 @@ void tst_WrongBytes::saysWhereTheOtherVersionIs()
             + remark.text;
     QCOMPARE(remarks.join(QLatin1Char('\n')),
              QString(QLatin1String("6: the other version begins here\n8: and ends here")));
+}
+
+// Of more than a thousand comments not all are kept; a file with two slips goes on after them.
+void tst_WrongBytes::manyCommentsInARowAreNotTheEnd()
+{
+    const QByteArray bytes = "{ \"Global\" { \"Version\": 1 },\n"
+        + QByteArray("// c\n").repeated(1100) + "\"Applications\" [] }\n";
+    QList<QByteArray> lines =
+        describe(*analyse(QString(), bytes, m_folder.path()), false).split('\n');
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](const QByteArray &line) { return line.contains(" comment: "); }),
+                lines.end());
+    QCOMPARE(lines.join('\n'),
+             QByteArray("1:11 missing-colon: a colon is missing after the key\n"
+                        "1102:15 missing-colon: a colon is missing after the key\n"));
 }
 
 NUV_TEST_MAIN(tst_WrongBytes)

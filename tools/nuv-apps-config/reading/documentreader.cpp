@@ -602,7 +602,7 @@ void noteMistakes(const SourceText &source, const MendedText &mended, const Find
         if (!Rules::isSyntaxError(finding.rule))
             continue;
         const int place = mended.original(finding.offset);
-        if (isWithinToken(finding.rule) || (isSure && isSpareComma(finding.rule))) {
+        if (isSure || isWithinToken(finding.rule)) {
             Places &places = isWithinToken(finding.rule) ? document.doubtful : document.loose;
             places.add(place, place + finding.length);
             continue;

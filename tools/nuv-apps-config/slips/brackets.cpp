@@ -25,14 +25,14 @@ void Brackets::close(int offset, bool isInFile)
     m_open.pop_back();
     if (!isInFile || m_suspect.offset >= 0)
         return;
-    const bool isOnOneLine = m_source.lineBegin(offset) == m_source.lineBegin(opened.offset);
-    if (!m_source.isFirstOnLine(offset)) {
-        if (!isOnOneLine && m_oddClosing < 0)
-            m_oddClosing = offset;
+    if (m_source.isFirstOnLine(offset)) {
+        if (m_source.indentation(offset) != m_source.indentation(opened.offset))
+            m_suspect = opened;
         return;
     }
-    if (!isOnOneLine && m_source.indentation(offset) != m_source.indentation(opened.offset))
-        m_suspect = opened;
+    const bool isOnOneLine = m_source.lineBegin(offset) == m_source.lineBegin(opened.offset);
+    if (!isOnOneLine && m_oddClosing < 0)
+        m_oddClosing = offset;
 }
 
 int Brackets::placeByIndentation(int opened, int fallback) const
@@ -45,8 +45,7 @@ int Brackets::placeByIndentation(int opened, int fallback) const
         const int first = line + m_source.indentation(line);
         if (first >= fallback)
             return fallback;
-        const bool isBlank =
-            first >= bytes.size() || bytes.at(first) == '\n' || bytes.at(first) == '\r';
+        const bool isBlank = bytes.at(first) == '\n' || bytes.at(first) == '\r';
         if (!isBlank && first - line <= limit)
             return first;
         line = bytes.indexOf('\n', first);
@@ -57,7 +56,7 @@ int Brackets::placeByIndentation(int opened, int fallback) const
 bool Brackets::insertMissing(int fallback, int code)
 {
     const size_t most = 20;
-    if (m_inserted.size() >= most || m_open.empty())
+    if (m_inserted.size() >= most)
         return false;
     Opened opened = m_open.back();
     if (m_suspect.offset >= 0) {

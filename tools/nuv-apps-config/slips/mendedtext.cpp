@@ -109,8 +109,6 @@ bool Walk::takeWord()
 
 bool Walk::next()
 {
-    if (m_ignored.isFull())
-        m_ignored = Findings();
     m_token = m_tokenizer.next();
     m_oddities += isOdd();
     const bool isString = m_token.code == T_STRING;
@@ -143,9 +141,6 @@ public:
     const std::vector<Step> &steps() const { return m_steps; }
     const Token &error() const { return m_walk.token(); }
 
-    /// Where the last token in front of the error ended.
-    int lastEnd() const { return m_steps.size() > 1 ? m_steps[1].token.end : 0; }
-
     /// Where the value of the innermost member begins that has one, -1 for none.
     int lastValue() const { return m_values.empty() ? -1 : m_values.back(); }
 
@@ -168,7 +163,7 @@ void Reading::run()
         m_steps.push_back(Step { m_walk.token(), before });
         if (!goesOn)
             break;
-        if (before.expected == Structure::MemberValue && !m_values.empty())
+        if (before.expected == Structure::MemberValue)
             m_values.back() = m_walk.token().begin;
         note(m_walk.token());
     }
@@ -245,14 +240,12 @@ Reach Trial::reachOf(const Slip &slip, int window) const
         begin = before->token.begin;
         ++from;
     }
-    const int error = m_reading.error().end;
-    if (error - begin > LongestPart)
+    const int changed = qMax(m_reading.error().end, slip.edit.offset + slip.edit.removed);
+    if (changed - begin > LongestPart)
         return Reach { -1, 0, 0 };
-    const int end = int(qMin<qint64>(m_text.size(), qint64(error) + window));
+    const int end = int(qMin<qint64>(m_text.size(), qint64(changed) + window));
     Edit edit = slip.edit;
     edit.offset -= begin;
-    if (edit.offset < 0 || edit.offset + edit.removed > end - begin)
-        return Reach { -1, 0, 0 };
     const int growth = edit.inserted.size() - edit.removed;
     const SourceText part(QString(), edit.appliedTo(m_text.bytes().mid(begin, end - begin)));
     Walk walk(part, m_states[from]);
@@ -265,14 +258,12 @@ Reach Trial::reachOf(const Slip &slip, int window) const
         reach.offset = end; // its last token is cut off
         return reach;
     }
-    if (walk.isAtEnd())
-        reach.offset = !isWhole || walk.structure().expected() == Structure::Nothing
-            ? (isWhole ? INT_MAX : end)
-            : m_text.size();
-    else
-        reach.offset = walk.token().begin + begin - growth;
-    if (walk.isAtEnd() && isWhole)
+    if (walk.isAtEnd()) {
+        reach.offset = walk.structure().expected() == Structure::Nothing ? INT_MAX : m_text.size();
         reach.tokens += LeastProgress;
+    } else {
+        reach.offset = walk.token().begin + begin - growth;
+    }
     return reach;
 }
 
@@ -448,11 +439,12 @@ void MendedText::change(const Edit &edit)
     m_edits.push_back(edit);
 }
 
-// A file system that lost its last write leaves zeros where the end of the file would be.
+// A file system that lost its last write leaves zeros where the end of the file would be. One that holds
+// nothing else is none of JSON.
 void MendedText::takeNulBytes()
 {
     int begin = m_source.size();
-    while (begin > 0 && m_source.bytes().at(begin - 1) == '\0')
+    while (m_source.bytes().at(begin - 1) == '\0')
         --begin;
     const int count = m_source.size() - begin;
     if (count == 0)
@@ -552,35 +544,32 @@ bool MendedText::mendOne(const Reading &reading)
     return true;
 }
 
-// Takes away the entry that was begun, and closes what is open.
+// Takes away the entry that was begun, and closes what is open, on a line of its own: a comment may reach
+// to the end of the file.
 bool MendedText::takeCutOff(const Reading &reading)
 {
-    Structure structure = reading.structure();
-    if (structure.depth() == 0)
+    const int depth = reading.structure().depth();
+    if (depth == 0)
         return false;
-    for (const Step &step : reading.steps()) {
-        structure.goBack(step.before);
-        if (!structure.mayClose())
-            continue;
-        const int end = reading.lastEnd();
-        const bool endsLine = end < m_text.size() && m_text.bytes().at(end) == '\n';
-        const int place = original(endsLine ? end + 1 : end);
-        const int depth = reading.structure().depth();
-        Finding &finding = m_findings.add(
-            "cut-off", place, 1,
-            depth == 1 ? QString(QLatin1String("the file ends in the middle: a bracket is open"))
-                       : QString(QLatin1String("the file ends in the middle: %1 brackets are open"))
-                             .arg(depth),
-            QLatin1String("it was cut off while being copied or written; get the whole file"));
-        finding.remarks.push_back(Remark { original(reading.brackets().innermost()),
-                                           QLatin1String("the innermost one is opened here") });
-        const int begin = step.token.begin;
-        m_doubtful.add(original(begin), m_source.size());
-        m_mended.add(original(begin), m_source.size());
-        change(Edit { begin, m_text.size() - begin, structure.closing() });
-        return true;
-    }
-    return false;
+    const int end = reading.steps()[1].token.end;
+    const bool endsLine = end < m_text.size() && m_text.bytes().at(end) == '\n';
+    Finding &finding = m_findings.add(
+        "cut-off", original(endsLine ? end + 1 : end), 1,
+        depth == 1 ? QString(QLatin1String("the file ends in the middle: a bracket is open"))
+                   : QString(QLatin1String("the file ends in the middle: %1 brackets are open"))
+                         .arg(depth),
+        QLatin1String("it was cut off while being copied or written; get the whole file"));
+    finding.remarks.push_back(Remark { original(reading.brackets().innermost()),
+                                       QLatin1String("the innermost one is opened here") });
+    Structure structure = reading.structure();
+    auto step = reading.steps().begin();
+    for (structure.goBack(step->before); !structure.mayClose(); structure.goBack(step->before))
+        ++step;
+    const int begin = step->token.begin;
+    m_doubtful.add(original(begin), m_source.size());
+    m_mended.add(original(begin), m_source.size());
+    change(Edit { begin, m_text.size() - begin, '\n' + structure.closing() });
+    return true;
 }
 
 // What the hint proposes, where anything is proposed.

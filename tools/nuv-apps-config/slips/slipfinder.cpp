@@ -65,10 +65,7 @@ private:
         const Token &one = token(index);
         return one.end == one.begin + 1 && !isPartOfNumber(at(one.begin)) ? at(one.begin) : '\0';
     }
-    bool isString(int index) const
-    {
-        return at(token(index).begin) == '"' && token(index).end > token(index).begin;
-    }
+    bool isString(int index) const { return at(token(index).begin) == '"'; }
     bool isKeyExpected(int index) const
     {
         const Structure::Expected expected = m_steps[size_t(index)].before.expected;
@@ -123,10 +120,10 @@ void SlipFinder::atToken(int index)
     replacements(index);
     exchange(index);
     number(index);
-    if (!isString(index) && token(index).end > token(index).begin)
-        exchangeBytes(index, token(index).end - 1);
     if (isString(index))
         quotes(index);
+    else
+        exchangeBytes(index, token(index).end - 1);
 }
 
 void SlipFinder::removal(int index)
@@ -210,7 +207,7 @@ void SlipFinder::insertions(int index)
 void SlipFinder::quoteInFront(int index)
 {
     int begin = token(index).begin;
-    if (isString(index) || isOneOf(at(begin), "\r\n") || begin == m_source.size())
+    if (isString(index) || begin == m_source.size())
         return;
     while (begin > endInFront(index) && at(begin - 1) == 'b')
         --begin;
@@ -258,9 +255,10 @@ void SlipFinder::quotes(int index)
     closingQuotes(index);
     otherQuotes(index);
     replaceByte(index, one.begin, 6);
-    if (one.end - 1 > one.begin)
+    if (one.end - 1 > one.begin) {
         replaceByte(index, one.end - 1, 6);
-    exchangeBytes(index, one.end - 2);
+        exchangeBytes(index, one.end - 2);
+    }
     exchangeBytes(index, one.end - 1);
     if (one.code == T_ERROR) {
         add(Slip::ExtraQuote, index, 3, one.begin, 1, QByteArray());
@@ -303,7 +301,7 @@ void SlipFinder::closingQuotesUpTo(int end, int index)
     const int begin = token(index).begin;
     for (;; --end) {
         addAt(Slip::MissingClosingQuote, index, 2, begin, end, 0, "\"");
-        if (at(end - 1) == '\'' && end > begin + 1)
+        if (at(end - 1) == '\'')
             add(Slip::WrongForQuote, index, 1, end - 1, 1, "\"");
         if (end <= begin + 1 || !isOneOf(at(end - 1), " \t,{[}]"))
             return;

@@ -50,11 +50,6 @@ bool isWordByte(char byte)
         || (byte >= '0' && byte <= '9') || byte == '_' || byte == '$' || byte == '-';
 }
 
-bool isLetter(char byte)
-{
-    return isWordByte(byte) && byte != '-' && !(byte >= '0' && byte <= '9');
-}
-
 QString text(const char *latin1)
 {
     return QLatin1String(latin1);
@@ -109,7 +104,7 @@ Token Tokenizer::next()
         if (token.code == T_ERROR) {
             if (mend(&token, firstStrayB))
                 return token;
-            if (!m_findings.isFull())
+            if (m_manner == Strict || !m_findings.isFull())
                 continue;
             token.code = T_END_OF_FILE; // nobody reads on after so many mistakes
             return token;
@@ -158,7 +153,7 @@ bool Tokenizer::mend(Token *token, int firstStrayB)
     if (wordBegin == begin && mendPlaceholder(token))
         return true;
     token->begin = wordBegin;
-    if (isLetter(at(wordBegin))) {
+    if (isWordByte(at(wordBegin))) { // a digit or a minus is a number for the lexer
         mendWord(token);
         return true;
     }
@@ -273,7 +268,7 @@ bool Tokenizer::mendQuoted(Token *token)
     const int lineEnd = m_source.lineEnd(begin);
     int end = begin + opening;
     int closing = 0;
-    for (; end < lineEnd && closing == 0; ++end) {
+    for (; end < lineEnd; ++end) {
         if (at(end) == '"' || (isSingle && at(end) == at(begin)))
             closing = 1;
         for (const char *quote : smartQuotes) {
@@ -330,10 +325,13 @@ bool Tokenizer::mendCharacter(Token *token)
         while ((at(end) >= '0' && at(end) <= '9') || at(end) == '.')
             ++end;
         const QByteArray meant = Numbers::meant(m_source.bytes().mid(begin, end - begin));
-        m_findings
-            .add("bad-number", begin, end - begin, text("a number cannot begin with a point"),
-                 text("write ") + QString::fromLatin1(meant))
-            .edit = Edit { begin, end - begin, meant };
+        Finding &finding = m_findings.add("bad-number", begin, end - begin,
+                                          text("a number cannot begin with a point"),
+                                          text("write ") + QString::fromLatin1(meant));
+        if (meant.isEmpty())
+            finding.hint = text("write digits alone"); // it has several points
+        else
+            finding.edit = Edit { begin, end - begin, meant };
         token->value = m_source.bytes().mid(begin, end - begin).toDouble();
         token->code = T_NUMBER;
         token->end = end;
