@@ -4,62 +4,44 @@
 #include "json/jsonparser.h"
 #include "settings/jsonsettingsformat.h"
 
+#include <QFile>
 #include <QSettings>
 
-#include <cerrno>
 #include <new>
 
-#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 /// A file in memory, gone with the object or with the process.
 class LibraryView::MemoryFile
 {
 public:
     explicit MemoryFile(const QByteArray &bytes)
-        : m_descriptor(::memfd_create("configuration", MFD_CLOEXEC))
     {
-        m_isWritten = m_descriptor >= 0 && write(bytes) && makeUnlikeAllOthers();
-    }
-    ~MemoryFile()
-    {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
+        m_isWritten =
+            m_file.open(::memfd_create("configuration", MFD_CLOEXEC),
+                        QIODevice::WriteOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle)
+            && m_file.write(bytes) == bytes.size();
+        makeUnlikeAllOthers();
     }
 
     bool isWritten() const { return m_isWritten; }
-    QByteArray path() const { return "/proc/self/fd/" + QByteArray::number(m_descriptor); }
+    QByteArray path() const { return "/proc/self/fd/" + QByteArray::number(m_file.handle()); }
 
 private:
     Q_DISABLE_COPY(MemoryFile)
 
-    bool write(const QByteArray &bytes)
-    {
-        for (int done = 0; done < bytes.size();) {
-            const ssize_t count =
-                ::write(m_descriptor, bytes.constData() + done, size_t(bytes.size() - done));
-            if (count < 0 && errno == EINTR)
-                continue;
-            if (count <= 0)
-                return false;
-            done += int(count);
-        }
-        return true;
-    }
-
     // QSettings keeps what it read by the name, the size and the time of the file.
-    bool makeUnlikeAllOthers()
+    void makeUnlikeAllOthers()
     {
         static long second = 0;
         const timespec time = { ++second, 0 };
         const timespec times[2] = { time, time };
-        return ::futimens(m_descriptor, times) == 0;
+        ::futimens(m_file.handle(), times);
     }
 
-    int m_descriptor;
-    bool m_isWritten = false;
+    QFile m_file;
+    bool m_isWritten;
 };
 
 namespace {
@@ -138,6 +120,10 @@ std::unique_ptr<LibraryView> LibraryView::load(const QByteArray &bytes, QString 
     view->m_errorOffset = findError(bytes);
     // The file is read here. The loader's own settings share what these have read.
     view->m_settings.reset(new QSettings(QString::fromLatin1(path), JsonSettingsFormat));
+    if (view->m_settings->status() == QSettings::AccessError) { // too many files are open
+        *error = noMemory();
+        return nullptr;
+    }
     if (keepsLoaderBusy(*view->m_settings, bytes.size())) {
         *error = QLatin1String("a key \"size\" would keep the loader busy for minutes; see check");
         return nullptr;
