@@ -14,6 +14,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
 
 const int Step = 4; // spaces for a level
@@ -34,13 +36,7 @@ QSettings::SettingsMap flatKeys(QVariant tree)
 
 bool isSameMap(const QSettings::SettingsMap &a, const QSettings::SettingsMap &b)
 {
-    if (a.size() != b.size())
-        return false;
-    for (auto i = a.begin(), j = b.begin(); i != a.end(); ++i, ++j) {
-        if (i.key() != j.key() || !ValueText::isSame(i.value(), j.value()))
-            return false;
-    }
-    return true;
+    return a.keys() == b.keys() && std::equal(a.begin(), a.end(), b.begin(), ValueText::isSame);
 }
 
 /// What the library makes of a document.
@@ -53,10 +49,10 @@ public:
     }
 
     const QVariant &tree() const { return m_tree; }
-    const QString &message() const { return m_message; }
+    bool isParsed() const { return m_message.isEmpty(); }
     bool isSameAs(const Parsed &other) const
     {
-        return m_message.isEmpty() && isSameMap(flatKeys(m_tree), flatKeys(other.m_tree));
+        return isParsed() && isSameMap(flatKeys(m_tree), flatKeys(other.m_tree));
     }
 
 private:
@@ -64,40 +60,6 @@ private:
     QVariant m_tree;
     VariantTree::Disposer m_disposer;
 };
-
-// Empty, with the reason, when it would not mean the same.
-QByteArray formatted(const Analysis &analysis, bool isSorted, QString *error)
-{
-    const QByteArray &bytes = analysis.source.bytes();
-    const Parsed before(bytes);
-    if (!before.message().isEmpty()) {
-        *error = text("it could not be parsed: ") + before.message().trimmed();
-        return QByteArray();
-    }
-    const QByteArray result = isSorted ? JsonWriter::serialize(before.tree(), Step, 0)
-                                       : Layout::of(analysis.document, bytes);
-    if (Parsed(result).isSameAs(before))
-        return result;
-    *error = isSorted ? text("it would lose digits of a number") : text("it would change");
-    return QByteArray();
-}
-
-// What only sorting loses.
-bool isRefused(const Analysis &analysis, QString *error)
-{
-    const Findings &findings = analysis.findings;
-    if (findings.has("lost-digits"))
-        *error = text("it would lose digits of a number");
-    for (const Finding &finding : findings.all()) {
-        const bool isDuplicate = qstrcmp(finding.rule, "duplicate-key") == 0;
-        if (!isDuplicate)
-            continue;
-        const Place place = analysis.source.place(finding.offset);
-        *error = QString(QLatin1String("it has a duplicate key in line %1, column %2"))
-                     .arg(QString::number(place.line), QString::number(place.column));
-    }
-    return !error->isEmpty();
-}
 
 // Keys that begin with _comment may stand twice for check, but one of them would be lost here.
 bool hasTwins(const Document &document)
@@ -111,6 +73,54 @@ bool hasTwins(const Document &document)
         }
     }
     return false;
+}
+
+// What only sorting loses; empty: nothing.
+QString lostBySorting(const Analysis &analysis)
+{
+    const Findings &findings = analysis.findings;
+    QString lost;
+    if (findings.has("lost-digits"))
+        lost = text("it would lose digits of a number");
+    for (const Finding &finding : findings.all()) {
+        const bool isDuplicate = qstrcmp(finding.rule, "duplicate-key") == 0;
+        if (!isDuplicate)
+            continue;
+        const Place place = analysis.source.place(finding.offset);
+        lost = QString(QLatin1String("it has a duplicate key in line %1, column %2"))
+                   .arg(QString::number(place.line), QString::number(place.column));
+    }
+    return lost.isEmpty() && hasTwins(analysis.document) ? text("it has a duplicate key") : lost;
+}
+
+// Why the file is not touched; empty: nothing is in the way.
+QString refusal(const Analysis &analysis, const Parsed &parsed, bool isSorted)
+{
+    if (analysis.findings.has("empty-file"))
+        return text("it is empty");
+    if (!parsed.isParsed())
+        return text("it could not be parsed; see check");
+    if (analysis.document.depth > Analysis::DeepestFlattened)
+        return text("it is nested too deeply");
+    if (analysis.findings.isCut())
+        return text("it was not read to its end; see check");
+    return isSorted ? lostBySorting(analysis) : QString();
+}
+
+// Empty, with the reason, when it would not mean the same.
+QByteArray formatted(const Analysis &analysis, bool isSorted, QString *error)
+{
+    const QByteArray &bytes = analysis.source.bytes();
+    const Parsed before(bytes);
+    *error = refusal(analysis, before, isSorted);
+    if (!error->isEmpty())
+        return QByteArray();
+    const QByteArray result = isSorted ? JsonWriter::serialize(before.tree(), Step, 0)
+                                       : Layout::of(analysis.document, bytes);
+    if (Parsed(result).isSameAs(before))
+        return result;
+    *error = text("it would lose digits of a number");
+    return QByteArray();
 }
 
 } // namespace
@@ -129,16 +139,7 @@ int Program::format(const Invocation &invocation, Output &output)
         return Trouble;
     }
     const QByteArray &bytes = analysis->source.bytes();
-    if (analysis->findings.has("empty-file"))
-        error = text("it is empty");
-    else if (analysis->findings.hasSyntaxError())
-        error = text("it could not be parsed; see check");
-    else if (analysis->document.depth > Analysis::DeepestFlattened)
-        error = text("it is nested too deeply");
-    else if (invocation.sort && !isRefused(*analysis, &error) && hasTwins(analysis->document))
-        error = text("it has a duplicate key");
-    const QByteArray result =
-        error.isEmpty() ? formatted(*analysis, invocation.sort, &error) : QByteArray();
+    const QByteArray result = formatted(*analysis, invocation.sort, &error);
     if (!error.isEmpty()) {
         Output::complain(name + text(": not touched, because ") + error);
         return Found;
