@@ -138,15 +138,6 @@ const Command *Commands::find(const QString &name)
     return nullptr;
 }
 
-const Option *Commands::findOption(const QString &name)
-{
-    for (const Option &option : optionTable) {
-        if (name == QLatin1String(option.name))
-            return &option;
-    }
-    return nullptr;
-}
-
 QStringList Commands::optionsOf(const Command &command)
 {
     const QString names = QLatin1String(command.options);

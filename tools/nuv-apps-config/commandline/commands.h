@@ -44,7 +44,6 @@ const std::vector<Option> &options();
 const std::vector<Outcome> &outcomes();
 
 const Command *find(const QString &name);
-const Option *findOption(const QString &name);
 QStringList optionsOf(const Command &command);
 
 /// What the program says of itself: without a command all of it, else of that one.

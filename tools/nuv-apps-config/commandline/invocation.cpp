@@ -57,16 +57,16 @@ void takeFile(const QCommandLineParser &parser, Invocation *invocation)
         invocation->file = invocation->arguments.takeFirst();
 }
 
-bool checkOption(const Command &command, const QString &name, const QString &value, QString *error)
+bool checkOption(const Command &command, const Option &option, const QString &value, QString *error)
 {
+    const QString name = QLatin1String(option.name);
     if (!Commands::optionsOf(command).contains(name)) {
         *error =
             QString(QLatin1String("%1 has no option --%2")).arg(QLatin1String(command.name), name);
         return false;
     }
     const bool isFormat = name == QLatin1String("format");
-    const QString choices =
-        QLatin1String(isFormat ? command.formats : Commands::findOption(name)->choices);
+    const QString choices = QLatin1String(isFormat ? command.formats : option.choices);
     if (choices.isEmpty() || choices.split(QLatin1Char('|')).contains(value))
         return true;
     *error = QString(QLatin1String("--%1 of %2 is one of %3, not \"%4\""))
@@ -80,7 +80,7 @@ bool checkOptions(const QCommandLineParser &parser, const Command &command, QStr
         for (const Option &option : Commands::options()) {
             const QString name = QLatin1String(option.name);
             const bool isThis = given == name || given == QLatin1String(option.letter);
-            if (isThis && !checkOption(command, name, parser.value(name), error))
+            if (isThis && !checkOption(command, option, parser.value(name), error))
                 return false;
         }
     }

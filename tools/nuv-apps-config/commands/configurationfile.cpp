@@ -91,21 +91,16 @@ QString ConfigurationFile::standardInput()
 
 bool ConfigurationFile::read(const QString &name, QByteArray *bytes, QString *error)
 {
-    QFile file(name);
-    if (name == standardInput()) {
-        if (file.open(stdin, QIODevice::ReadOnly))
-            return readAll(file, bytes, error);
-        *error = file.errorString();
-        return false;
-    }
+    const bool isInput = name == standardInput();
     const QFileInfo info(name);
-    const bool mayWait = info.exists() && !info.isFile() && !isOpenAlready(name);
+    const bool mayWait = !isInput && info.exists() && !info.isFile() && !isOpenAlready(name);
     if (mayWait) { // opening a pipe would wait for its writer
         *error = info.isDir() ? text("a directory")
                               : text("not a file but a pipe or a device; standard input is -");
         return false;
     }
-    if (!file.open(QIODevice::ReadOnly)) {
+    QFile file(name);
+    if (!(isInput ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly))) {
         *error = file.errorString();
         return false;
     }

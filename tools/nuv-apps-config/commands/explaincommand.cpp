@@ -32,9 +32,6 @@ QString withoutIndexes(QString place)
 
 const Property *atPlace(const QString &name)
 {
-    const int longest = 256; // more than any place has
-    if (name.size() > longest)
-        return nullptr;
     const QString place = withoutIndexes(name);
     for (const Property &property : Properties::all()) {
         const QStringList places =

@@ -106,8 +106,7 @@ void LoadedFile::findApplications()
 const Node *LoadedFile::elementNode(int index, const QString &tag) const
 {
     const Document &document = m_analysis->document;
-    const Node::Child *list =
-        document.isEmpty() ? nullptr : document.member(document.rootNode(), QLatin1String(List));
+    const Node::Child *list = document.member(document.rootNode(), QLatin1String(List));
     if (!list || document.at(*list).type != Node::Array)
         return nullptr;
     const std::vector<Node::Child> &elements = document.at(*list).children;

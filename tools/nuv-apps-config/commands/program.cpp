@@ -6,6 +6,9 @@
 #include "tools/nuv-apps-config/text/spelling.h"
 #include "tools/nuv-apps-config/commandline/version.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 int printSchema(const Invocation &, Output &output)
@@ -42,36 +45,40 @@ const Runner runners[] = {
     { "diff", Program::diff },
 };
 
+// Each command but help, which the command line makes an option of, is in the table.
 int runCommand(const Invocation &invocation, Output &output)
 {
-    for (const Runner &runner : runners) {
-        if (qstrcmp(runner.command, invocation.command->name) == 0)
-            return runner.run(invocation, output);
-    }
-    return Trouble;
+    const auto runner =
+        std::find_if(std::begin(runners), std::end(runners), [&](const Runner &row) {
+            return qstrcmp(row.command, invocation.command->name) == 0;
+        });
+    return runner->run(invocation, output);
 }
 
-} // namespace
-
-int Program::run(const QStringList &arguments, Output &output)
+int runCall(const QStringList &arguments, Output &output)
 {
-    if (arguments.value(1) == QLatin1String("__complete")) {
-        complete(arguments.mid(2), output);
-        return output.flush() ? Success : Trouble;
-    }
+    if (arguments.value(1) == QLatin1String("__complete"))
+        return Program::complete(arguments.mid(2), output);
     Invocation invocation;
     QString error;
     if (!parseCommandLine(arguments, &invocation, &error)) {
         Output::complain(error);
         return Trouble;
     }
-    int status = Success;
     if (invocation.wantsHelp)
         output.write(Commands::help(invocation.command));
     else if (invocation.wantsVersion)
         output.write(QLatin1String("nuv-apps-config ") + QLatin1String(ProgramVersion)
                      + QLatin1Char('\n'));
     else
-        status = runCommand(invocation, output);
+        return runCommand(invocation, output);
+    return Success;
+}
+
+} // namespace
+
+int Program::run(const QStringList &arguments, Output &output)
+{
+    const int status = runCall(arguments, output);
     return output.flush() ? status : Trouble;
 }

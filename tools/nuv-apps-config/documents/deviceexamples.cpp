@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/nuv-apps-config/documents/deviceexamples.h"
 
-#include <QFile>
+#include <QResource>
 #include <QString>
 
 namespace {
@@ -28,7 +28,7 @@ const std::vector<DeviceExample> &DeviceExamples::all()
 
 QByteArray DeviceExamples::configuration(const DeviceExample &example)
 {
-    QFile file(QLatin1String(":/configurations/") + QLatin1String(example.name)
-               + QLatin1String(".json"));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return QResource(QLatin1String(":/configurations/") + QLatin1String(example.name)
+                     + QLatin1String(".json"))
+        .uncompressedData();
 }

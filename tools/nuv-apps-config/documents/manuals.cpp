@@ -11,13 +11,10 @@ QString text(const char *latin1)
     return QLatin1String(latin1);
 }
 
-// A paragraph for troff. A line must not begin with a point or a quote.
+// A paragraph for troff. It must not begin with a point or a quote.
 QString roff(QString paragraph)
 {
-    paragraph.replace(QLatin1Char('\\'), text("\\e")).replace(QLatin1Char('-'), text("\\-"));
-    if (paragraph.startsWith(QLatin1Char('.')) || paragraph.startsWith(QLatin1Char('\'')))
-        paragraph.prepend(text("\\&"));
-    return paragraph;
+    return paragraph.replace(QLatin1Char('\\'), text("\\e")).replace(QLatin1Char('-'), text("\\-"));
 }
 
 QString bold(const QString &words)

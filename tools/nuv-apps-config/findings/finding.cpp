@@ -95,8 +95,4 @@ void Findings::sort()
 {
     std::stable_sort(m_all.begin(), m_all.end(),
                      [](const Finding &a, const Finding &b) { return a.offset < b.offset; });
-    const auto isSame = [](const Finding &a, const Finding &b) {
-        return a.offset == b.offset && std::strcmp(a.rule, b.rule) == 0 && a.text == b.text;
-    };
-    m_all.erase(std::unique(m_all.begin(), m_all.end(), isSame), m_all.end());
 }

@@ -66,7 +66,7 @@ public:
     /// Whether one has this severity or a worse one, or may have: those that were not kept count, too.
     bool hasFrom(Severity severity) const;
 
-    /// In the order of the text, each only once.
+    /// In the order of the text.
     void sort();
 
     /// Changes everything that an output may show: messages, hints and remarks.

@@ -126,11 +126,9 @@ const Rule *Rules::lookUp(const QString &id)
 
 const Rule &Rules::find(const char *id)
 {
-    for (const Rule &rule : table) {
-        if (rule.id == id || std::strcmp(rule.id, id) == 0)
-            return rule;
-    }
-    qFatal("there is no rule %s", id);
+    return *std::find_if(table.begin(), table.end(), [id](const Rule &rule) {
+        return rule.id == id || std::strcmp(rule.id, id) == 0;
+    });
 }
 
 QByteArray Rules::sample(const Rule &rule)

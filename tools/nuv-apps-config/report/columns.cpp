@@ -20,7 +20,7 @@ bool isAscii(const QString &text)
 }
 
 // The C library knows the widths where its locale has the characters, whatever the user's is. It stays:
-// to make one for each character would take longer than all else.
+// to make one for each character would take longer than all else. Where there is none, the user's stays.
 locale_t utf8Locale()
 {
     static const locale_t locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
@@ -31,7 +31,7 @@ locale_t utf8Locale()
 
 int Columns::of(const QString &text)
 {
-    if (isAscii(text) || !utf8Locale())
+    if (isAscii(text))
         return text.size();
     const locale_t previous = ::uselocale(utf8Locale());
     int columns = 0;
@@ -45,12 +45,8 @@ int Columns::of(const QString &text)
 
 int Columns::ofTerminal()
 {
-    bool isNumber = false;
-    const int given = qgetenv("COLUMNS").toInt(&isNumber);
-    if (isNumber && given > 0)
-        return given;
+    const int given = qgetenv("COLUMNS").toInt();
     winsize size = {};
-    const bool isTerminal =
-        ::isatty(STDOUT_FILENO) && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0;
-    return isTerminal ? size.ws_col : 0;
+    ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size); // of what is no terminal it stays zero
+    return given > 0 ? given : size.ws_col;
 }

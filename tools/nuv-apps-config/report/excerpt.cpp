@@ -81,10 +81,9 @@ int beginOfShown(const SourceText &source, int offset, int columns)
         return (static_cast<unsigned char>(source.bytes().at(at)) & 0xc0) == 0x80;
     };
     const int furthest = qMin(offset, begin + MostBytes - 1);
-    int next = begin;
-    while (begin > source.lineBegin(offset) && next < furthest && isWithin(next))
-        ++next;
-    return begin == source.lineBegin(offset) || isWithin(next) ? begin : next;
+    while (begin > source.lineBegin(offset) && begin < furthest && isWithin(begin))
+        ++begin;
+    return begin;
 }
 
 } // namespace

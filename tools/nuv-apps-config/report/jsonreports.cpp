@@ -197,7 +197,8 @@ public:
         place.insert(key("artifactLocation"), artifact(name));
         const Severity severity = Rules::find(rule).severity;
         m_results.append(makeResult(rule, severity, text, place, QJsonArray()));
-        m_isComplete = m_isComplete && severity != Severity::Error;
+        if (severity == Severity::Error)
+            m_isComplete = false;
     }
 
     void finish() override;

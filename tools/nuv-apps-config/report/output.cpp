@@ -48,7 +48,8 @@ Output::Output(int descriptor) : m_descriptor(descriptor), m_isClosed(isClosed(d
 {
     std::signal(SIGPIPE, SIG_IGN);
     for (int number = 0; number <= 2; ++number) {
-        while (isClosed(number) && ::open("/dev/null", O_RDWR) >= 0) {}
+        if (isClosed(number))
+            ::open("/dev/null", O_RDWR); // takes the lowest number, which is this one
     }
 }
 

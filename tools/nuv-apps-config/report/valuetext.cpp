@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <functional>
 
 namespace {
 
@@ -25,7 +26,7 @@ bool isSameNumber(const QVariant &a, const QVariant &b)
     const double limit = 9007199254740992.0; // from there on a double means several integers
     const double first = a.toDouble();
     const double second = b.toDouble();
-    return !(first < second) && !(first > second) && std::fabs(first) < limit;
+    return std::equal_to<double>()(first, second) && std::fabs(first) < limit;
 }
 
 // Shorter than in JSON, where 1.0 is no integer.
