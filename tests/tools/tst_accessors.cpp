@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/testmain.h"
 
-#include "tools/nuv-apps-config/properties/properties.h"
+#include "tools/nuv-apps-config/documents/reference.h"
 
 #include <QFile>
 
@@ -18,6 +18,8 @@ private slots:
     void theGetterSaysWhatTheTableSays();
     void theSetterSaysWhatItStores_data();
     void theSetterSaysWhatItStores();
+    void aHeaderThatTheTableDoesNotKnowStaysAsItIs_data();
+    void aHeaderThatTheTableDoesNotKnowStaysAsItIs();
 
 private:
     QString commentBefore(const QString &declaration) const;
@@ -114,6 +116,24 @@ void tst_Accessors::theSetterSaysWhatItStores()
     for (const QString &text : texts)
         QVERIFY2(comment.contains(text),
                  qPrintable(text + QLatin1String(" is not in: ") + comment));
+}
+
+void tst_Accessors::aHeaderThatTheTableDoesNotKnowStaysAsItIs_data()
+{
+    QTest::addColumn<QByteArray>("header");
+    const QByteArray begin = "class AppConfig\n{\npublic:\n";
+    const QByteArray getter = "    QVariant getNothing() const;\n";
+    QTest::newRow("an unknown property")
+        << begin + "    /// \\{\n" + getter + "\n    /// \\}\n};\n";
+    QTest::newRow("no group") << begin + getter + "};\n";
+    QTest::newRow("no file") << QByteArray();
+}
+
+// It is edited before the table is, and must not be lost then.
+void tst_Accessors::aHeaderThatTheTableDoesNotKnowStaysAsItIs()
+{
+    QFETCH(QByteArray, header);
+    QCOMPARE(Reference::describedAccessors(header), header);
 }
 
 NUV_TEST_MAIN(tst_Accessors)

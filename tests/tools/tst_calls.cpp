@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/filecontents.h"
 #include "tests/support/temporarydir.h"
 #include "tests/support/testmain.h"
 #include "tests/tools/childcall.h"
@@ -11,7 +12,11 @@
 
 #include <QProcess>
 
+#include <cerrno>
 #include <random>
+
+#include <fcntl.h>
+#include <sys/resource.h>
 
 /// How commands are called: where the file goes, what is said of a name that is none, and what is
 /// explained.
@@ -26,30 +31,61 @@ private slots:
     void aNameThatIsNoneIsTold_data();
     void aNameThatIsNoneIsTold();
     void namesAreAsFarAsTheFewestSlipsBetweenThem();
+    void theChosenFileMayBeOneThatCannotBeLoaded_data();
+    void theChosenFileMayBeOneThatCannotBeLoaded();
     void helpIsACommand();
+    void theVersionIsThatOfTheProgramForEveryCommand();
     void everyPlaceIsExplained();
     void aKeyOfTwoSectionsIsExplainedForBoth();
     void rulesAreExplainedWithTheRightFile();
     void everyTemplateIsPrinted();
     void checkNamesTheKeysThatAPartWasWrittenOf();
     void showNamesWhatIsNotUsed();
+    void whatIsInNoSinglePlaceIsShownWithoutIt_data();
+    void whatIsInNoSinglePlaceIsShownWithoutIt();
     void completesWhatMayComeNext_data();
     void completesWhatMayComeNext();
     void completesTheRulesThatCanBeIgnored();
+    void completesTheFirstWordWithoutOne();
+    void completesNothingIntoAFullOutput();
     void theChoiceOfTheFileIsTold_data();
     void theChoiceOfTheFileIsTold();
+    void aVariableThatNamesNothingIsAWarning_data();
+    void aVariableThatNamesNothingIsAWarning();
+    void aVariableWithANameInUtf8IsExplained();
     void aFileThatIsTooLargeIsNotRead();
+    void aFileThatIsNotReadToItsEndIsNotFormatted_data();
+    void aFileThatIsNotReadToItsEndIsNotFormatted();
     void listsAreShown();
+    void diffShowsWhatDiffersInMeaning_data();
+    void diffShowsWhatDiffersInMeaning();
     void aPrivateKeyInTheFileIsNotShown_data();
     void aPrivateKeyInTheFileIsNotShown();
     void diffReadsWhatTheShellMakesOfACommand();
+    void aPipeThatIsOpenAlreadyIsRead_data();
+    void aPipeThatIsOpenAlreadyIsRead();
+    void aFullOutputIsToldOnce();
+    void withTooManyOpenFilesNothingIsTakenForTheContent();
 
 private:
     ChildCall::Result call(const QString &line) const;
+    ChildCall::Result callWithVariable(const QByteArray &file, const QString &line) const;
     QByteArray completed(const QString &line) const;
 
     TemporaryDir m_folder;
 };
+
+namespace {
+
+QByteArray moreThanIsLookedAt()
+{
+    QByteArray members;
+    for (int i = 0; i <= Findings::Limit; ++i)
+        members += "\"_comment" + QByteArray::number(i) + "\": \"\xe9\", ";
+    return members;
+}
+
+} // namespace
 
 // The standard error comes with the output.
 ChildCall::Result tst_Calls::call(const QString &line) const
@@ -62,13 +98,21 @@ ChildCall::Result tst_Calls::call(const QString &line) const
     });
 }
 
+ChildCall::Result tst_Calls::callWithVariable(const QByteArray &file, const QString &line) const
+{
+    qputenv("NUV_APPS_CONFIG_FILE", file);
+    const ChildCall::Result result = call(line);
+    qunsetenv("NUV_APPS_CONFIG_FILE");
+    return result;
+}
+
 void tst_Calls::initTestCase()
 {
     qunsetenv("NUV_APPS_CONFIG_FILE");
-    const auto file = [this](const char *name, const char *applications) {
+    const auto file = [this](const char *name, const QByteArray &applications) {
         m_folder.write(QLatin1String(name),
-                       "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ "
-                           + QByteArray(applications) + " ] }");
+                       "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ " + applications
+                           + " ] }");
     };
     file("AppsConfig.json",
          "{ \"Tag\": \"tv\", \"Scale\": 1.5, \"UseWebGL\": true }, { \"Tag\": \"menu\" }, "
@@ -85,6 +129,20 @@ void tst_Calls::initTestCase()
          "{ \"Tag\": \"tv\", \"Url\": \"http://tv.example/\", \"Scale\": 1, \"Scale\": 02, "
          "\"_comment check\": \"ignore duplicate-key, leading-zero\" }");
     file("tv.json", "{ \"Tag\": \"tv\", \"Scale\": 3.5 }");
+    file("half.json", "{ \"Tag\": \"tv\", \"Scale\": 0.5 }");
+    file("odd.json", "{ \"Tag\": \"tv\", \"Scale\": 9007199254740993 }");
+    file("even.json", "{ \"Tag\": \"tv\", \"Scale\": 9007199254740992.0 }");
+    file("secret.json", "{ \"Tag\": \"tv\", \"HttpProxy\": \"me:secret@proxy.example:80\" }");
+    file("signs.json",
+         "{ \"Tag\": \"\\ud83d\\ude00\" }, { \"Tag\": \"\\ude00\" }, { \"Tag\": \"a\\ude00\" }, "
+         "{ \"Tag\": \"\\ud83d\" }, { \"Tag\": \"\\ud83da\" }");
+    file("lines.json", "{ \"Tag\": \"tv\\nmenu\" }, { \"Tag\": \"tv\" }");
+    QByteArray many = "{ \"Tag\": \"0\" }";
+    for (int i = 1; i <= 10; ++i)
+        many += ", { \"Tag\": \"" + QByteArray::number(i) + "\" }";
+    file("many.json", many);
+    m_folder.write(QLatin1String("broken.json"), "{ \"Global\": { \"Version\": 1 }, }");
+    m_folder.write(QLatin1String("deep.json"), QByteArray(50000, '[') + QByteArray(50000, ']'));
     QVERIFY(QDir::setCurrent(m_folder.path()));
 }
 
@@ -111,6 +169,9 @@ void tst_Calls::theFileIsInOnePlace_data()
     row("diff integer.json double.json", "");
     row("check ignored.json",
         "nothing found in 1 file\nthe launcher will see 1 of 1 application\n");
+    row("list --format json signs.json",
+        "[\n    \"\xf0\x9f\x98\x80\",\n    \"\\ude00\",\n    \"a\\ude00\",\n    \"\\ud83d\",\n"
+        "    \"\\ud83da\"\n]\n");
     row("keys other.json",
         "Applications/1/Scale = 2.5  (double)\nApplications/1/Tag = \"other\"  (string)\n"
         "Applications/size = 1  (int)\nGlobal/Version = 1  (int)\n");
@@ -157,6 +218,7 @@ void tst_Calls::aNameThatIsNoneIsTold_data()
         "AppsConfig.json has no application \"men\"; did you mean \"menu\" or \"menu-2\"?");
     row("show AppsConfig.json nothing", 1,
         "AppsConfig.json has no application \"nothing\"; it has tv, menu, menu-2");
+    row("show many.json nothing", 1, "many.json has no application \"nothing\"");
     row("list other.json nothing", 1, "other.json has no application \"nothing\"; it has other");
     row("get tv Scael", 1, "there is no key \"Scael\"; did you mean \"Scale\"?");
     row("get tv WebGL", 1, "there is no key \"WebGL\"; did you mean \"UseWebGL\"?");
@@ -182,6 +244,34 @@ void tst_Calls::aNameThatIsNoneIsTold()
     QFETCH(int, status);
     const ChildCall::Result result = call(line);
     QTEST(result.output, "expected");
+    QCOMPARE(result.exitStatus(), status);
+}
+
+void tst_Calls::theChosenFileMayBeOneThatCannotBeLoaded_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("expected");
+    const auto row = [](const char *file, const char *line, int status, const char *expected) {
+        QTest::addRow("%s, %s", file, line)
+            << QByteArray(file) << QString(QLatin1String(line)) << status << QByteArray(expected);
+    };
+    row("deep.json", "list", 1,
+        "deep.json: the document is nested so deeply that its flat keys fill the memory");
+    row("deep.json", "list tv", 2, "tv: No such file or directory");
+    row(".", "list", 2, ".: a directory");
+    row(".", "list tv", 2, "tv: No such file or directory");
+}
+
+void tst_Calls::theChosenFileMayBeOneThatCannotBeLoaded()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QString, line);
+    QFETCH(int, status);
+    QFETCH(QByteArray, expected);
+    const ChildCall::Result result = callWithVariable(file, line);
+    QCOMPARE(result.output, "nuv-apps-config: " + expected + '\n');
     QCOMPARE(result.exitStatus(), status);
 }
 
@@ -223,6 +313,14 @@ void tst_Calls::helpIsACommand()
         QCOMPARE(output("help " + name), output(name + " --help"));
         QVERIFY(output("help " + name).startsWith("Usage: nuv-apps-config " + name));
     }
+}
+
+void tst_Calls::theVersionIsThatOfTheProgramForEveryCommand()
+{
+    const QByteArray version = call(QLatin1String("--version")).output;
+    QVERIFY(version.startsWith("nuv-apps-config "));
+    for (const Command &command : Commands::all())
+        QCOMPARE(call(QLatin1String(command.name) + QLatin1String(" --version")).output, version);
 }
 
 void tst_Calls::everyPlaceIsExplained()
@@ -324,6 +422,43 @@ void tst_Calls::showNamesWhatIsNotUsed()
     }
 }
 
+void tst_Calls::whatIsInNoSinglePlaceIsShownWithoutIt_data()
+{
+    QTest::addColumn<QByteArray>("members");
+    QTest::addColumn<bool>("hasPlace");
+    const QByteArray odd = moreThanIsLookedAt();
+    const QByteArray tag = "\"Tag\": \"tv\", \"Scale\": 1.5";
+    const QByteArray list = "\"Applications\": [ { " + tag + " } ]";
+    QTest::newRow("in the list") << list << true;
+    QTest::newRow("in an object") << QByteArray("\"Applications\": { \"size\": 1, \"1\": { " + tag
+                                                + " } }")
+                                  << false;
+    QTest::newRow("in the second of two lists")
+        << QByteArray("\"Applications\": [ {} ], " + list) << false;
+    QTest::newRow("with two tags") << QByteArray(list).replace("{ ", "{ \"Tag\": {}, ") << false;
+    QTest::newRow("in a list that check does not come to") << odd + list << false;
+    QTest::newRow("in an object that check does not come to")
+        << QByteArray(list).replace("{ ", "{ " + odd + "\"X\": 1 }, { ") << false;
+    QTest::newRow("with a tag that check does not come to")
+        << QByteArray(list).replace("{ ", "{ " + odd) << false;
+}
+
+void tst_Calls::whatIsInNoSinglePlaceIsShownWithoutIt()
+{
+    QFETCH(QByteArray, members);
+    QFETCH(bool, hasPlace);
+    m_folder.write(QLatin1String("places.json"),
+                   "{ \"Global\": { \"Version\": 1 }, " + members + " }");
+    const QByteArray text = call(QLatin1String("show places.json")).output;
+    const QByteArray json = call(QLatin1String("show --format json places.json")).output;
+    QVERIFY2(text.contains(hasPlace
+                               ? "\nApplication \"tv\" (1:49)\n    Scale = 1.5  (double, 1:73)\n"
+                               : "\nApplication \"tv\"\n    Scale = 1.5  (double)\n"),
+             text.constData());
+    QCOMPARE(json.contains("\"tag\": \"tv\",\n            \"line\": 1"), hasPlace);
+    QCOMPARE(json.contains("\"type\": \"double\",\n                    \"line\": 1"), hasPlace);
+}
+
 void tst_Calls::completesWhatMayComeNext_data()
 {
     QTest::addColumn<QString>("line");
@@ -343,6 +478,16 @@ void tst_Calls::completesWhatMayComeNext_data()
     row("check --root=", ":directories ");
     row("check ", ":files ");
     row("check a.json ", ":files ");
+    row("check --fix ", ":files ");
+    row("check --nothing ", ":files ");
+    row("check --format json ", ":files ");
+    row("check --fail-on ", "error warning note ");
+    row("--format ", "text json sarif github ");
+    row("fmt ", ":files ");
+    row("diff a.json ", ":files ");
+    row("schema ", "");
+    row("list lines.json ", "tv ");
+    row("list broken.json ", "");
     row("show ", ":files ");
     row("show other.json ", "other ");
     row("show AppsConfig.json tv ", "tv menu menu-2 ");
@@ -371,6 +516,7 @@ QByteArray tst_Calls::completed(const QString &line) const
 {
     const QStringList words = line.split(QLatin1Char(' '));
     const ChildCall::Result result = ChildCall::run([&] {
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
         Output output;
         return Program::run(QStringList(QLatin1String("nuv-apps-config"))
                                 << QLatin1String("__complete") << words,
@@ -396,6 +542,23 @@ void tst_Calls::completesTheRulesThatCanBeIgnored()
     QCOMPARE(completed(QLatin1String("check --ignore ")), expected);
 }
 
+void tst_Calls::completesTheFirstWordWithoutOne()
+{
+    QVERIFY(call(QLatin1String("__complete")).output.startsWith("check\tsay what is wrong"));
+}
+
+void tst_Calls::completesNothingIntoAFullOutput()
+{
+    const ChildCall::Result result = ChildCall::run([] {
+        ::dup2(::open("/dev/full", O_WRONLY), STDOUT_FILENO);
+        Output output;
+        return Program::run(QStringList() << QLatin1String("nuv-apps-config")
+                                          << QLatin1String("__complete") << QString(),
+                            output);
+    });
+    QCOMPARE(result.exitStatus(), 2);
+}
+
 void tst_Calls::theChoiceOfTheFileIsTold_data()
 {
     QTest::addColumn<QString>("line");
@@ -408,10 +571,48 @@ void tst_Calls::theChoiceOfTheFileIsTold()
     QFETCH(QString, line);
     QVERIFY(
         call(line).output.contains("in the working directory, as NUV_APPS_CONFIG_FILE is not set"));
-    qputenv("NUV_APPS_CONFIG_FILE", "");
-    const QByteArray output = call(line).output;
-    qunsetenv("NUV_APPS_CONFIG_FILE");
-    QVERIFY(output.contains("in the working directory, as NUV_APPS_CONFIG_FILE is empty"));
+    QVERIFY(callWithVariable("", line).output.contains(
+        "in the working directory, as NUV_APPS_CONFIG_FILE is empty"));
+}
+
+void tst_Calls::aVariableThatNamesNothingIsAWarning_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("said");
+    const auto row = [](const char *options, int status, const char *said) {
+        QTest::newRow(options) << QString(QLatin1String(options)) << status << QByteArray(said);
+    };
+    row("", 1, "\n4 warnings in 1 file\n");
+    row("--fail-on error", 0, "\n4 warnings in 1 file\n");
+    row("--format json --fail-on error", 0, "\"warnings\": 4");
+    row("--format json", 1, "\"errors\": 0");
+    row("--format sarif --fail-on error", 0, "\"executionSuccessful\": true");
+    row("--format github", 1, "::warning file=AppsConfig.json,title=variable-names-nothing::");
+}
+
+void tst_Calls::aVariableThatNamesNothingIsAWarning()
+{
+    QFETCH(QString, options);
+    QFETCH(QByteArray, said);
+    const ChildCall::Result result =
+        callWithVariable("none.json", QLatin1String("check ") + options);
+    QVERIFY2(result.output.contains(said), result.output.constData());
+    QTEST(result.exitStatus(), "status");
+}
+
+void tst_Calls::aVariableWithANameInUtf8IsExplained()
+{
+    const QByteArray name = "caf\xc3\xa9.json";
+    const QString path = QString::fromUtf8(name);
+    if (QFile::encodeName(path) != name)
+        return; // in a locale of Latin-1 the library finds the file
+    m_folder.write(path, "{}");
+    QCOMPARE(
+        callWithVariable(name, QLatin1String("list")).output,
+        QByteArray("nuv-apps-config: AppsConfig.json: warning: NUV_APPS_CONFIG_FILE names "
+                   "caf\xc3\x83\xc2\xa9.json, which does not exist (the library reads the name "
+                   "as Latin-1), so the library reads this file instead\ntv\nmenu\nmenu-2\n"));
 }
 
 void tst_Calls::aFileThatIsTooLargeIsNotRead()
@@ -427,12 +628,56 @@ void tst_Calls::aFileThatIsTooLargeIsNotRead()
     QCOMPARE(result.exitStatus(), 2);
 }
 
+void tst_Calls::aFileThatIsNotReadToItsEndIsNotFormatted_data()
+{
+    QTest::addColumn<QString>("line");
+    for (const char *line : { "fmt long.json", "fmt --sort long.json", "fmt --write long.json" })
+        QTest::newRow(line) << QString(QLatin1String(line));
+}
+
+void tst_Calls::aFileThatIsNotReadToItsEndIsNotFormatted()
+{
+    QFETCH(QString, line);
+    const QByteArray bytes = "{ " + moreThanIsLookedAt() + "\"a\": 1, \"a\": 2 }";
+    const QString file = m_folder.write(QLatin1String("long.json"), bytes);
+    const ChildCall::Result result = call(line);
+    QCOMPARE(result.output,
+             QByteArray("nuv-apps-config: long.json: not touched, because it was not read to its "
+                        "end; see check\n"));
+    QCOMPARE(result.exitStatus(), 1);
+    QCOMPARE(fileContents(file), bytes);
+}
+
 void tst_Calls::listsAreShown()
 {
     const QByteArray shown = "GrantBroadcastAccessRightDomains = [\"a.example\", \"b.example\"]";
     QVERIFY(call(QLatin1String("show lists.json")).output.contains(shown + "  (list, "));
     const ChildCall::Result result = call(QLatin1String("diff integer.json lists.json"));
     QCOMPARE(result.output, "+ tv: " + shown + '\n');
+    QCOMPARE(result.exitStatus(), 1);
+}
+
+void tst_Calls::diffShowsWhatDiffersInMeaning_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QByteArray>("expected");
+    const auto row = [](const char *line, const char *expected) {
+        QTest::newRow(line) << QString(QLatin1String(line)) << QByteArray(expected);
+    };
+    row("diff integer.json half.json", "- tv: Scale = 1\n+ tv: Scale = 0.5\n");
+    row("diff odd.json even.json",
+        "- tv: Scale = 9007199254740993\n+ tv: Scale = 9007199254740992\n");
+    row("diff integer.json secret.json",
+        "+ tv: HttpProxy = \"me:********@proxy.example:80\"\n- tv: Scale = 1\n");
+    row("diff --reveal integer.json secret.json",
+        "+ tv: HttpProxy = \"me:secret@proxy.example:80\"\n- tv: Scale = 1\n");
+}
+
+void tst_Calls::diffShowsWhatDiffersInMeaning()
+{
+    QFETCH(QString, line);
+    const ChildCall::Result result = call(line);
+    QTEST(result.output, "expected");
     QCOMPARE(result.exitStatus(), 1);
 }
 
@@ -488,6 +733,76 @@ void tst_Calls::diffReadsWhatTheShellMakesOfACommand()
     QVERIFY2(output.contains("- tv: Scale = 3.5\n") && output.contains("+ other: Scale = 2.5\n"),
              output + shell.readAllStandardError());
     QCOMPARE(shell.exitCode(), 1);
+}
+
+void tst_Calls::aPipeThatIsOpenAlreadyIsRead_data()
+{
+    QTest::addColumn<QString>("folder");
+    for (const char *folder : { "/dev/fd/", "/proc/self/fd/" })
+        QTest::newRow(folder) << QString(QLatin1String(folder));
+}
+
+// As some shells pass what they make of <(COMMAND).
+void tst_Calls::aPipeThatIsOpenAlreadyIsRead()
+{
+    QFETCH(QString, folder);
+    int ends[2];
+    QCOMPARE(::pipe(ends), 0);
+    ChildCall::writeAll(ends[1], fileContents(m_folder.filePath(QLatin1String("other.json"))));
+    ::close(ends[1]);
+    const ChildCall::Result result =
+        call(QLatin1String("list ") + folder + QString::number(ends[0]));
+    ::close(ends[0]);
+    QCOMPARE(result.output, QByteArray("other\n"));
+}
+
+// Each file is written when it is done.
+void tst_Calls::aFullOutputIsToldOnce()
+{
+    const ChildCall::Result result = ChildCall::run([] {
+        ::dup2(STDOUT_FILENO, STDERR_FILENO);
+        ::dup2(::open("/dev/full", O_WRONLY), STDOUT_FILENO);
+        Output output;
+        return Program::run(QStringList()
+                                << QLatin1String("nuv-apps-config") << QLatin1String("check")
+                                << QLatin1String("tv.json") << QLatin1String("other.json"),
+                            output);
+    });
+    QCOMPARE(result.output,
+             "nuv-apps-config: cannot write to the standard output: "
+                 + qt_error_string(ENOSPC).toUtf8() + '\n');
+    QCOMPARE(result.exitStatus(), 2);
+}
+
+void tst_Calls::withTooManyOpenFilesNothingIsTakenForTheContent()
+{
+    int listed = 0;
+    for (rlim_t spare = 0; spare < 6; ++spare) {
+        const ChildCall::Result result = ChildCall::run([spare] {
+            ::dup2(STDOUT_FILENO, STDERR_FILENO);
+            ::dup2(::open("other.json", O_RDONLY), STDIN_FILENO);
+            const int next = ::dup(STDIN_FILENO);
+            ::close(next);
+            rlimit usual = {};
+            ::getrlimit(RLIMIT_NOFILE, &usual);
+            const rlimit limit = { rlim_t(next) + spare, usual.rlim_max };
+            ::setrlimit(RLIMIT_NOFILE, &limit);
+            Output output;
+            const int status =
+                Program::run(QStringList() << QLatin1String("nuv-apps-config")
+                                           << QLatin1String("list") << QLatin1String("-"),
+                             output);
+            ::setrlimit(RLIMIT_NOFILE, &usual);
+            return status;
+        });
+        listed += result.output == "other\n" && result.exitStatus() == 0;
+        if (result.exitStatus() == 0)
+            continue;
+        QCOMPARE(result.output,
+                 QByteArray("nuv-apps-config: -: there is not enough memory for this file\n"));
+        QCOMPARE(result.exitStatus(), 2);
+    }
+    QVERIFY(listed > 0);
 }
 
 NUV_TEST_MAIN(tst_Calls)

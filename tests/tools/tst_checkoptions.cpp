@@ -207,6 +207,9 @@ void tst_CheckOptions::aFileIgnoresARuleInOneObject_data()
     row("not in its neighbour",
         "{ \"Tag\": \"a\", \"_comment check\": \"ignore no-address\" }, { \"Tag\": \"b\" }",
         "no-address");
+    row("not in the one before",
+        "{ \"Tag\": \"b\" }, { \"Tag\": \"a\", \"_comment check\": \"ignore no-address\" }",
+        "no-address");
     row("what is not there",
         "{ \"Tag\": \"a\", \"Url\": \"http://a/\", \"_comment check\": \"ignore no-address\" }",
         "unused-ignore");
@@ -325,6 +328,8 @@ void tst_CheckOptions::theExitStatusFollowsTheOptions_data()
     row("a root that is none", error, "--root /dev/null", 2);
     row("an error after a thousand warnings", withUrl("\"http://x/\"" + many + ", \"Scale\": true"),
         "--fail-on error", 1);
+    row("more than a thousand warnings pass where it is asked for",
+        withUrl("\"http://x/\"" + many + ", \"X\": 1"), "--fail-on error", 0);
     row("an error after a thousand that are ignored",
         withUrl("\"http://x/\"" + many + ", \"Scale\": true"), "--ignore unknown-key", 1);
     row("an error after so much that nobody reads on",

@@ -17,6 +17,7 @@ class tst_Excerpt : public QObject
 
 private slots:
     void fitsAndPointsAtThePlace();
+    void bytesThatBeginNoCharacterAreShown();
     void theReportFitsTheTerminal_data();
     void theReportFitsTheTerminal();
 };
@@ -142,6 +143,17 @@ void tst_Excerpt::fitsAndPointsAtThePlace()
     QVERIFY(cuts > 20);
 }
 
+// So many that the line is cut among them.
+void tst_Excerpt::bytesThatBeginNoCharacterAreShown()
+{
+    const QByteArray bytes = "{ \"_\": \"" + QByteArray(1000, '\x80') + "\" }";
+    const auto analysis = analyse(QLatin1String("test"), bytes, QString(QLatin1String("/")));
+    const Excerpt excerpt = makeExcerpt(analysis->source, 900, 1, *analysis->secrets, 40);
+    const QString shown(38, QChar(0xfffd));
+    QCOMPARE(excerpt.line, QChar(0x2026) + shown + QChar(0x2026));
+    QVERIFY(excerpt.caret > 10 && excerpt.caret < 30);
+}
+
 void tst_Excerpt::theReportFitsTheTerminal_data()
 {
     QTest::addColumn<QByteArray>("columns");
@@ -159,12 +171,13 @@ void tst_Excerpt::theReportFitsTheTerminal_data()
                         << QByteArray("    1 | \xe2\x80\xa6s\": [ { \"Tag\": \"tv\", \"Ulr\": "
                                       "\"http://tv.example/\" }\xe2\x80\xa6\n"
                                       "      |                       ^~~~~\n");
-    QTest::newRow("no terminal")
-        << QByteArray()
-        << QByteArray("    1 | { \"Global\": { \"Version\": 1 }, \"Applications\": [ "
-                      "{ \"Tag\": \"tv\", \"Ulr\": \"http://tv.example/\" } ] }\n"
-                      "      |                                             "
-                      "                   ^~~~~\n");
+    const QByteArray usual("    1 | { \"Global\": { \"Version\": 1 }, \"Applications\": [ "
+                           "{ \"Tag\": \"tv\", \"Ulr\": \"http://tv.example/\" } ] }\n"
+                           "      |                                             "
+                           "                   ^~~~~\n");
+    QTest::newRow("no terminal") << QByteArray() << usual;
+    QTest::newRow("none") << QByteArray("0") << usual;
+    QTest::newRow("no number") << QByteArray("wide") << usual;
 }
 
 void tst_Excerpt::theReportFitsTheTerminal()

@@ -97,6 +97,10 @@ void tst_Layout::becomes_data()
         "{\n    \"b\": 1,\n    \"_comment a\": \"x\",\n    \"a\": 2\n}\n");
     row("one blank line stays", "{\n\n\n\"b\": 1,\n\n\n\n\"a\": 2,\n\"c\": 3\n\n}\n\n\n",
         "{\n    \"b\": 1,\n\n    \"a\": 2,\n    \"c\": 3\n}\n");
+    row("a blank line with returns and tabs stays", "{\r\n\"b\": 1,\r\n \t\r\n\"a\": 2\r\n}\r\n",
+        "{\n    \"b\": 1,\n\n    \"a\": 2\n}\n");
+    row("commas at the begin of lines", "{\n\"b\": 1\n,\n\"a\": 2\n}",
+        "{\n    \"b\": 1,\n    \"a\": 2\n}\n");
     row("what is too long for a line",
         "{ \"a\": { \"first\": \"0123456789012345678901234567890123456789\", \"second\": "
         "\"01234567890123456789012345678901234567890\" } }",

@@ -27,6 +27,8 @@ private slots:
     void explanationsFitOnAScreen();
     void everyRuleOfSarifHasItsHelp();
     void examplesOfTheManualCanBeCalled();
+    void noTextOfTheManualsIsTakenForARequest_data();
+    void noTextOfTheManualsIsTakenForARequest();
 };
 
 namespace {
@@ -186,6 +188,25 @@ void tst_Reference::examplesOfTheManualCanBeCalled()
     }
     QCOMPARE(count, manual.count(text("\n\\fBnuv-apps-config ")));
     QVERIFY(count > 3);
+}
+
+void tst_Reference::noTextOfTheManualsIsTakenForARequest_data()
+{
+    QTest::addColumn<QString>("manual");
+    QTest::newRow("program") << QString::fromUtf8(Reference::programManual());
+    QTest::newRow("file") << QString::fromUtf8(Reference::formatManual());
+}
+
+// A line of them that begins with a point or a quote would not be shown.
+void tst_Reference::noTextOfTheManualsIsTakenForARequest()
+{
+    QFETCH(QString, manual);
+    const QRegularExpression request(text("^(\\.\\\\\" |\\.(TH|SH|TP|PP|br|nf|fi)\\b)"));
+    for (const QString &line : manual.split(QLatin1Char('\n'))) {
+        const bool isRequest =
+            line.startsWith(QLatin1Char('.')) || line.startsWith(QLatin1Char('\''));
+        QVERIFY2(!isRequest || request.match(line).hasMatch(), qPrintable(line));
+    }
 }
 
 NUV_TEST_MAIN(tst_Reference)
