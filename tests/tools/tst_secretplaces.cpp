@@ -486,6 +486,7 @@ void tst_SecretPlaces::linesHideWhatMayBeASecret_data()
     row("equal signs", "'Url' = 'http://me:pw/'", "'Url' = ***");
     row("a semicolon", "'Url': 'http://me:pw/'; 'x'", "'Url': ***; ***");
     row("a port", "'Url' = 'http://tv:80/'", "'Url' = 'http://tv:80/'");
+    row("a colon before an address", ": 'me@tv'", ": ***");
     row("a sign in one of two members", "'Tag': 'me@tv', 'Scale': 1", "'Tag': 'me@tv', 'Scale': 1");
     row("a sign and a lone string at the end", "'Tag': 'me@tv', 'x'", "'Tag': ***, ***");
     row("a sign and a key that follows", "'Tag': 'me@tv', 'Url': 'x'",

@@ -137,8 +137,7 @@ bool isCompleteBefore(const QString &address, int begin, int sign)
     const int colon = endOfColon(address, begin);
     const int hostEnd = colon < 0 || colon > end ? end : colon - 1;
     return begin > 0 && end < sign && looksLikeHost(address.mid(begin, hostEnd - begin))
-        && isPort(address.mid(qMin(hostEnd + 1, end), qMax(0, end - hostEnd - 1)))
-        && !address.left(end).contains(QLatin1Char('@'));
+        && isPort(address.mid(qMin(hostEnd + 1, end), qMax(0, end - hostEnd - 1)));
 }
 
 // Whether user and host begin where they should, so that no slash is before them.
@@ -218,13 +217,13 @@ QString maskedWords(QString text)
     return text;
 }
 
-// The first character that ends an address in a sentence.
+// The first character that ends an address in a sentence. No mark of the sentence comes before its slashes.
 int endOfAddress(const QString &text)
 {
     int end = 0;
     while (end < text.size() && !QString(QLatin1String(" \t\n\"'<>;")).contains(text.at(end)))
         ++end;
-    while (end > 0 && QString(QLatin1String(":,.")).contains(text.at(end - 1)))
+    while (QString(QLatin1String(":,.")).contains(text.at(end - 1)))
         --end; // of the sentence
     return end;
 }
