@@ -49,6 +49,9 @@ public:
     bool isAtEnd() const { return m_token.code == T_END_OF_FILE; }
     int oddities() const { return m_oddities; }
 
+    /// Whether that byte is in a comment.
+    bool isComment(int offset) const;
+
 private:
     bool isOdd() const;
     bool takeWord();
@@ -83,6 +86,15 @@ bool Walk::endsEntry(int offset) const
             return byte == '\n' || byte == ',' || byte == '}' || byte == ']';
     }
     return true;
+}
+
+bool Walk::isComment(int offset) const
+{
+    const std::vector<Finding> &found = m_ignored.all();
+    return std::any_of(found.begin(), found.end(), [offset](const Finding &finding) {
+        return std::strcmp(finding.rule, "comment") == 0 && finding.offset <= offset
+            && offset < finding.offset + finding.length;
+    });
 }
 
 // A comma that leads, a string over several lines, a number that is none.
@@ -252,6 +264,9 @@ Reach Trial::reachOf(const Slip &slip, int window) const
     Reach reach = { 0, 0, 0 };
     while (walk.next())
         reach.tokens += walk.token().begin + begin - growth > m_reading.error().begin;
+    // A quote taken from an address makes a comment of all that follows it.
+    if (walk.isComment(m_reading.error().begin - begin + growth))
+        return Reach { -1, 0, 0 };
     const bool isWhole = end == m_text.size();
     reach.oddities = walk.oddities();
     if (!isWhole && walk.token().end == part.size()) {

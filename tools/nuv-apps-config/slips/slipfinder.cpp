@@ -234,8 +234,8 @@ void SlipFinder::exchangeBytes(int index, int offset)
     const char second = at(offset + 1);
     if (!first || !second || first == second || isOneOf(first, "\r\n") || isOneOf(second, "\r\n"))
         return;
-    const bool isEndOfKey = first == ':' && second == '"';
-    add(Slip::Exchanged, index, isEndOfKey ? -1 : 5, offset, 2, QByteArray(1, second) + first);
+    const bool isInString = second == '"' && isOneOf(first, ":,"); // what belongs after it
+    add(Slip::Exchanged, index, isInString ? -1 : 5, offset, 2, QByteArray(1, second) + first);
 }
 
 // What the tokenizer took for a comment may be a slip of one byte.
