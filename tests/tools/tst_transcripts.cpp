@@ -85,7 +85,8 @@ private:
         if (!QDir().mkpath(QFileInfo(name).path())
             || !m_file->open(QIODevice::WriteOnly | QIODevice::Unbuffered))
             qFatal("no file");
-        const QByteArray mode = words.value(1).isEmpty() || words.value(1) == "<" ? "600" : words.at(1);
+        const QByteArray mode =
+            words.value(1).isEmpty() || words.value(1) == "<" ? "600" : words.at(1);
         ::fchmod(m_file->handle(), mode_t(mode.toInt(nullptr, 8)));
         if (words.value(words.size() - 2) == "<")
             m_file->write(fileContents(QLatin1String(Samples) + QString::fromUtf8(words.last())));
@@ -105,7 +106,8 @@ private:
             return Program::run(QStringList(QLatin1String("nuv-apps-config")) + words, output);
         });
         QByteArray output = result.output;
-        QByteArrayList said = output.replace(QFile::encodeName(m_folder.path()), "FOLDER").split('\n');
+        QByteArrayList said =
+            output.replace(QFile::encodeName(m_folder.path()), "FOLDER").split('\n');
         if (said.last().isEmpty())
             said.removeLast();
         for (const QByteArray &each : said)

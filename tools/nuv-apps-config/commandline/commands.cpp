@@ -148,9 +148,11 @@ QString Commands::help(const Command *command)
 {
     QString text;
     if (command) {
-        text = QString(QLatin1String("Usage: nuv-apps-config %1 [OPTION...] %2\n\n%3\n"))
-                   .arg(QLatin1String(command->name), QLatin1String(command->arguments),
-                        QLatin1String(command->description));
+        const QString usage =
+            QString(QLatin1String("Usage: nuv-apps-config %1 [OPTION...] %2"))
+                .arg(QLatin1String(command->name), QLatin1String(command->arguments));
+        text = usage.trimmed() + QLatin1String("\n\n") + QLatin1String(command->description)
+            + QLatin1Char('\n');
     } else {
         text = QLatin1String("Usage: nuv-apps-config COMMAND [OPTION...] [ARGUMENT...]\n\n"
                              "Explains, checks and shows the configuration file of web "

@@ -129,6 +129,17 @@ void LoadedFile::complainUnread() const
                      + QLatin1String("; see check"));
 }
 
+double LoadedFile::version() const
+{
+    const float version = state().version;
+    for (int digits = 1; digits < DigitsOfVersion; ++digits) {
+        const QString text = QString::number(double(version), 'g', digits);
+        if (text.toFloat() == version)
+            return text.toDouble();
+    }
+    return double(version);
+}
+
 QVariant LoadedFile::port() const
 {
     const quint32 port = state().remoteInspectorPort;

@@ -37,6 +37,11 @@ public:
     /// Says on the standard error why the library reads nothing of the file.
     void complainUnread() const;
 
+    /// The version that the library compares, with as few digits as tell it from others: 1.2, although the
+    /// library's own number of that is 1.20000005.
+    double version() const;
+    static const int DigitsOfVersion = 9; ///< at most
+
     /// The global port that a launcher is given: only of a file whose version passes.
     QVariant port() const;
 

@@ -98,7 +98,7 @@ QString gateText(const LoadedFile &file)
 
 QString versionText(const LoadedFile &file)
 {
-    return QString::number(double(file.state().version), 'g', 9);
+    return QString::number(file.version(), 'g', LoadedFile::DigitsOfVersion);
 }
 
 /// For people.
@@ -258,7 +258,7 @@ QByteArray ShownJson::document(const QStringList &tags)
     m_json.beginObject();
     m_json.member("file", m_file.name());
     m_json.member("why", m_file.why());
-    m_json.member("version", double(m_file.state().version));
+    m_json.member("version", m_file.version());
     m_json.member("usable", m_file.state().isUsable());
     global();
     m_json.key("applications");

@@ -80,7 +80,7 @@ void Comparison::compare(const QString &where, const AppConfig &a, const AppConf
 void Comparison::compareGlobals()
 {
     const QString global = QLatin1String("Global");
-    compare(global, QLatin1String("Version"), m_a.state().version, m_b.state().version);
+    compare(global, QLatin1String("Version"), m_a.version(), m_b.version());
     compare(global, QLatin1String("RemoteInspectorPort"), m_a.port(), m_b.port());
     compare(global, m_a.state().globalConfig, m_b.state().globalConfig);
 }
