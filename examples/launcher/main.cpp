@@ -24,6 +24,7 @@
 //                      applications: receiverextension, for the receiver
 //   broadcastaccess    which pages find it
 //   replyreport        prints what became of requests
+//   documenttrail      tells the answers that are the page from those that are parts of it
 //
 // network/      its network access
 //   launchernetwork    a configuredaccess, which decides about each request: it presents a

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "examples/launcher/network/configuredaccess.h"
 #include "examples/launcher/network/responselimit.h"
 #include "tests/launcher/httpserver.h"
 #include "tests/launcher/stage.h"
 #include "tests/support/testmain.h"
+
+#include <QNetworkReply>
+#include <QScopedPointer>
 
 namespace {
 
@@ -38,10 +42,16 @@ private Q_SLOTS:
     void aBodyBelowTheLimitIsTaken();
     void aLargePartOfAPageDoesNotStopIt();
 
+    void aStationForThePlayerHasNoLimit_data();
+    void aStationForThePlayerHasNoLimit();
+
     void aRefusalIsTold_data();
     void aRefusalIsTold();
+    void aRefusalAfterADetourIsTold();
     void aHostThatWantsToKnowItsUserIsToldOnce();
+    void aHundredHostsThatWantToKnowTheirUserAreTold();
     void aProxyThatWantsToKnowItsUserIsTold();
+    void aProxyThatRefusesAPartOfAPageIsTold();
     void aLaterPageThatDoesNotLoadIsTold();
     void aFailedRequestIsNotLoaded();
 };
@@ -111,6 +121,34 @@ void tst_LauncherResponses::aLargePartOfAPageDoesNotStopIt()
     QCOMPARE(run.status, 0);
 }
 
+void tst_LauncherResponses::aStationForThePlayerHasNoLimit_data()
+{
+    QTest::addColumn<bool>("isForPlayer");
+    QTest::addColumn<int>("error");
+
+    QTest::newRow("a page's") << false << int(QNetworkReply::OperationCanceledError);
+    QTest::newRow("the player's") << true << int(QNetworkReply::NoError);
+}
+
+void tst_LauncherResponses::aStationForThePlayerHasNoLimit()
+{
+    QFETCH(bool, isForPlayer);
+    QFETCH(int, error);
+    HttpServer server;
+    server.serveBytes("/", head("Content-Length: 40000000\r\n") + QByteArray(40000000, ' '));
+    ConfiguredAccess access(nullptr);
+    QNetworkRequest request((QUrl(server.address())));
+    if (isForPlayer)
+        request.setRawHeader("icy-metadata", "1");
+
+    const QScopedPointer<QNetworkReply> reply(access.get(request));
+    QEventLoop loop;
+    QObject::connect(reply.data(), SIGNAL(finished()), &loop, SLOT(quit()));
+    loop.exec();
+
+    QCOMPARE(int(reply->error()), error);
+}
+
 void tst_LauncherResponses::aRefusalIsTold_data()
 {
     QTest::addColumn<QByteArray>("status");
@@ -145,6 +183,21 @@ void tst_LauncherResponses::aRefusalIsTold()
              text("|nuv-launcher: later:") + refused + text("|nuv-launcher: tv:") + refused);
 }
 
+void tst_LauncherResponses::aRefusalAfterADetourIsTold()
+{
+    HttpServer server;
+    server.serveBytes("/", "HTTP/1.1 302 Found\r\nLocation: /gone\r\nContent-Length: 0\r\n\r\n");
+    server.serveBytes("/gone",
+                      "HTTP/1.1 410 Gone\r\nContent-Type: text/html\r\n"
+                      "Content-Length: 4\r\n\r\ngone");
+    Stage stage;
+    stage.configure(tv(server.address()));
+
+    QCOMPARE(stage.launch("--once tv").err,
+             text("nuv-launcher: tv: the server refuses the page ") + server.address("/gone")
+                 + text(": 410 Gone\n"));
+}
+
 void tst_LauncherResponses::aHostThatWantsToKnowItsUserIsToldOnce()
 {
     HttpServer server;
@@ -164,6 +217,30 @@ void tst_LauncherResponses::aHostThatWantsToKnowItsUserIsToldOnce()
     QCOMPARE(run.status, 0);
 }
 
+// Each is one more to the proxy that stands for all of them.
+void tst_LauncherResponses::aHundredHostsThatWantToKnowTheirUserAreTold()
+{
+    HttpServer proxy;
+    QByteArray page;
+    for (int i = 0; i < 110; ++i) {
+        const QByteArray script = "http://host" + QByteArray::number(i) + ".invalid/a.js";
+        page += "<script src='" + script + "'></script>";
+        proxy.serveBytes(script,
+                         "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"a\"\r\n"
+                         "Content-Length: 0\r\nConnection: close\r\n\r\n");
+    }
+    proxy.serve("http://tv.invalid/", page + "<script>zarexExt.say('end')</script>");
+    Stage stage;
+    const QByteArray address = proxy.address("").mid(7).toLatin1();
+    stage.configure(tv(text("http://tv.invalid/"), ", \"HttpProxy\": \"" + address + "\""));
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(said(run), text("end"));
+    QCOMPARE(run.err.count(text(".invalid/a.js: 401 Unauthorized\n")), 100);
+    QCOMPARE(run.err.count(QLatin1Char('\n')), 100);
+}
+
 void tst_LauncherResponses::aProxyThatWantsToKnowItsUserIsTold()
 {
     HttpServer proxy;
@@ -176,6 +253,23 @@ void tst_LauncherResponses::aProxyThatWantsToKnowItsUserIsTold()
 
     QVERIFY2(run.err.contains(text("roxy")), qPrintable(run.err));
     QCOMPARE(run.err.count(QLatin1Char('\n')), 1);
+}
+
+// What it says is not the answer of a server.
+void tst_LauncherResponses::aProxyThatRefusesAPartOfAPageIsTold()
+{
+    HttpServer proxy;
+    proxy.demandProxyAuthorization("Basic " + QByteArray("me:secret").toBase64());
+    Stage stage;
+    const QByteArray address = proxy.address("").mid(7).toLatin1();
+    stage.write("page.html", "<script src='https://tv.invalid/a.js'></script>");
+    stage.configure(tv(text("page.html"), ", \"HttpProxy\": \"" + address + "\""));
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(run.err,
+             text("nuv-launcher: tv: https://tv.invalid/a.js: Proxy requires authentication\n"));
+    QCOMPARE(run.status, 0);
 }
 
 void tst_LauncherResponses::aLaterPageThatDoesNotLoadIsTold()

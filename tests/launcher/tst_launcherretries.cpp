@@ -56,6 +56,7 @@ private Q_SLOTS:
 
     void aPageIsShownWhoseServerComesLate_data();
     void aPageIsShownWhoseServerComesLate();
+    void aSecureServerIsAskedAgain();
     void aServerThatCannotAnswerYetIsAskedAgain_data();
     void aServerThatCannotAnswerYetIsAskedAgain();
     void aPageWhosePictureCannotComeIsLeftAlone();
@@ -116,29 +117,50 @@ void tst_LauncherRetries::aPageIsShownWhoseServerComesLate()
     QCOMPARE(run.status, 0);
 }
 
+void tst_LauncherRetries::aSecureServerIsAskedAgain()
+{
+    HttpServer server;
+    const QString address = server.address().replace(text("http:"), text("https:"));
+    server.close();
+    Stage stage;
+    stage.configure(Stage::application("tv", address));
+    QProcess process;
+    stage.start(&process, "tv");
+
+    QVERIFY(Stage::awaitOutput(&process, "tv  the page is tried again"));
+    stop(&process);
+}
+
 void tst_LauncherRetries::aServerThatCannotAnswerYetIsAskedAgain_data()
 {
+    QTest::addColumn<QByteArray>("target");
     QTest::addColumn<QByteArray>("words");
 
-    QTest::newRow("with words") << QByteArray("late");
-    QTest::newRow("without a word") << QByteArray();
+    QTest::newRow("with words") << QByteArray("/") << QByteArray("late");
+    QTest::newRow("without a word") << QByteArray("/") << QByteArray();
+    QTest::newRow("after a detour") << QByteArray("/application") << QByteArray("late");
 }
 
 void tst_LauncherRetries::aServerThatCannotAnswerYetIsAskedAgain()
 {
+    QFETCH(QByteArray, target);
     QFETCH(QByteArray, words);
     HttpServer server;
-    server.serveBytes("/", unavailable(words));
+    server.serveBytes("/",
+                      "HTTP/1.1 302 Found\r\nLocation: " + target
+                          + "\r\nConnection: close\r\nContent-Length: 0\r\n\r\n");
+    server.serveBytes(target, unavailable(words));
     Stage stage;
     stage.configure(Stage::application("tv", server.address()));
     QProcess process;
     stage.start(&process, "tv");
 
     QVERIFY(Stage::awaitOutput(&process, "tv  the server answers 503; the page is tried again"));
-    server.serve("/", helloPage);
+    server.serve(target.constData(), helloPage);
     QVERIFY(Stage::awaitOutput(&process, "tv  says: hello\n"));
 
     QCOMPARE(server.requests("/").size(), 2);
+    QCOMPARE(server.requests(target.constData()).size(), 2);
     QCOMPARE(stop(&process).status, 0);
 }
 
@@ -272,7 +294,8 @@ void tst_LauncherRetries::aLaterPageComesBackToo()
                  "location = '/second' }, 50) }</script>");
     server.serveBytes("/second", QByteArray());
     Stage stage;
-    stage.configure(Stage::application("tv", server.address()));
+    stage.configure(Stage::application("tv", server.address(),
+                                       ", \"HttpReferrer\": \"http://portal.example/\""));
     QProcess process;
     stage.start(&process, "tv");
 
@@ -281,6 +304,11 @@ void tst_LauncherRetries::aLaterPageComesBackToo()
     QVERIFY(Stage::awaitOutput(&process, "tv  says: hello\n"));
 
     QCOMPARE(server.requests("/").size(), 1);
+    QCOMPARE(server.requests("/").at(0).headers.value("referer"),
+             QByteArray("http://portal.example/"));
+    const QList<HttpRequest> later = server.requests("/second");
+    for (int i = 0; i < later.size(); ++i)
+        QVERIFY(later.at(i).headers.value("referer") != "http://portal.example/");
     QCOMPARE(stop(&process).status, 0);
 }
 

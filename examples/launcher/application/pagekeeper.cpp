@@ -59,7 +59,7 @@ void PageKeeper::shown()
 void PageKeeper::look(QNetworkReply *reply)
 {
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (status >= FirstServerError && reply->url() == m_page->mainFrame()->requestedUrl())
+    if (m_trail.follow(*reply) && status >= FirstServerError)
         m_status = status;
 }
 

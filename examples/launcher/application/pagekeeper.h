@@ -2,6 +2,8 @@
 #ifndef PAGEKEEPER_H
 #define PAGEKEEPER_H
 
+#include "application/documenttrail.h"
+
 #include <QObject>
 #include <QTimer>
 #include <QUrl>
@@ -47,6 +49,7 @@ private:
     void wait();
 
     ApplicationPage *m_page;
+    DocumentTrail m_trail;
     QTimer m_patience;
     QTimer m_pause;
     QUrl m_address; ///< that failed

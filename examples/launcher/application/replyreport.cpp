@@ -7,7 +7,6 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QUrl>
-#include <QWebFrame>
 
 namespace {
 
@@ -28,13 +27,6 @@ QString refusalIn(const QNetworkReply &reply)
         reply.attribute(QNetworkRequest::HttpReasonPhraseAttribute).toByteArray().constData());
     return status < leastRefusal ? QString()
                                  : (QString::number(status) + QLatin1Char(' ') + words).trimmed();
-}
-
-bool isDocument(const QNetworkReply &reply)
-{
-    const QWebFrame *frame = qobject_cast<QWebFrame *>(reply.request().originatingObject());
-    return frame && !frame->parentFrame()
-        && (frame->requestedUrl() == reply.url() || frame->url() == reply.url());
 }
 
 } // namespace
@@ -60,7 +52,7 @@ void ReplyReport::report(QNetworkReply *reply)
 {
     if (m_addressesArePrinted)
         printAddress(*reply);
-    if (isDocument(*reply)) {
+    if (m_trail.follow(*reply)) {
         m_refusedDocument = reply->url();
         m_refusal = refusalIn(*reply);
         return;

@@ -2,6 +2,8 @@
 #ifndef REPLYREPORT_H
 #define REPLYREPORT_H
 
+#include "application/documenttrail.h"
+
 #include <QObject>
 #include <QSet>
 #include <QString>
@@ -36,6 +38,7 @@ private:
     QString m_tag;
     bool m_addressesArePrinted;
     QSet<QString> m_complaints; ///< the hosts that were complained of
+    DocumentTrail m_trail;
     QUrl m_refusedDocument;
     QString m_refusal; ///< empty when the server did not refuse it
 };
