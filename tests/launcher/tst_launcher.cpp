@@ -37,6 +37,7 @@ private Q_SLOTS:
     void aPageIsOpaqueUnlessItIsToBeTransparent();
     void picturesAreTakenAfterTheWait();
     void eachOfSeveralApplicationsGetsItsPicture();
+    void aPictureNeedsNoSuffix();
     void anApplicationNamedTwiceIsOpenedOnce();
 
     void everyConfiguredPropertyIsPrinted();
@@ -62,6 +63,8 @@ private Q_SLOTS:
     void aMissingConfigurationFileIsToldWithBothPlaces();
     void aPageThatFailsDoesNotStopTheOthers();
     void aFailureEndsTheProgramWithoutPicturesToo();
+    void aDisplayThatIsNamedIsUsed_data();
+    void aDisplayThatIsNamedIsUsed();
     void aPictureThatCannotBeWrittenIsToldInOneLine();
 };
 
@@ -225,6 +228,21 @@ void tst_Launcher::eachOfSeveralApplicationsGetsItsPicture()
     QCOMPARE(QImage(stage.path("with.dots-tv.png")).pixel(20, 20), green);
     QCOMPARE(QImage(stage.path("with.dots-a%2Fb%20c.png")).pixel(20, 20), 0xff0000ffu);
     QVERIFY(!QFile::exists(stage.path("with.dots.png")));
+}
+
+void tst_Launcher::aPictureNeedsNoSuffix()
+{
+    Stage stage;
+    Applications applications;
+    applications.add("tv", text("page.html"));
+    applications.add("news", text("page.html"));
+    stage.configure(applications.elements());
+    stage.write("page.html", "<p>");
+
+    QCOMPARE(stage.launch("--screenshot picture --size 40x30 tv news").status, 0);
+
+    QCOMPARE(QImage(stage.path("picture-tv")).size(), QSize(40, 30));
+    QCOMPARE(QImage(stage.path("picture-news")).size(), QSize(40, 30));
 }
 
 void tst_Launcher::anApplicationNamedTwiceIsOpenedOnce()
@@ -680,6 +698,30 @@ void tst_Launcher::aFailureEndsTheProgramWithoutPicturesToo()
     stage.configure("{ \"Tag\": \"bad\", \"Url\": \"none.html\" }, { \"Tag\": \"empty\" }");
 
     QCOMPARE(stage.launch("empty bad").status, 1);
+}
+
+void tst_Launcher::aDisplayThatIsNamedIsUsed_data()
+{
+    QTest::addColumn<QByteArray>("variable");
+
+    QTest::newRow("an X server") << QByteArray("DISPLAY");
+    if (ToolkitDifferences::isQt4())
+        return;
+    QTest::newRow("a compositor") << QByteArray("WAYLAND_DISPLAY");
+    QTest::newRow("a platform of the toolkit") << QByteArray("QT_QPA_PLATFORM");
+}
+
+// And not replaced where it is not there: somebody would look at a dark screen.
+void tst_Launcher::aDisplayThatIsNamedIsUsed()
+{
+    QFETCH(QByteArray, variable);
+    Stage stage;
+    stage.write("page.html", "<p>");
+    stage.configure(Stage::application("tv", text("page.html")));
+    stage.set(variable.constData(), text(":none"));
+
+    QVERIFY(stage.launch("--screenshot out.png tv").status != 0);
+    QVERIFY(!QFile::exists(stage.path("out.png")));
 }
 
 void tst_Launcher::aPictureThatCannotBeWrittenIsToldInOneLine()

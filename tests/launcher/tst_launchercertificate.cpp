@@ -13,6 +13,17 @@ namespace {
 
 const char noKnownKey[] = "holds no private key of a known kind in PEM form";
 
+/// A server that has the first word.
+class GreetingServer : public HttpServer
+{
+protected:
+    void begin(QTcpSocket *socket) override
+    {
+        socket->write("220 mail.example\r\n");
+        socket->disconnectFromHost();
+    }
+};
+
 /// What the launcher wrote about one application.
 QStringList toldOf(const char *application, const QString &err)
 {
@@ -38,6 +49,7 @@ private Q_SLOTS:
     void onlyTheConfiguredServersSeeTheCertificate_data();
     void onlyTheConfiguredServersSeeTheCertificate();
     void aServerThatMayNotSeeTheCertificateIsExplained();
+    void aServerThatSpeaksWithoutTlsIsExplained();
     void theErrorPageSaysWhyThereIsNoSecureConnection();
     void theErrorPageSaysWhyTheCertificateCannotBeUsed();
 
@@ -370,6 +382,21 @@ void tst_LauncherCertificate::aServerThatMayNotSeeTheCertificateIsExplained()
     QCOMPARE(run.status, 1);
     QVERIFY2(run.err.contains(text("; perhaps the server demands a certificate, which is only for "
                                    "the host of Url and the granted domains")),
+             qPrintable(run.err));
+}
+
+void tst_LauncherCertificate::aServerThatSpeaksWithoutTlsIsExplained()
+{
+    GreetingServer server;
+    const QString address = server.address().replace(text("http:"), text("https:"));
+    Stage stage;
+    stage.configure(Stage::application("tv", address, ownCertificate("device.pem", "device.key")));
+
+    const Run run = stage.launch("--once tv");
+
+    QCOMPARE(run.status, 1);
+    QVERIFY2(run.err.endsWith(text("; perhaps the server does not accept its certificate ")
+                              + m_authority.path("device.pem") + text("\n")),
              qPrintable(run.err));
 }
 

@@ -116,6 +116,7 @@ private Q_SLOTS:
 
     void anAbsurdFileIsToldAndReplaced_data();
     void anAbsurdFileIsToldAndReplaced();
+    void aFileThatCannotBeReadIsTold();
     void aFullDiskIsToldOnce();
 };
 
@@ -360,6 +361,11 @@ void tst_LauncherCookies::anAbsurdFileIsToldAndReplaced_data()
                                 << text("3 of its lines are not cookies; they are ignored");
     QTest::newRow("one endless line")
         << QByteArray(100000, 'a') << text("1 of its lines are not cookies; they are ignored");
+    const QByteArray lasting = "a=1; expires=Fri, 01-Jan-2100 00:00:00 GMT; path=/";
+    QTest::newRow("cookies that none would keep") << QByteArray("a=1; domain=tv.example; path=/\n")
+            + lasting + "\n" + lasting + "; domain=tv.example" + QByteArray(2000, 'e') + "\n"
+            + QByteArray(5000, 'n') + lasting
+            + "; domain=tv.example\n" << text("4 of its lines are not cookies; they are ignored");
     QTest::newRow("larger than all cookies")
         << QByteArray("large")
         << text("it has 1000000000 bytes, where cookies have 24576000 at most; it is ignored");
@@ -393,6 +399,18 @@ void tst_LauncherCookies::anAbsurdFileIsToldAndReplaced()
     QCOMPARE(first.status, 0);
     QCOMPARE(second.err, QString());
     QCOMPARE(server.requests("/").at(1).headers.value("cookie"), QByteArray("lasting=1"));
+}
+
+void tst_LauncherCookies::aFileThatCannotBeReadIsTold()
+{
+    TemporaryDir dir;
+    const QString file = dir.write(text("cookies"), "a=1");
+    QCOMPARE(::chmod(QFile::encodeName(dir.path()).constData(), 0755), 0);
+    QCOMPARE(::chmod(QFile::encodeName(file).constData(), 0000), 0);
+    const AsNobody nobody;
+
+    QCOMPARE(CookieFile::read(file, QDateTime::currentDateTime()).problem,
+             text("Permission denied; it is ignored"));
 }
 
 void tst_LauncherCookies::aFullDiskIsToldOnce()

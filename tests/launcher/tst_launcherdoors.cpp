@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "examples/launcher/network/configuredaccess.h"
 #include "examples/launcher/network/localfiles.h"
 #include "tests/launcher/httpserver.h"
 #include "tests/launcher/stage.h"
 #include "tests/support/testmain.h"
 
+#include <QEventLoop>
+#include <QNetworkReply>
+#include <QScopedPointer>
 #include <QUrl>
 
 #include <unistd.h>
@@ -87,6 +91,8 @@ private Q_SLOTS:
     void aPageFromAFileReadsNoOtherFile();
     void aPageFromAFileShowsWhatIsInItsDirectory();
     void theLaunchersOwnFilesAreNotEvenShown();
+    void filesAreOnlyRead();
+    void aFileThatIsTooLargeIsNotShown();
     void aPageFromTheWebShowsNoFile();
     void whichFilesCanBeLoaded_data();
     void whichFilesCanBeLoaded();
@@ -143,6 +149,37 @@ void tst_LauncherDoors::theLaunchersOwnFilesAreNotEvenShown()
     QVERIFY2(
         run.out.contains(text("/house/AppsConfig.json: no page loads the launcher's own files\n")),
         qPrintable(run.out));
+}
+
+// The toolkit would write it, if an engine asked for that.
+void tst_LauncherDoors::filesAreOnlyRead()
+{
+    const TemporaryDir dir;
+    const QString file = dir.filePath(text("written.txt"));
+    ConfiguredAccess access(nullptr);
+
+    const QScopedPointer<QNetworkReply> reply(
+        access.put(QNetworkRequest(QUrl::fromLocalFile(file)), "written"));
+    QEventLoop loop;
+    QObject::connect(reply.data(), SIGNAL(finished()), &loop, SLOT(quit()));
+    loop.exec();
+
+    QCOMPARE(reply->errorString(), text("files are only read"));
+    QVERIFY(!QFile::exists(file));
+}
+
+void tst_LauncherDoors::aFileThatIsTooLargeIsNotShown()
+{
+    const House house("show('large', 'large.png')");
+    house.stage().write("house/pages/large.png", picture());
+    const QByteArray name = QFile::encodeName(house.stage().path("house/pages/large.png"));
+    QCOMPARE(::truncate(name.constData(), 40000000), 0);
+
+    const Run run = house.visit();
+
+    QCOMPARE(said(run), text("large: nothing"));
+    QVERIFY2(run.out.contains(text("/large.png: its body is larger than 33554432 bytes\n")),
+             qPrintable(run.out));
 }
 
 void tst_LauncherDoors::aPageFromTheWebShowsNoFile()
@@ -231,6 +268,7 @@ void tst_LauncherDoors::whichFilesCanBeLoaded()
     files.keepBack(dir.filePath(text("house/AppsConfig.json")));
     files.keepBack(dir.filePath(text("house/kept")));
     files.keepBack(dir.filePath(text("house/none")));
+    files.keepBack(text("/proc/version")); // of another device
 
     const QByteArray encoded = url.replace(text("%1"), dir.path()).toLatin1();
     QCOMPARE(files.objectionTo(QUrl::fromEncoded(encoded)).isEmpty(), canBeLoaded);

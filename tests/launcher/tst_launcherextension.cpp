@@ -88,6 +88,7 @@ private Q_SLOTS:
     void scriptsNeitherDeleteNorRenameTheObject();
     void scriptsNeitherReplaceNorRemoveItsMembers();
     void theVolumeIsBoundedAndAnnounced();
+    void aPageThatNobodyShowsHasNoSize();
 
     void theOriginOfADocumentDecides_data();
     void theOriginOfADocumentDecides();
@@ -188,6 +189,15 @@ void tst_LauncherExtension::theVolumeIsBoundedAndAnnounced()
 
     QCOMPARE(host.ask("heard.join()"), text("100,0"));
     QCOMPARE(host.ask("zarexExt.volume"), text("0"));
+}
+
+void tst_LauncherExtension::aPageThatNobodyShowsHasNoSize()
+{
+    Host host;
+
+    QCOMPARE(host.ask("var size = zarexExt.viewSize(); size.width + 'x' + size.height"),
+             text("0x0"));
+    QCOMPARE(host.ask("'<' + zarexExt.application() + '>'"), text("<>"));
 }
 
 void tst_LauncherExtension::theOriginOfADocumentDecides_data()

@@ -52,6 +52,8 @@ private Q_SLOTS:
     void aRelativePathInTheEnvironmentIsIgnored();
     void whatIsMadeIsForItsUserOnly();
     void whatWasMadeBeforeIsForItsUserOnly();
+    void aDirectoryThatCannotBeMadeIsTold_data();
+    void aDirectoryThatCannotBeMadeIsTold();
     void aTagCannotLeaveItsPlace();
 };
 
@@ -144,6 +146,25 @@ void tst_LauncherFolders::whatWasMadeBeforeIsForItsUserOnly()
     QCOMPARE(modeOf(stage.path(".local/share/nuv-launcher")), 0700);
     QCOMPARE(modeOf(stage.path(".cache")), 0755);
     QCOMPARE(modeOf(stage.path(".cache/nuv-launcher")), 0700);
+}
+
+void tst_LauncherFolders::aDirectoryThatCannotBeMadeIsTold_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("problem");
+
+    QTest::newRow("below a device") << text("/dev/null/a") << text("Not a directory");
+    QTest::newRow("where the system lets nobody make one")
+        << text("/proc/a") << text("No such file or directory");
+    QTest::newRow("one whose mode the system keeps")
+        << text("/proc/self") << text("Operation not permitted");
+}
+
+void tst_LauncherFolders::aDirectoryThatCannotBeMadeIsTold()
+{
+    QFETCH(QString, path);
+
+    QTEST(UserFolders::make(path), "problem");
 }
 
 void tst_LauncherFolders::aTagCannotLeaveItsPlace()

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "examples/launcher/program/terminationsignals.h"
 #include "tests/launcher/httpserver.h"
 #include "tests/launcher/stage.h"
 #include "tests/support/testmain.h"
@@ -6,6 +7,9 @@
 #include <QImage>
 
 #include <csignal>
+
+#include <sys/resource.h>
+#include <unistd.h>
 
 class tst_LauncherHardships : public QObject
 {
@@ -18,6 +22,7 @@ private Q_SLOTS:
     void theProgramEndsInOrderAtASignal_data();
     void theProgramEndsInOrderAtASignal();
     void aSecondSignalEndsAScriptThatNeverDoes();
+    void withoutAPipeSignalsEndTheProgramAtOnce();
 };
 
 void tst_LauncherHardships::aServerThatMisbehavesStopsNobodyElse_data()
@@ -116,6 +121,27 @@ void tst_LauncherHardships::aSecondSignalEndsAScriptThatNeverDoes()
 
     QCOMPARE(launcher.state(), QProcess::NotRunning);
     QCOMPARE(launcher.exitStatus(), QProcess::CrashExit);
+}
+
+// As without the object that hears them.
+void tst_LauncherHardships::withoutAPipeSignalsEndTheProgramAtOnce()
+{
+    const int next = ::dup(STDERR_FILENO);
+    ::close(next);
+    rlimit before;
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none = { rlim_t(next), before.rlim_max };
+    struct sigaction earlier;
+    QCOMPARE(::sigaction(SIGTERM, nullptr, &earlier), 0);
+    QTest::ignoreMessage(QtWarningMsg, "no pipe for signals: Too many open files");
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    {
+        const TerminationSignals endings;
+        ::setrlimit(RLIMIT_NOFILE, &before);
+        struct sigaction action;
+        QCOMPARE(::sigaction(SIGTERM, nullptr, &action), 0);
+        QVERIFY(action.sa_handler == earlier.sa_handler);
+    }
 }
 
 NUV_TEST_MAIN(tst_LauncherHardships)

@@ -82,6 +82,9 @@ private Q_SLOTS:
     void answersAreGivenAfterTheWait();
     void aPageThatNeverAnswersIsGivenUp();
     void aPageThatLoadedInTimeIsNotGivenUp();
+    void aPageThatIsOpenedMeanwhileIsWaitedFor();
+    void pagesAreAskedOnce();
+    void aPictureThatWasNotTakenIsAFailure();
     void nobodyIsAskedWhereTheLauncherEndsByItself();
 };
 
@@ -376,6 +379,66 @@ void tst_LauncherOptions::aPageThatLoadedInTimeIsNotGivenUp()
     QCOMPARE(run.err, QString());
     QCOMPARE(linesAfter("tv  answers: ", run.out), QStringList(text("1")));
     QCOMPARE(run.status, 0);
+}
+
+void tst_LauncherOptions::aPageThatIsOpenedMeanwhileIsWaitedFor()
+{
+    HttpServer server;
+    server.ignore("/");
+    Stage stage;
+    stage.configure(Stage::application("tv", text("page.html")) + ", "
+                    + Stage::application("silent", server.address()));
+    stage.write("page.html",
+                "<script>onload = function() { setTimeout(function() { zarexExt.open('silent') }, "
+                "0) }</script>");
+
+    const Run run = stage.launch("--once --wait 500 --timeout 800 --eval 1 tv");
+
+    QCOMPARE(run.err,
+             text("nuv-launcher: silent: the page ") + server.address()
+                 + text(" has not loaded after 800 ms\n"));
+    QCOMPARE(linesAfter("tv  answers: ", run.out), QStringList(text("1")));
+    QCOMPARE(run.status, 1);
+}
+
+// The second application is opened while the first one waits for the answers; both have them then. What
+// the last timer says comes after all others.
+void tst_LauncherOptions::pagesAreAskedOnce()
+{
+    Stage stage;
+    stage.configure(Stage::application("tv", text("page.html")) + ", "
+                    + Stage::application("news", text("news.html")));
+    stage.write("page.html",
+                "<script>onload = function() { setTimeout(function() { zarexExt.open('news') }, "
+                "0) }</script>");
+    stage.write("news.html",
+                "<script>onload = function() { setTimeout(function() { zarexExt.say('later') }, "
+                "700) }</script>");
+    QProcess process;
+    stage.start(&process, "--wait 300 --eval 1 tv");
+
+    QVERIFY(Stage::awaitOutput(&process, "news  says: later\n"));
+    process.terminate();
+    const Run run = Stage::finish(&process);
+
+    QCOMPARE(linesAfter("tv  answers: ", run.out), QStringList(text("1")));
+    QCOMPARE(linesAfter("news  answers: ", run.out), QStringList(text("1")));
+    QCOMPARE(run.status, 0);
+}
+
+// The page closes its window before the time for it has come.
+void tst_LauncherOptions::aPictureThatWasNotTakenIsAFailure()
+{
+    Stage stage;
+    stage.configure(Stage::application("tv", text("page.html")));
+    stage.write("page.html",
+                "<script>onload = function() { setTimeout(function() { close() }, 0) }</script>");
+
+    const Run run = stage.launch("--screenshot out.png --wait 60000 tv");
+
+    QVERIFY(!QFile::exists(stage.path("out.png")));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 1);
 }
 
 void tst_LauncherOptions::nobodyIsAskedWhereTheLauncherEndsByItself()

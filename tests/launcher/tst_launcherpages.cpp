@@ -5,6 +5,7 @@
 #include "examples/launcher/application/websurface.h"
 #include "examples/launcher/network/configuredaccess.h"
 #include "examples/launcher/network/launchernetwork.h"
+#include "examples/launcher/effects/remoteinspector.h"
 #include "examples/launcher/unattended/picturefile.h"
 #include "examples/launcher/unattended/windowpicture.h"
 #include "tests/launcher/output.h"
@@ -20,6 +21,7 @@
 #include <QFileDialog>
 #include <QImage>
 #include <QMimeData>
+#include <QTcpServer>
 #include <QTimerEvent>
 #include <QWebFrame>
 
@@ -120,6 +122,16 @@ protected:
     }
 };
 
+/// Keeps from an object what it would hear of its properties.
+class PropertyFilter : public QObject
+{
+public:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        return event->type() == QEvent::DynamicPropertyChange;
+    }
+};
+
 } // namespace
 
 /// What a user sees of a page and can do to it.
@@ -148,8 +160,10 @@ private Q_SLOTS:
     void aPictureOfNothingIsNotWritten();
     void aPictureHasTheLayersOfThePage_data();
     void aPictureHasTheLayersOfThePage();
+    void aPictureOnAFullDiskFails_data();
     void aPictureOnAFullDiskFails();
     void anApplicationHasOneWindow();
+    void anEngineWithoutAnInspectorIsTold();
 
 private:
     TemporaryDir m_folder;
@@ -444,13 +458,22 @@ void tst_LauncherPages::aPictureHasTheLayersOfThePage()
     QCOMPARE(picture.pixel(150, 50), 0xffffffffu);
 }
 
+void tst_LauncherPages::aPictureOnAFullDiskFails_data()
+{
+    QTest::addColumn<QByteArray>("size");
+
+    QTest::newRow("while it is written") << QByteArray("1280x720");
+    QTest::newRow("when it is closed") << QByteArray("10x10");
+}
+
 void tst_LauncherPages::aPictureOnAFullDiskFails()
 {
+    QFETCH(QByteArray, size);
     Stage stage;
     stage.write("page.html", "<p>");
     stage.configure(Stage::application("tv", text("page.html")));
 
-    const Run run = stage.launch("--screenshot /dev/full tv");
+    const Run run = stage.launch(("--screenshot /dev/full --size " + size + " tv").constData());
 
     QCOMPARE(run.err,
              text("nuv-launcher: tv: the picture cannot be written to /dev/full: No space left on "
@@ -479,6 +502,21 @@ void tst_LauncherPages::anApplicationHasOneWindow()
     QCOMPARE(run.out.count(text("tv  Url = ")), 1);
     QCOMPARE(run.out.count(text("news  is shown again\n")), 2);
     QCOMPARE(run.out.count(text("tv  is shown again\n")), 0);
+}
+
+// The engine is asked for its inspector by a property of a page.
+void tst_LauncherPages::anEngineWithoutAnInspectorIsTold()
+{
+    QTcpServer free;
+    QVERIFY(free.listen());
+    const quint16 port = free.serverPort();
+    free.close();
+    QWebPage page;
+    PropertyFilter filter;
+    page.installEventFilter(&filter);
+
+    QCOMPARE(RemoteInspector::open(&page, port), text("the engine does not open it"));
+    QCOMPARE(int(RemoteInspector::port()), 0);
 }
 
 NUV_GUI_TEST_MAIN(tst_LauncherPages)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "examples/launcher/network/clientcertificate.h"
 #include "examples/launcher/network/configuredaccess.h"
+#include "examples/launcher/network/responselimit.h"
 #include "examples/launcher/program/configurationfile.h"
 #include "examples/launcher/program/wholefile.h"
 #include "examples/launcher/values/valuekind.h"
@@ -10,6 +11,7 @@
 #include "tests/launcher/stage.h"
 #include "tests/support/filecontents.h"
 #include "tests/support/messagesink.h"
+#include "tests/support/restrictions.h"
 #include "tests/support/testmain.h"
 
 #include <QNetworkReply>
@@ -18,6 +20,7 @@
 #include <limits>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 /// What the parts of the launcher promise one another, at the edges: where a value is just taken, what is
@@ -32,8 +35,12 @@ private Q_SLOTS:
     void aSecretIsShownAsAMask();
     void aCertificateThatCannotBeUsedReplacesAnother();
     void anExplanationIsForOneAnswer();
+    void anAnswerIsCutOffUntilItHasComeWhole_data();
+    void anAnswerIsCutOffUntilItHasComeWhole();
     void whatIsHiddenIsNotAsked();
     void aFaultOfTheSystemLeavesAWholeFile();
+    void aFileIsReplacedInADirectoryThatCannotBeRead();
+    void withoutADirectoryThereIsNoFile();
     void onlyTheLibrarySaysThatAFileIsMalformed_data();
     void onlyTheLibrarySaysThatAFileIsMalformed();
 };
@@ -48,6 +55,26 @@ public:
     {
         setUrl(url);
         setError(ConnectionRefusedError, text("Connection refused"));
+    }
+
+    void abort() override {}
+
+protected:
+    qint64 readData(char *, qint64) override { return -1; }
+};
+
+/// An answer without an error, of which so many of ten bytes arrived.
+class ArrivedReply : public QNetworkReply
+{
+public:
+    ArrivedReply(const QUrl &url, QNetworkAccessManager::Operation operation, int size)
+    {
+        setUrl(url);
+        setOperation(operation);
+        setAttribute(QNetworkRequest::HttpStatusCodeAttribute, 200);
+        setHeader(QNetworkRequest::ContentLengthHeader, 10);
+        new ResponseLimit(this);
+        emit downloadProgress(size, 10);
     }
 
     void abort() override {}
@@ -109,6 +136,8 @@ void tst_LauncherPromises::aValueIsTakenUpToItsBounds_data()
         row("an integer", 1, true);
     }
     QTest::newRow("port: a fraction") << text("port") << QVariant(1.5) << false;
+    QTest::newRow("bytes: more than 32 bits")
+        << text("bytes") << QVariant(Q_INT64_C(5000000000)) << true;
     QTest::newRow("bytes: a fraction") << text("bytes") << QVariant(0.5) << false;
     QTest::newRow("port: 2^16 and one that is open")
         << text("port") << QVariant(65536 + 80) << false;
@@ -174,6 +203,39 @@ void tst_LauncherPromises::anExplanationIsForOneAnswer()
     QCOMPARE(access.reason(url, words), words);
 }
 
+void tst_LauncherPromises::anAnswerIsCutOffUntilItHasComeWhole_data()
+{
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<bool>("isCutOff");
+
+    QTest::newRow("to the question for a page") << int(QNetworkAccessManager::GetOperation) << true;
+    QTest::newRow("to one that is answered without a body")
+        << int(QNetworkAccessManager::HeadOperation) << false;
+}
+
+// The toolkit can take one that is cut off for a whole one.
+void tst_LauncherPromises::anAnswerIsCutOffUntilItHasComeWhole()
+{
+    QFETCH(int, operation);
+    QFETCH(bool, isCutOff);
+    const QNetworkAccessManager::Operation question = QNetworkAccessManager::Operation(operation);
+    const QUrl url(text("http://tv.example/"));
+    const QUrl other(text("http://menu.example/"));
+    ConfiguredAccess access(nullptr);
+    ArrivedReply half(url, question, 5);
+    ArrivedReply whole(url, question, 10);
+    ArrivedReply another(other, question, 10);
+
+    call(&access, "watchEnd", &half);
+    call(&access, "watchEnd", &another);
+    QCOMPARE(access.isCutOff(url), isCutOff);
+    QVERIFY(!access.isCutOff(other));
+    QVERIFY(!access.isCutOff(QUrl()));
+
+    call(&access, "watchEnd", &whole);
+    QVERIFY(!access.isCutOff(url));
+}
+
 void tst_LauncherPromises::whatIsHiddenIsNotAsked()
 {
     Stage stage;
@@ -209,12 +271,13 @@ void tst_LauncherPromises::aFaultOfTheSystemLeavesAWholeFile()
         int calls = 0;
         for (int n = 1; status != 99; ++n, ++calls) {
             dir.write(text("cookies"), one);
-            ChildProcess writer([&] {
+            const auto write = [&] {
                 SystemCalls::plan(fault, n, folder.constData());
                 const bool isWritten = WholeFile::replace(file, other).isEmpty();
                 return SystemCalls::count() < n ? 99 : isWritten ? 0 : 1;
-            });
-            status = writer.wait();
+            };
+            status = isKilled ? ChildProcess(write).wait() : write();
+            SystemCalls::plan(SystemCalls::None, 1, "");
             const QByteArray found = fileContents(file);
             const QByteArray place = QByteArray::number(int(fault)) + ": " + QByteArray::number(n);
             QVERIFY2(found == one || found == other, place.constData());
@@ -226,6 +289,33 @@ void tst_LauncherPromises::aFaultOfTheSystemLeavesAWholeFile()
         }
         QVERIFY(calls >= 3); // write(), fsync(), rename()
     }
+}
+
+// Its new name cannot be synced then, and all else is as usual.
+void tst_LauncherPromises::aFileIsReplacedInADirectoryThatCannotBeRead()
+{
+    const TemporaryDir dir;
+    const QByteArray folder = QFile::encodeName(dir.path());
+    const QString file = dir.filePath(text("cookies"));
+    QCOMPARE(::chmod(folder.constData(), 0333), 0);
+    {
+        const AsNobody nobody;
+        QVERIFY(::open(folder.constData(), O_RDONLY | O_DIRECTORY) < 0);
+        QCOMPARE(WholeFile::replace(file, "one"), QString());
+        QCOMPARE(WholeFile::replace(file, "other"), QString());
+    }
+    ::chmod(folder.constData(), 0700);
+
+    QCOMPARE(fileContents(file), QByteArray("other"));
+}
+
+void tst_LauncherPromises::withoutADirectoryThereIsNoFile()
+{
+    const TemporaryDir dir;
+
+    QCOMPARE(WholeFile::replace(dir.filePath(text("none/cookies")), "one"),
+             text("No such file or directory"));
+    QVERIFY(!QFile::exists(dir.filePath(text("none"))));
 }
 
 void tst_LauncherPromises::onlyTheLibrarySaysThatAFileIsMalformed_data()

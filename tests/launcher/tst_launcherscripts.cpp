@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "examples/launcher/program/standstillwatch.h"
+#include "tests/launcher/output.h"
 #include "tests/launcher/stage.h"
 #include "tests/support/testmain.h"
 
@@ -9,6 +11,7 @@ class tst_LauncherScripts : public QObject
 
 private Q_SLOTS:
     void scriptsThatNeverEndAreTold();
+    void aStandstillIsToldOnce();
     void aFloodOfQuestionsIsToldOnce();
     void errorsOfTheUserScriptTellFileAndLine();
     void scriptsOfPagesTellFileAndLineBesideAUserScript();
@@ -59,6 +62,22 @@ void tst_LauncherScripts::scriptsThatNeverEndAreTold()
                      + text(": a script has not come to an end in 5000 ms\n"));
         QCOMPARE(run.status, i == count - 1 ? -1 : 1);
     }
+}
+
+// As while a script runs for long and then ends. The second message is that of the next standstill.
+void tst_LauncherScripts::aStandstillIsToldOnce()
+{
+    const QString message =
+        text("nuv-launcher: tv, news: a script has not come to an end in 100 ms\n");
+    const Output err(stderr);
+    StandstillWatch watch(100, StandstillWatch::Report);
+    watch.setSuspects(text("tv, news"));
+
+    while (err.text() != message)
+        QVERIFY(message.startsWith(err.text()));
+    watch.setSuspects(text("tv, news")); // the program is back
+    while (err.text() != message + message)
+        QVERIFY((message + message).startsWith(err.text()));
 }
 
 void tst_LauncherScripts::aFloodOfQuestionsIsToldOnce()

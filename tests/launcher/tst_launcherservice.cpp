@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "examples/launcher/program/servicemanager.h"
 #include "tests/launcher/stage.h"
 #include "tests/support/testmain.h"
 
@@ -78,6 +79,7 @@ private Q_SLOTS:
     void itIsNotReadyWhereNothingWasOpened();
     void itTellsThatItIsAliveTwiceInTheTimeThatItHas();
     void aBlockedUserInterfaceGivesNoSignOfLife();
+    void whoAsksThisProcessIsTold();
     void nobodyHearsAboutLifeWhoDidNotAsk_data();
     void nobodyHearsAboutLifeWhoDidNotAsk();
     void aSocketThatCannotBeReachedChangesNothing_data();
@@ -171,6 +173,20 @@ void tst_LauncherService::aBlockedUserInterfaceGivesNoSignOfLife()
     QVERIFY(isFree);
     QCOMPARE(whileBlocked, QStringList());
     end(&process);
+}
+
+void tst_LauncherService::whoAsksThisProcessIsTold()
+{
+    const NotifySocket socket(abstractName());
+    qputenv("NOTIFY_SOCKET", abstractName().toLatin1());
+    qputenv("WATCHDOG_USEC", "40000");
+    qputenv("WATCHDOG_PID", QByteArray::number(qint64(getpid())));
+    ServiceManager manager;
+    QVERIFY(qgetenv("NOTIFY_SOCKET").isEmpty() && qgetenv("WATCHDOG_PID").isEmpty());
+
+    manager.tellReady();
+
+    QCOMPARE(socket.taken().join(text(" ")), text("READY=1 WATCHDOG=1"));
 }
 
 void tst_LauncherService::nobodyHearsAboutLifeWhoDidNotAsk_data()

@@ -3,6 +3,7 @@
 #include "examples/launcher/application/applicationpage.h"
 #include "examples/launcher/application/applicationview.h"
 #include "examples/launcher/program/launcher.h"
+#include "examples/launcher/program/launcherlayer.h"
 #include "examples/launcher/application/launcherextension.h"
 #include "examples/launcher/network/launchernetwork.h"
 #include "examples/launcher/unattended/pagescript.h"
@@ -20,6 +21,7 @@
 #include <QEventLoop>
 #include <QGraphicsView>
 #include <QGraphicsWebView>
+#include <QHostAddress>
 #include <QLineEdit>
 #include <QNetworkAccessManager>
 #include <QPointer>
@@ -106,6 +108,44 @@ public:
     QStringList noted;
 };
 
+/// A network module with the toolkit's own access.
+class PlainNetwork : public NetworkAccessManager
+{
+public:
+    explicit PlainNetwork(QObject *parent) : NetworkAccessManager(parent) {}
+    QNetworkAccessManager *impl() override { return &m_access; }
+
+private:
+    QNetworkAccessManager m_access;
+};
+
+class PlainNetworkFactory : public NetworkAccessManagerFactory
+{
+public:
+    NetworkAccessManager *create(QObject *parent) override { return new PlainNetwork(parent); }
+};
+
+/// Leaves the launcher without a layer, as one that was built without its directory.
+class PassingLayer : public LauncherLayer
+{
+public:
+    const Option *options() const override { return nullptr; }
+    const char *help() const override { return ""; }
+    ApplicationPage::Maker pageMaker(const Options &) const override { return nullptr; }
+    void attach(Launcher *) const override {}
+};
+
+/// What the first page of an application fails with; empty when it loads.
+QString failureOf(ApplicationView &view)
+{
+    QSignalSpy failed(&view, SIGNAL(failed(QString)));
+    QSignalSpy loaded(&view, SIGNAL(loaded()));
+    view.start();
+    for (int i = 0; i < 2000 && failed.isEmpty() && loaded.isEmpty(); ++i)
+        QTest::qWait(10);
+    return failed.isEmpty() ? QString() : failed.at(0).at(0).toString();
+}
+
 int freePort()
 {
     QTcpServer server;
@@ -158,6 +198,13 @@ private Q_SLOTS:
     void bordersStayWhateverElseIsConfigured();
     void theLaterOfTwoNamesDecides();
 
+    void withoutNetworkAccessNothingIsOpened_data();
+    void withoutNetworkAccessNothingIsOpened();
+    void theToolkitsOwnNetworkAccessWillDo_data();
+    void theToolkitsOwnNetworkAccessWillDo();
+    void withoutAFactoryPagesFindNoExtension();
+    void whatTheUserBreaksOffHasNoReason();
+    void aLauncherNeedsNoLayer();
     void theNetworkModuleIsToldOfTheCertificate_data();
     void theNetworkModuleIsToldOfTheCertificate();
     void aKeptWindowIsShownAgainAsItWas();
@@ -168,13 +215,13 @@ private Q_SLOTS:
 
 private:
     TemporaryDir m_folder;
+    LauncherExtensionFactory m_extensions;
     LauncherNetworkFactory m_networks;
 };
 
 void tst_LauncherWindows::initTestCase()
 {
-    static LauncherExtensionFactory extensions;
-    registerZarexExtFactory(&extensions);
+    registerZarexExtFactory(&m_extensions);
     registerNetworkAccessManagerFactory(&m_networks);
     m_folder.write(text("one.html"), "<title>one</title><p>one");
     m_folder.write(text("two.html"), "<title>two</title><p>two");
@@ -379,12 +426,14 @@ void tst_LauncherWindows::aPageThatMayNotScrollDoesNot()
     for (int i = 0; i < 2000 && window.answer("scrollings") == text("0"); ++i)
         QTest::qWait(10); // it is taken back at the event, which comes later
 
-    window.answer("scrollings = 0");
     QCOMPARE(window.frame()->scrollPosition().y() > 0, !prohibited);
-    wheel(window.surface(), QPoint(50, 50 - qMin(50, window.frame()->scrollPosition().y())));
-    for (int i = 0; i < 2000 && window.answer("scrollings") == text("0"); ++i)
+    if (!prohibited)
+        return;
+    wheel(window.surface(), QPoint(50, 50)); // over a part, which may scroll
+    for (int i = 0;
+         i < 2000 && window.answer("document.getElementById('part').scrollTop") == text("0"); ++i)
         QTest::qWait(10);
-    QVERIFY(!prohibited || window.answer("document.getElementById('part').scrollTop") != text("0"));
+    QVERIFY(window.answer("document.getElementById('part').scrollTop") != text("0"));
 }
 
 void tst_LauncherWindows::theErrorPageShowsTextAsText()
@@ -461,6 +510,116 @@ void tst_LauncherWindows::theLaterOfTwoNamesDecides()
 
     QCOMPARE(on.answer("typeof openDatabase"), text("function"));
     QCOMPARE(off.answer("typeof openDatabase"), text("undefined"));
+}
+
+void tst_LauncherWindows::withoutNetworkAccessNothingIsOpened_data()
+{
+    QTest::addColumn<bool>("hasModule");
+
+    QTest::newRow("no module of the platform") << false;
+    QTest::newRow("a module that has none to offer") << true;
+}
+
+void tst_LauncherWindows::withoutNetworkAccessNothingIsOpened()
+{
+    QFETCH(bool, hasModule);
+    NotingNetworkFactory networks;
+    registerNetworkAccessManagerFactory(hasModule ? &networks : nullptr);
+    AppConfig config;
+    config.setUrl(m_folder.filePath(text("one.html")));
+    config.setUseDiskCache(true);
+    config.setUseDiskCookies(true);
+    config.setHttpProxy(text("proxy.example:8080"));
+    config.setCertPath(text("/c.pem"));
+    Window window(config);
+    registerNetworkAccessManagerFactory(&m_networks);
+
+    QCOMPARE(failureOf(window.view()), text("it has no network access"));
+    QCOMPARE(window.frame()->url(), QUrl());
+}
+
+void tst_LauncherWindows::theToolkitsOwnNetworkAccessWillDo_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("failure");
+    QTest::addColumn<QString>("output");
+
+    const QString refused = QString(text("http://127.0.0.1:%1/")).arg(freePort());
+    const QString file = text("file://") + m_folder.filePath(text("one.html"));
+    QTest::newRow("a page that is there") << file << QString() << text("tv  loaded: ") + file;
+    QTest::newRow("a server that is not")
+        << refused << text("the page ") + refused + text(" does not load: Connection refused")
+        << text("tv  not loaded: ") + refused + text(": Connection refused");
+}
+
+void tst_LauncherWindows::theToolkitsOwnNetworkAccessWillDo()
+{
+    QFETCH(QString, address);
+    QFETCH(QString, failure);
+    QFETCH(QString, output);
+    PlainNetworkFactory networks;
+    registerNetworkAccessManagerFactory(&networks);
+    AppConfig config;
+    config.setUrl(address);
+    config.setPrintLoadedUrls(true);
+    Window window(config);
+    registerNetworkAccessManagerFactory(&m_networks);
+
+    const Output out(stdout);
+    QCOMPARE(failureOf(window.view()), failure);
+    QVERIFY2(out.text().contains(output + text("\n")), qPrintable(out.text()));
+}
+
+void tst_LauncherWindows::withoutAFactoryPagesFindNoExtension()
+{
+    registerZarexExtFactory(nullptr);
+    Window window;
+    window.load(QUrl::fromLocalFile(m_folder.filePath(text("one.html"))));
+    registerZarexExtFactory(&m_extensions);
+
+    QCOMPARE(window.answer("document.title + ', ' + typeof zarexExt"), text("one, undefined"));
+}
+
+// The server takes the connection, and never answers.
+void tst_LauncherWindows::whatTheUserBreaksOffHasNoReason()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    const QString address = QString(text("http://127.0.0.1:%1/")).arg(server.serverPort());
+    AppConfig config;
+    config.setUrl(address);
+    Window window(config);
+    QSignalSpy failed(&window.view(), SIGNAL(failed(QString)));
+
+    window.view().start();
+    for (int i = 0; i < 2000 && !server.hasPendingConnections(); ++i)
+        QTest::qWait(10);
+    window.view().page()->triggerAction(QWebPage::Stop);
+
+    QCOMPARE(failed.count(), 1);
+    QCOMPARE(failed.at(0).at(0).toString(), text("the page ") + address + text(" does not load"));
+    QVERIFY(!window.view().isTriedAgain());
+}
+
+void tst_LauncherWindows::aLauncherNeedsNoLayer()
+{
+    delete new PassingLayer;
+    Options options;
+    QCOMPARE(options.parse(QStringList(text("--once"))), text("unknown option --once"));
+    QVERIFY(!Options::helpText().contains(text("--once")));
+    QVERIFY(Options::helpText().contains(text("--timeout MS")));
+    QCOMPARE(options.parse(QStringList(text("other"))), QString());
+
+    const Output out(stdout);
+    Launcher launcher(options);
+    QSignalSpy settled(&launcher, SIGNAL(settled()));
+    QVERIFY(launcher.start());
+    for (int i = 0; i < 2000 && settled.isEmpty(); ++i)
+        QTest::qWait(10);
+
+    QCOMPARE(launcher.visibleViews().size(), 1);
+    QWebFrame *frame = launcher.visibleViews().at(0)->page()->mainFrame();
+    QCOMPARE(askPage(frame, text("document.title")).text, text("\"two\""));
 }
 
 void tst_LauncherWindows::theNetworkModuleIsToldOfTheCertificate_data()
@@ -540,6 +699,10 @@ void tst_LauncherWindows::aKeptWindowIsShownAgainAsItWas()
     other->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!other);
+
+    kept->page()->mainFrame()->evaluateJavaScript(text("zarexExt.open('other')"));
+    QCOMPARE(launcher.visibleViews().size(), 2);
+    QCOMPARE(launcher.visibleViews().at(1)->tag(), text("other"));
 }
 
 void tst_LauncherWindows::aPageThatClosesItsWindowCloses()

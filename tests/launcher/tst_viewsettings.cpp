@@ -730,6 +730,12 @@ void tst_ViewSettings::everyPropertyHasItsEffectAndKeepsItsDefault()
         QCOMPARE(effect.seen(wrong.view()), text(whenUnusable(effect)));
     }
 
+    if (effect.usable.type() == QVariant::Bool) {
+        Trial asByDefault(effect, !effect.usable.toBool());
+        QCOMPARE(asByDefault.warnings(), QString());
+        QCOMPARE(effect.seen(asByDefault.view()), text(effect.byDefault));
+    }
+
     Trial usable(effect, effect.usable);
     QCOMPARE(usable.warnings(), QString());
     const bool isPossible = !row.need || row.need->isMet(usable.view());

@@ -139,7 +139,7 @@ void ApplicationPage::watchFrame(QWebFrame *frame)
 void ApplicationPage::takeDatabasesAway()
 {
     QWebFrame *frame = qobject_cast<QWebFrame *>(sender());
-    if (frame && !m_databasesAreOffered)
+    if (!m_databasesAreOffered)
         evaluateIn(frame,
                    QLatin1String("Object.defineProperty(window, 'openDatabase', "
                                  "{ value: undefined })"));
@@ -214,11 +214,10 @@ void ApplicationPage::judge(bool ok)
     emit settled(ok && reason.isEmpty());
 }
 
+// The other one is the choice of several files.
 bool ApplicationPage::supportsExtension(Extension extension) const
 {
-    if (extension == ChooseMultipleFilesExtension && !m_filesAreOffered)
-        return false;
-    return extension == ErrorPageExtension || QWebPage::supportsExtension(extension);
+    return extension == ErrorPageExtension || m_filesAreOffered;
 }
 
 // The engine asks for a page to show instead of one that failed, in inner frames as well.

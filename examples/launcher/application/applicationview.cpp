@@ -115,9 +115,9 @@ void ApplicationView::start()
     boundNetwork();
     if (m_isAttended)
         keepPage(); // first, so that it is known whether the page is tried again
-    connect(m_page, SIGNAL(settled(bool)), SLOT(firstLoadFinished(bool)));
-    if (!m_isAttended && m_timeout > 0)
+    else
         QTimer::singleShot(m_timeout, this, SLOT(giveUp()));
+    connect(m_page, SIGNAL(settled(bool)), SLOT(firstLoadFinished(bool)));
     show();
     load(m_address);
 }

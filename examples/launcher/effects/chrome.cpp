@@ -32,6 +32,5 @@ void Chrome::showAddress(const QUrl &address)
 void Chrome::openAddress()
 {
     m_page->mainFrame()->load(QUrl::fromUserInput(m_address->text()));
-    if (m_page->view())
-        m_page->view()->setFocus();
+    m_page->view()->setFocus();
 }

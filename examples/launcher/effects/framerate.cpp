@@ -21,7 +21,7 @@ FrameRate::FrameRate(QWidget *painted, QWidget *parent)
 
 bool FrameRate::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_painted && event->type() == QEvent::Paint)
+    if (event->type() == QEvent::Paint)
         ++m_frames;
     return QLabel::eventFilter(watched, event);
 }

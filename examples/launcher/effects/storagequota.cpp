@@ -60,10 +60,7 @@ void StorageQuota::watchFrame(QWebFrame *frame)
 // for that statement.
 void StorageQuota::correct()
 {
-    const QWebFrame *frame = qobject_cast<QWebFrame *>(sender());
-    if (!frame)
-        return;
-    QWebSecurityOrigin site = frame->securityOrigin();
+    QWebSecurityOrigin site = qobject_cast<QWebFrame *>(sender())->securityOrigin();
     if (site.databaseQuota() != m_bytes && isKept(site))
         site.setDatabaseQuota(m_bytes);
 }

@@ -168,10 +168,9 @@ void ConfiguredAccess::noteExcess(QNetworkReply *reply)
 // why.
 void ConfiguredAccess::noteDistrust(QNetworkReply *reply, const QList<QSslError> &errors)
 {
-    QString note = QLatin1String("the server's certificate is not trusted");
-    if (!errors.isEmpty())
-        note += QLatin1String(": ") + errors.first().errorString();
-    m_notes.insert(reply, note);
+    m_notes.insert(reply,
+                   QLatin1String("the server's certificate is not trusted: ")
+                       + errors.first().errorString());
 }
 
 #endif

@@ -23,7 +23,7 @@ QList<QNetworkCookie> CookieBounds::applied(const QList<QNetworkCookie> &cookies
     QHash<QString, int> ofDomain;
     for (int i = cookies.size() - 1; i >= 0 && kept.size() < ofAllDomains; --i) {
         const QNetworkCookie &cookie = cookies.at(i);
-        if (!isExpired(cookie, now) && admit(cookie) && ofDomain[cookie.domain()]++ < ofOneDomain)
+        if (!isExpired(cookie, now) && ofDomain[cookie.domain()]++ < ofOneDomain)
             kept.prepend(cookie);
     }
     return kept;

@@ -20,8 +20,8 @@ bool admit(const QNetworkCookie &cookie);
 
 bool isExpired(const QNetworkCookie &cookie, const QDateTime &now);
 
-/// The newest cookies that the bounds admit, in their order, which is that of their age. None has
-/// expired.
+/// The newest of cookies that are small enough, as many as there may be, in their order, which is that of
+/// their age. None has expired.
 QList<QNetworkCookie> applied(const QList<QNetworkCookie> &cookies, const QDateTime &now);
 
 } // namespace CookieBounds

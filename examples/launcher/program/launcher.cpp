@@ -22,9 +22,10 @@ const int leastStandstill = 5000; // milliseconds; less can be a busy machine
 // certificate of its own uses the global one is this launcher's decision.
 void inheritCertificate(AppConfig *config)
 {
-    AppConfig global;
-    if (config->getCertPath().isValid() || !getWebAppSettings()->getGlobalConfig(global))
+    if (config->getCertPath().isValid())
         return;
+    AppConfig global;
+    getWebAppSettings()->getGlobalConfig(global);
     config->setCertPath(global.getCertPath());
     config->setCertPrivateKey(global.getCertPrivateKey());
     config->setCertPassPhrase(global.getCertPassPhrase());

@@ -46,13 +46,13 @@ void StandstillWatch::run()
 {
     const QMutexLocker lock(&m_mutex);
     int silentPieces = 0;
-    int beats = m_beats;
+    int beats = -1; // of no piece so far
     while (!m_stops) {
-        m_isStopped.wait(&m_mutex, static_cast<unsigned long>(m_limit / piecesOfTheLimit));
         silentPieces = m_beats == beats ? silentPieces + 1 : 0;
         beats = m_beats;
-        if (silentPieces == piecesOfTheLimit && !m_stops)
+        if (silentPieces == piecesOfTheLimit)
             complain();
+        m_isStopped.wait(&m_mutex, static_cast<unsigned long>(m_limit / piecesOfTheLimit));
     }
 }
 

@@ -12,7 +12,8 @@
 QString writePicture(const QImage &picture, const QString &name)
 {
     QBuffer bytes;
-    if (!bytes.open(QIODevice::WriteOnly) || !picture.save(&bytes, "PNG"))
+    bytes.open(QIODevice::WriteOnly);
+    if (!picture.save(&bytes, "PNG"))
         return QLatin1String("it is too large");
     std::FILE *file = std::fopen(QFile::encodeName(name).constData(), "wb");
     if (!file)

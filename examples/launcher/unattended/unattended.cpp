@@ -53,14 +53,13 @@ void Unattended::prepare(ApplicationView *view)
 
 void Unattended::waitOnce()
 {
-    if (!m_finished)
-        QTimer::singleShot(value("wait").toInt(), this, SLOT(finish()));
+    QTimer::singleShot(value("wait").toInt(), this, SLOT(finish()));
 }
 
 void Unattended::finish()
 {
     if (m_launcher->isLoading() || m_finished)
-        return; // a page opened another one by now
+        return; // a page opened another one by now, or did so afterwards
     m_finished = true;
     const QList<ApplicationView *> views = m_launcher->visibleViews();
     for (int i = 0; i < views.size(); ++i) {

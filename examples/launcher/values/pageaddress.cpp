@@ -23,7 +23,7 @@ QString lettersOf(const QString &scheme)
 {
     QString letters;
     for (const QChar c : scheme) {
-        if (c >= QLatin1Char('a') && c <= QLatin1Char('z'))
+        if (c.isLetter())
             letters += c;
     }
     return letters;

@@ -54,7 +54,7 @@ Parsed<QString> findScript(const QString &text, const QString &folder)
     Parsed<QString> file;
     file.value = QDir::cleanPath(QDir(folder).absoluteFilePath(text));
     const Objection found = judgeFile(file.value);
-    if (found.isNone() && !text.isEmpty())
+    if (found.isNone())
         return file;
     const Objection better = judgeText(text);
     file.objection = better.isNone() ? found : better;
