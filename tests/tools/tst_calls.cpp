@@ -16,7 +16,9 @@
 #include <random>
 
 #include <fcntl.h>
+#include <grp.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 /// How commands are called: where the file goes, what is said of a name that is none, and what is
 /// explained.
@@ -56,6 +58,8 @@ private slots:
     void aFileThatIsTooLargeIsNotRead();
     void aFileThatIsNotReadToItsEndIsNotFormatted_data();
     void aFileThatIsNotReadToItsEndIsNotFormatted();
+    void aFileOfAnotherUserBecomesOnesOwn_data();
+    void aFileOfAnotherUserBecomesOnesOwn();
     void listsAreShown();
     void diffShowsWhatDiffersInMeaning_data();
     void diffShowsWhatDiffersInMeaning();
@@ -648,6 +652,46 @@ void tst_Calls::aFileThatIsNotReadToItsEndIsNotFormatted()
     QCOMPARE(fileContents(file), bytes);
 }
 
+void tst_Calls::aFileOfAnotherUserBecomesOnesOwn_data()
+{
+    QTest::addColumn<int>("group");
+    QTest::addColumn<int>("groupAfter");
+    QTest::newRow("and keeps a group that one is in") << 8765 << 8765;
+    QTest::newRow("and leaves any other group") << 9876 << 5678;
+}
+
+// Who may write into it and into its directory may replace it, but only root gives a file away.
+void tst_Calls::aFileOfAnotherUserBecomesOnesOwn()
+{
+    QFETCH(int, group);
+    if (::geteuid() != 0)
+        return; // only root has files of others
+    const QByteArray path =
+        QFile::encodeName(m_folder.write(QLatin1String("foreign.json"), "{\"a\":1}"));
+    QCOMPARE(::chown(path.constData(), 4321, gid_t(group)), 0);
+    QCOMPARE(::chmod(path.constData(), 0666), 0);
+    QCOMPARE(::chmod(QFile::encodeName(m_folder.path()).constData(), 0777), 0);
+    const ChildCall::Result result = ChildCall::run([] {
+        ::dup2(STDOUT_FILENO, STDERR_FILENO);
+        const gid_t further = 8765;
+        if (::setgroups(1, &further) != 0 || ::setgid(5678) != 0 || ::setuid(1234) != 0)
+            return -1;
+        Output output;
+        return Program::run(QStringList()
+                                << QLatin1String("nuv-apps-config") << QLatin1String("fmt")
+                                << QLatin1String("--write") << QLatin1String("foreign.json"),
+                            output);
+    });
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.exitStatus(), 0);
+    QCOMPARE(fileContents(QString::fromLocal8Bit(path)), QByteArray("{\n    \"a\": 1\n}\n"));
+    struct stat status;
+    QCOMPARE(::stat(path.constData(), &status), 0);
+    QCOMPARE(int(status.st_uid), 1234);
+    QTEST(int(status.st_gid), "groupAfter");
+    QCOMPARE(int(status.st_mode & 07777), 0666);
+}
+
 void tst_Calls::listsAreShown()
 {
     const QByteArray shown = "GrantBroadcastAccessRightDomains = [\"a.example\", \"b.example\"]";
@@ -795,8 +839,9 @@ void tst_Calls::withTooManyOpenFilesNothingIsTakenForTheContent()
             ::setrlimit(RLIMIT_NOFILE, &usual);
             return status;
         });
-        listed += result.output == "other\n" && result.exitStatus() == 0;
-        if (result.exitStatus() == 0)
+        const bool isListed = result.output == "other\n" && result.exitStatus() == 0;
+        listed += isListed;
+        if (isListed)
             continue;
         QCOMPARE(result.output,
                  QByteArray("nuv-apps-config: -: there is not enough memory for this file\n"));

@@ -36,6 +36,8 @@ private slots:
     void theDiffHasTheStatusOfADifference();
     void theDiffChangesNothing();
     void theDiffShowsNoSecret();
+    void theDiffShowsNoSecretThatAKeyWasMadeOf_data();
+    void theDiffShowsNoSecretThatAKeyWasMadeOf();
     void theDiffShowsNoControlCharacter();
     void theStandardInputGoesRepairedToTheStandardOutput_data();
     void theStandardInputGoesRepairedToTheStandardOutput();
@@ -339,6 +341,30 @@ void tst_CheckFix::theDiffShowsNoSecret()
     const Result repaired = run("check --fix -", secret);
     QVERIFY2(repaired.output.contains("\"PassPhrase\": \"S3cret!\""), repaired.output);
     QVERIFY2(!repaired.errors.contains("cret"), repaired.errors);
+}
+
+void tst_CheckFix::theDiffShowsNoSecretThatAKeyWasMadeOf_data()
+{
+    QTest::addColumn<QByteArray>("passPhrase");
+    QTest::addColumn<QByteArray>("remark");
+    QTest::newRow("as it is") << QByteArray("S3cret!") << QByteArray("S3cret!");
+    QTest::newRow("with other escapes") << QByteArray("a\\u0022b\\u0022c") << QByteArray("a\"b\"c");
+}
+
+void tst_CheckFix::theDiffShowsNoSecretThatAKeyWasMadeOf()
+{
+    QFETCH(QByteArray, passPhrase);
+    QFETCH(QByteArray, remark);
+    const QByteArray output =
+        run("check --diff -",
+            "{ \"Global\": { \"Version\": 1, \"Certificate\": { \"Path\": \"a.pem\", "
+            "\"PassPhrase\": "
+            "\"" + passPhrase
+                + "\" } },\n\"Applications\": [ { \"Tag\": \"tv\" } ]\n}\n// " + remark + "\n")
+            .output;
+    QVERIFY2(
+        output.contains("\n+\"Applications\": [ { \"Tag\": \"tv\" } ]********\n+********\n }\n"),
+        output);
 }
 
 void tst_CheckFix::theDiffShowsNoControlCharacter()

@@ -22,6 +22,8 @@ private slots:
     void thePathLeadsToTheValue_data();
     void thePathLeadsToTheValue();
     void aSecretIsInNoRepair();
+    void whatIsNoTextIsInNoRepair_data();
+    void whatIsNoTextIsInNoRepair();
     void sarifSaysWhereTheProgramIsExplained();
 
 private:
@@ -201,6 +203,32 @@ void tst_Reports::aSecretIsInNoRepair()
         const QByteArray text = QJsonDocument(reported(make)).toJson();
         QVERIFY(!text.contains("12345") && !text.contains("geheim"));
     }
+}
+
+void tst_Reports::whatIsNoTextIsInNoRepair_data()
+{
+    QTest::addColumn<QByteArray>("tag");
+    QTest::addColumn<bool>("isRepaired");
+    QTest::newRow("ASCII") << QByteArray("cafe") << true;
+    QTest::newRow("UTF-8") << QByteArray("caf\xc3\xa9") << true;
+    QTest::newRow("Latin-1") << QByteArray("caf\xe9") << false;
+}
+
+// The repair takes an application out of an array in the array.
+void tst_Reports::whatIsNoTextIsInNoRepair()
+{
+    QFETCH(QByteArray, tag);
+    QFETCH(bool, isRepaired);
+    m_files.clear();
+    m_files.push_back(
+        analyse(QLatin1String("test.json"),
+                "{ \"Global\": { \"Version\": 1 }, \"Applications\": [ [ { \"Tag\": \"" + tag
+                    + "\", \"Url\": \"about:blank\" } ] ] }",
+                m_folder.path()));
+    const QJsonValue file = reported(makeJsonReport).value(QLatin1String("files")).toArray().at(0);
+    const QJsonValue found = member(file, "findings").toArray().at(0);
+    QCOMPARE(member(found, "rule").toString(), QString(QLatin1String("wrong-kind")));
+    QCOMPARE(!member(found, "repair").isUndefined(), isRepaired);
 }
 
 void tst_Reports::sarifSaysWhereTheProgramIsExplained()
