@@ -25,9 +25,9 @@ QString headingOf(Section section)
     case Section::Certificate:
         return text("A certificate");
     case Section::Domain:
-        return text("A domain");
+        break;
     }
-    return QString();
+    return text("A domain");
 }
 
 QString keyEntry(const Property &property)

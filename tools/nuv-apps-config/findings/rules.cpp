@@ -160,9 +160,9 @@ QString Rules::groupName(RuleGroup group)
     case RuleGroup::Meaning:
         return QLatin1String("Keys and values");
     case RuleGroup::Certificate:
-        return QLatin1String("Certificates");
+        break;
     }
-    return QString();
+    return QLatin1String("Certificates");
 }
 
 QString Rules::severityName(Severity severity)
@@ -173,7 +173,7 @@ QString Rules::severityName(Severity severity)
     case Severity::Warning:
         return QLatin1String("warning");
     case Severity::Error:
-        return QLatin1String("error");
+        break;
     }
-    return QString();
+    return QLatin1String("error");
 }

@@ -220,9 +220,9 @@ QString Properties::place(const Property &property)
         return QLatin1String("Global.Certificate.") + key
             + QLatin1String(" and Applications[].Certificate.") + key;
     case Section::Domain:
-        return QLatin1String("Applications[].GrantBroadcastAccessRightDomains[].") + key;
+        break;
     }
-    return key;
+    return QLatin1String("Applications[].GrantBroadcastAccessRightDomains[].") + key;
 }
 
 QString Properties::sectionName(Section section)
@@ -237,9 +237,9 @@ QString Properties::sectionName(Section section)
     case Section::Certificate:
         return QLatin1String("Certificate");
     case Section::Domain:
-        return QLatin1String("GrantBroadcastAccessRightDomains");
+        break;
     }
-    return QString();
+    return QLatin1String("GrantBroadcastAccessRightDomains");
 }
 
 QString Properties::kindName(Kind kind)
@@ -270,9 +270,9 @@ QString Properties::kindName(Kind kind)
     case Kind::Object:
         return QLatin1String("an object");
     case Kind::Array:
-        return QLatin1String("an array of objects");
+        break;
     }
-    return QString();
+    return QLatin1String("an array of objects");
 }
 
 bool Properties::hasRange(const Property &property)
