@@ -395,11 +395,14 @@ void tst_Calls::checkNamesTheKeysThatAPartWasWrittenOf()
     m_folder.write(
         QLatin1String("part.json"),
         "{ \"Global\": { \"Version\": 1 }, \"Applications\": [\n{ \"Tag\": \"tv\", \"Url\": "
-        "\"about:blank\", \"WebGL\": true,\n\"Opacity\": 1,\n\"Offline\": true } ] }");
+        "\"about:blank\", \"WebGL\": true,\n\"Opacity\": 1,\n\"Offline\": true,\n\"Use\": 1 } ] }");
     const QByteArray output = call(QLatin1String("check part.json")).output;
     for (const char *hint : { "\"WebGL\" [unknown-key]", "hint: there is \"UseWebGL\"\n",
                               "hint: there is \"WindowOpacity\"\n",
-                              "hint: there is \"UseOfflineStorageDatabase\" and " })
+                              "hint: there is \"UseOfflineStorageDatabase\" and ",
+                              "hint: there is \"UserAgent\" and \"UserScript\" and "
+                              "\"UseTransparentBackground\" and \"UseGraphicsView\" and "
+                              "\"UseCompositing\"\n" })
         QVERIFY2(output.contains(hint), output.constData());
 }
 

@@ -18,6 +18,7 @@ class tst_CheckOptions : public QObject
 private slots:
     void absolutePathsAreLookedUpBelowTheRoot_data();
     void absolutePathsAreLookedUpBelowTheRoot();
+    void relativePathsFollowTheLinksOfTheDevice();
     void anIgnoredRuleFindsNothingAndNothingElseChanges();
     void aFileIgnoresARuleInOneObject_data();
     void aFileIgnoresARuleInOneObject();
@@ -154,6 +155,28 @@ void tst_CheckOptions::absolutePathsAreLookedUpBelowTheRoot()
     const auto certificate =
         analyse(QLatin1String("test"), asCertificate, DeviceFiles(m_folder.path(), root));
     QCOMPARE(certificate->findings.has("missing-here"), expected == QLatin1String("missing-here"));
+}
+
+// A configuration below the root is on the device, where its links lead to files of the device.
+void tst_CheckOptions::relativePathsFollowTheLinksOfTheDevice()
+{
+    const QString root = m_folder.filePath(QLatin1String("linked"));
+    QVERIFY(QDir().mkpath(root + QLatin1String("/opt/none-here")));
+    QVERIFY(QDir().mkpath(root + QLatin1String("/home")));
+    m_folder.write(QLatin1String("linked/opt/none-here/index.html"), "<p>");
+    m_folder.write(QLatin1String("next.html"), "<p>");
+    QCOMPARE(::symlink("/opt/none-here/index.html",
+                       QFile::encodeName(root + QLatin1String("/home/start.html")).constData()),
+             0);
+    const auto isFound = [&](const char *url, const QString &folder, const QString &below) {
+        return analyse(QLatin1String("test"), withUrl(url), DeviceFiles(folder, below))
+            ->findings.all()
+            .empty();
+    };
+    const QString home = root + QLatin1String("/home");
+    QVERIFY(isFound("\"start.html\"", home, root));
+    QVERIFY(!isFound("\"start.html\"", home, QString()));
+    QVERIFY(isFound("\"next.html\"", m_folder.path(), root));
 }
 
 void tst_CheckOptions::anIgnoredRuleFindsNothingAndNothingElseChanges()

@@ -232,6 +232,11 @@ void tst_Remedies::initTestCase()
             QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner));
         }
     }
+    QFile certificate(samples.filePath(QLatin1String("device.pem")));
+    QVERIFY(certificate.open(QIODevice::ReadOnly));
+    QByteArrayList lines = certificate.readAll().trimmed().split('\n');
+    m_folder.write(QLatin1String("certificates/device.der"),
+                   QByteArray::fromBase64(lines.mid(1, lines.size() - 2).join()));
     QVERIFY(QDir(m_folder.path()).mkpath(QLatin1String("scripts")));
     QVERIFY(QDir(m_folder.path()).mkpath(QLatin1String("pages")));
     m_folder.write(QLatin1String("scripts/portal.js"), "1");
@@ -264,6 +269,8 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     script("\"script/portal.js\"",
            "there is no script/portal.js next to the configuration file (scripts/portal.js is "
            "there)");
+    script("\"scripts/portal.js/x.js\"",
+           "there is no scripts/portal.js/x.js next to the configuration file");
     script("\"none.js\"", "there is no none.js next to the configuration file");
     script("\"scripts\"", "\"UserScript\" cannot be used: it is a directory" + instance);
     script("\"alert(1)\"",
@@ -281,6 +288,11 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     row("Path", "\"certificates/devize.pem\"",
         "certificate-missing: there is no file " + m_folder.path().toUtf8()
             + "/certificates/devize.pem (certificates/device.pem is there)");
+
+    row("Path", "\"certificates/device.der\"",
+        "certificate-invalid: the file holds no certificate in PEM form (it is in DER form: "
+        "openssl "
+        "x509 -inform der -out FILE.pem)");
 
     const auto domain = [](const char *value, const QByteArray &what) {
         row("Domain", value, "unusable-domain: \"Domain\" " + QByteArray(bad) + what);
@@ -325,6 +337,8 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
         "is written \\\\)");
     row("Tag", "\"a\\u0007\"",
         "control-character: \\u0007 is a control character here (a backslash is written \\\\)");
+    row("Tag", "\"a\\u007f\"",
+        "control-character: \\u007f is a control character here (a backslash is written \\\\)");
     row("Tag", "\"tv \"",
         "blank-at-edge: \"Tag\" begins or ends with a blank (did you mean \"tv\"?)");
     row("Tag", "\" \"", "blank-at-edge: \"Tag\" begins or ends with a blank");
@@ -351,6 +365,10 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     range("Scale", "1000", "from 0.1 to 10 (it is no percentage: write 10)");
     range("Scale", "1001", "from 0.1 to 10");
     range("Scale", "0", "from 0.1 to 10");
+    range("Scale", "0e1", "from 0.1 to 10");
+    row("Scale", "0012",
+        "leading-zero: a number that begins with 0; the library reads 12 (write 12)\n"
+        "out-of-range: \"Scale\" must be from 0.1 to 10");
     row("RemoteInspectorPort", "65536",
         "port-out-of-range: there is no such port: ports go from 1 to 65535, and 0 is none");
     row("RemoteInspectorPort", "-1",
@@ -365,6 +383,10 @@ void tst_Remedies::wrongValuesHaveTheirRemedy_data()
     kind("UseWebGL", "7", "true or false, not an integer (write true or false)");
     kind("Scale", "\"1.5\"", "a number, not a string (write 1.5 without quotes)");
     kind("Scale", "\"1,5\"", "a number, not a string (write 1.5)");
+    kind("Scale", "\"0.5\"", "a number, not a string (write 0.5 without quotes)");
+    kind("WindowOpacity", "\"0\"", "a number, not a string (write 0 without quotes)");
+    kind("Scale", "\"05\"", "a number, not a string (for instance 1.5)");
+    kind("Scale", "\"1.5,0\"", "a number, not a string (for instance 1.5)");
     kind("Scale", "\"15\"", "a number, not a string (for instance 1.5)");
     kind("Scale", "true", "a number, not true (for instance 1.5)");
     kind("UserAgent", "10", "a string, not an integer (put it in quotes)");
@@ -448,12 +470,19 @@ void tst_Remedies::rightValuesGiveNothing_data()
 {
     addValueColumns();
     const char *const urls[] = {
-        "http://tv.example/",       "HTTPS://me:pw@tv.example:8443/a b?c#d",
-        "http://localhost:8000/",   "http://[fe80::1]/",
-        "http://10.0.0.1",          "about:blank",
-        "data:text/html,<p>x",      "qrc:/menu.html",
-        "pages/menu.html",          "./pages/menu.html?a=b#c",
-        "pages/../pages/menu.html", "ftp://tv.example/menu.html"
+        "http://tv.example/",
+        "HTTPS://me:pw@tv.example:8443/a b?c#d",
+        "http://localhost:8000/",
+        "http://[fe80::1]/",
+        "http://10.0.0.1",
+        "about:blank",
+        "data:text/html,<p>x",
+        "qrc:/menu.html",
+        "pages/menu.html",
+        "./pages/menu.html?a=b#c",
+        "pages/../pages/menu.html",
+        "ftp://tv.example/menu.html",
+        "/usr" // what it is on the device nobody knows here
     };
     for (const char *url : urls)
         row("Url", QByteArray("\"") + url + '"');
@@ -534,6 +563,9 @@ void tst_Remedies::missingKeysHaveTheirRemedy_data()
         << "{ \"Globals\": { \"Version\": 1 }, \"Applications\": [ " + tv + " ] }"
         << QByteArray("no-version: \"Global\" with the version is missing, so no application is "
                       "loaded (did you mean \"Global\"?)\n");
+    QTest::newRow("a misspelt global without quotes")
+        << "{ Globals: { \"Version\": 1 }, \"Applications\": [ " + tv + " ] }"
+        << QByteArray("unquoted-key: a key without quotes (write it in double quotes)\n");
     QTest::newRow("misspelt applications")
         << "{ \"Global\": { \"Version\": 1 }, \"applications\": [ " + tv + " ] }"
         << QByteArray("no-applications: there are no applications (did you mean \"Applications\"? "

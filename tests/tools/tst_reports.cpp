@@ -177,6 +177,10 @@ void tst_Reports::thePathLeadsToTheValue_data()
         "{ \"Global\": { \"Version\": 1, \"a \\\"key\": 1 }, \"Applications\": [ { \"Tag\": "
         "\"a\", \"Url\": \"http://a/\" } ] }",
         "Global[\"a \\\"key\"]");
+    QTest::newRow("a key with an accent of its own")
+        << QByteArray("{ \"Global\": { \"Version\": 1, \"e\\u0301t\": 1 }, \"Applications\": [ { "
+                      "\"Tag\": \"a\", \"Url\": \"http://a/\" } ] }")
+        << QString::fromUtf8("Global.e\xcc\x81t");
     row("the document", "[]", "");
 }
 

@@ -30,6 +30,10 @@ private slots:
     void saysWhatBecomesOfADuplicate();
     void saysWhereTheOtherVersionIs();
     void manyCommentsInARowAreNotTheEnd();
+    void theRestOfALongFileChangesNothing_data();
+    void theRestOfALongFileChangesNothing();
+    void afterTooManySlipsTheOthersAreStillErrors_data();
+    void afterTooManySlipsTheOthersAreStillErrors();
 
 private:
     TemporaryDir m_folder;
@@ -310,6 +314,12 @@ void tst_WrongBytes::saysTheCauseAndTheRemedy_data()
     row("\"RemoteInspectorPort\": 0x2406", "bad-number: 0x2406 is not a number; write 9222");
     row("\"OfflineStorageDefaultQuotaSize\": 5MB",
         "bad-number: 5MB is not a number; write 5242880");
+    row("\"OfflineStorageDefaultQuotaSize\": 1.1k",
+        "bad-number: 1.1k is not a number; write digits alone");
+    row("\"OfflineStorageDefaultQuotaSize\": 9000000G",
+        "bad-number: 9000000G is not a number; write digits alone");
+    row("\"RemoteInspectorPort\": 0xffffffffffffffffff",
+        "bad-number: 0xffffffffffffffffff is not a number; write digits alone");
     row("\"OfflineStorageDefaultQuotaSize\": 1_048_576",
         "bad-number: 1_048_576 is not a number; write 1048576");
     row("\"UseWebGL\": tru", "wrong-keyword: this word is not known; write true");
@@ -411,6 +421,86 @@ void tst_WrongBytes::manyCommentsInARowAreNotTheEnd()
     QCOMPARE(lines.join('\n'),
              QByteArray("1:11 missing-colon: a colon is missing after the key\n"
                         "1102:15 missing-colon: a colon is missing after the key\n"));
+}
+
+void tst_WrongBytes::theRestOfALongFileChangesNothing_data()
+{
+    QTest::addColumn<QByteArray>("member");
+    const auto row = [](const char *name, const QByteArray &member) {
+        QTest::newRow(name) << member;
+    };
+    row("no comma", "\"Scale\": 2 \"Frameless\": true");
+    row("no colon", "\"Scale\" 2");
+    row("no quote at the end", "\"UserAgent\": \"Box");
+    row("a bracket too many", "\"Scale\": 2 ]");
+    row("no closing bracket",
+        "\"GrantBroadcastAccessRightDomains\": [ { \"Domain\": \"a.example\" }");
+    row("no closing brace",
+        "\"GrantBroadcastAccessRightDomains\": [\n{\n\"Domain\": \"a.example\"\n]");
+    row("no comma after a long string",
+        "\"_comment\": \"" + QByteArray(70000, 'x') + "\" \"Scale\": 2");
+    row("a long tail of a number", "\"Scale\": 1" + QByteArray(300, '%'));
+}
+
+// A change is tried on a part of the file only.
+void tst_WrongBytes::theRestOfALongFileChangesNothing()
+{
+    QFETCH(QByteArray, member);
+    const auto found = [&](int applications) {
+        QByteArray bytes =
+            "{\n\"Global\": { \"Version\": 1 },\n\"Applications\": [\n{\n\"Tag\": \"a\",\n"
+            "\"Url\": \"http://a.example/\",\n"
+            + member + "\n}";
+        for (int i = 0; i < applications; ++i)
+            bytes += ",\n{ \"Tag\": \"" + QByteArray::number(i)
+                + "\", \"Url\": \"http://a.example/\", \"UserAgent\": \"a rather long one\" }";
+        return describe(*analyse(QString(), bytes + "\n]\n}\n", m_folder.path()), false);
+    };
+    const QByteArray expected = found(1);
+    QVERIFY(!expected.isEmpty());
+    QCOMPARE(found(1000), expected);
+}
+
+void tst_WrongBytes::afterTooManySlipsTheOthersAreStillErrors_data()
+{
+    QTest::addColumn<QByteArray>("slip");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QByteArray>("rest");
+    QTest::addColumn<QByteArray>("first");
+    QTest::addColumn<QByteArray>("last");
+    QTest::newRow("conflicts") << QByteArray(
+        "<<<<<<< a\n\"_\": 1,\n=======\n\"_\": 2,\n>>>>>>> b\n")
+                               << 30 << QByteArray("") << QByteArray("merge-conflict")
+                               << QByteArray("unexpected-token");
+    QTest::newRow("numbers with units") << QByteArray("\"_\": 5MB,\n") << 60 << QByteArray("")
+                                        << QByteArray("bad-number") << QByteArray("missing-comma");
+    QTest::newRow("numbers with units, in a large file")
+        << QByteArray("\"_\": 5MB,\n") << 45 << QByteArray(1000000, ' ') << QByteArray("bad-number")
+        << QByteArray("missing-comma");
+}
+
+// What was meant by them nobody looks for any more, and a value that is missing is not judged.
+void tst_WrongBytes::afterTooManySlipsTheOthersAreStillErrors()
+{
+    QFETCH(QByteArray, slip);
+    QFETCH(int, count);
+    QFETCH(QByteArray, rest);
+    const QByteArray slips = "{\n" + slip.repeated(count);
+    const QByteArray bytes = slips
+        + "\"Global\": {\n\"Version\":\n},\n\"Applications\": [ { \"Tag\": \"a\", \"Url\":\n} ] }\n"
+        + rest;
+    const auto analysis = analyse(QString(), bytes, m_folder.path());
+    QList<QByteArray> among;
+    QByteArray after;
+    for (const Finding &finding : analysis->findings.all()) {
+        if (finding.offset >= slips.size())
+            after += finding.rule + QByteArray(" ");
+        else if (Rules::isSyntaxError(finding.rule))
+            among.append(finding.rule);
+    }
+    QTEST(among.first(), "first");
+    QTEST(among.last(), "last");
+    QCOMPARE(after, QByteArray("missing-value missing-value "));
 }
 
 NUV_TEST_MAIN(tst_WrongBytes)

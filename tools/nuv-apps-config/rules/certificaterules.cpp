@@ -73,10 +73,9 @@ bool read(const Node &path, const DeviceFiles &files, QByteArray *bytes, Finding
             name + (info.isDir() ? text(" is a directory") : text(" is a pipe or a device")));
         return false;
     }
-    const bool isOpen = file.open(QIODevice::ReadOnly);
-    if (isOpen)
+    if (file.open(QIODevice::ReadOnly))
         *bytes = file.read(largest);
-    if (!isOpen || file.error() != QFile::NoError) {
+    if (file.error() != QFile::NoError) {
         add(findings, "certificate-unreadable", path,
             QString(QLatin1String("%1 cannot be read: %2")).arg(name, file.errorString()));
         return false;
@@ -175,27 +174,25 @@ void checkKeyInside(const Node &path, const QByteArray &bytes, const Node *passP
 void CertificateRules::check(const Document &document, const Node &certificate,
                              const DeviceFiles &files, Findings &findings)
 {
-    const Node *path = textMember(document, certificate, "Path");
+    const Node &path = *valueOf(document, certificate, "Path");
     const Node *keyPath = textMember(document, certificate, "PrivateKey");
-    if (!path)
-        return;
     QByteArray certificateBytes;
     QByteArray keyBytes;
-    const bool hasCertificate = read(*path, files, &certificateBytes, findings);
+    const bool hasCertificate = read(path, files, &certificateBytes, findings);
     const bool hasKey = keyPath && read(*keyPath, files, &keyBytes, findings);
     if (hasKey)
         checkMode(*keyPath, files, findings);
     if (!hasCertificate && !hasKey)
         return;
     if (!Certificates::areAvailable()) {
-        add(findings, "certificate-unexamined", *path,
+        add(findings, "certificate-unexamined", path,
             text("no OpenSSL library was found to look into the file"));
         return;
     }
-    const bool canCompare = hasCertificate && checkCertificate(*path, certificateBytes, findings);
+    const bool canCompare = hasCertificate && checkCertificate(path, certificateBytes, findings);
     const Node *passPhrase = valueOf(document, certificate, "PassPhrase");
     if (hasKey)
         checkKey(*keyPath, keyBytes, passPhrase, certificateBytes, canCompare, findings);
     else if (canCompare && isInOneFile(document, certificate))
-        checkKeyInside(*path, certificateBytes, passPhrase, files, findings);
+        checkKeyInside(path, certificateBytes, passPhrase, files, findings);
 }

@@ -9,7 +9,7 @@
 /// Looks into the files that a "Certificate" names.
 namespace CertificateRules {
 
-/// `certificate` is the object; `files` is where they are.
+/// `certificate` is the object, whose "Path" is a string; `files` is where they are.
 void check(const Document &document, const Node &certificate, const DeviceFiles &files,
            Findings &findings);
 

@@ -4,6 +4,7 @@
 #include "tools/nuv-apps-config/tree/edits.h"
 #include "tools/nuv-apps-config/tokens/literals.h"
 #include "tools/nuv-apps-config/rules/textrules.h"
+#include "tools/nuv-apps-config/text/matching.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,16 +39,13 @@ QByteArray toSwitch(const Node &value)
 
 bool isInRange(const Property &property, double number)
 {
-    const bool isBelowTwo = property.kind != Kind::Version || number < 2;
-    return number >= property.minimum && number <= property.maximum && isBelowTwo;
+    return number >= property.minimum && number <= property.maximum;
 }
 
 // The comma of other languages is a point.
 QByteArray toNumber(const Property &property, const Node &value)
 {
-    QByteArray number = value.value.toString().trimmed().toLatin1();
-    if (number.count(',') == 1 && !number.contains('.'))
-        number.replace(',', '.');
+    const QByteArray number = value.value.toString().trimmed().toLatin1().replace(',', '.');
     const char *const begin = number.constData();
     const bool isPlain = value.type == Node::Text
         && Literals::isPlainNumber(begin, begin + number.size())
@@ -117,22 +115,18 @@ QByteArray Conversions::toKind(const Property &property, const Node &value,
 
 QByteArray Conversions::withLostPoint(const Property &property, const QByteArray &written)
 {
-    const bool isPlain = written.size() > 1 && written.startsWith('0')
-        && std::all_of(written.begin(), written.end(),
-                       [](char byte) { return byte >= '0' && byte <= '9'; });
-    if (property.kind != Kind::Number || !isPlain)
+    if (property.kind != Kind::Number || !matches(written, "^0[0-9]+$"))
         return QByteArray();
     const QByteArray pointed = "0." + written.mid(1);
-    const double number = pointed.toDouble();
-    return number >= property.minimum && number <= property.maximum ? pointed : QByteArray();
+    return isInRange(property, pointed.toDouble()) ? pointed : QByteArray();
 }
 
 // A small number out of the range is as likely a slip of another kind.
 QByteArray Conversions::fromPercentage(const Property &property, double number)
 {
     const double smallest = 25;
-    const bool isFraction = property.kind == Kind::Number && property.maximum <= 10;
-    if (!isFraction || !isWhole(number) || number < smallest || number > 100 * property.maximum)
+    if (property.kind != Kind::Number || !isWhole(number) || number < smallest
+        || number > 100 * property.maximum)
         return QByteArray();
     return QByteArray::number(number / 100, 'g', 15);
 }

@@ -31,7 +31,7 @@ int controlAt(const QByteArray &bytes, int at, QString *meaning)
         return escape.size();
     }
     for (const Control &control : controls) {
-        if (escape.size() > 1 && escape.at(1) == control.letter) {
+        if (escape.at(1) == control.letter) {
             *meaning = QString::fromLatin1(escape.left(2)) + QLatin1String(" is ")
                 + QLatin1String(control.name);
             return 2;

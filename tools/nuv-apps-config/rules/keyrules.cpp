@@ -59,8 +59,7 @@ WalkedObjects::WalkedObjects(const Document &document)
         for (const Node::Child &child : node.children)
             m_isAny = m_isAny || child.key.contains(QLatin1Char('/'));
     }
-    if (!document.isEmpty())
-        add(document, document.rootNode(), "Applications", true);
+    add(document, document.rootNode(), "Applications", true);
 }
 
 void WalkedObjects::add(const Document &document, const Node &object, const char *key, bool isDeep)
@@ -120,7 +119,7 @@ void checkDuplicates(const Document &document, const Node &object, Findings &fin
     QHash<QString, const Node::Child *> known;
     known.reserve(int(object.children.size()));
     for (const Node::Child &member : object.children) {
-        if (!KeyRules::isKey(member) || document.isDoubtful(member))
+        if (document.isDoubtful(member))
             continue;
         const Node::Child *&first = known[member.key];
         if (!first) {
@@ -217,11 +216,6 @@ void KeyRules::checkEverywhere(const Document &document, Findings &findings)
         if (!document.isMoved(node))
             checkDuplicates(document, node, findings);
     }
-}
-
-bool KeyRules::isKey(const Node::Child &member)
-{
-    return member.keyEnd > member.keyBegin;
 }
 
 bool KeyRules::checkName(const Document &document, const Node &object, const Node::Child &member,

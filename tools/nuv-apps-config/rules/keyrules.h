@@ -12,9 +12,6 @@ namespace KeyRules {
 /// What holds for the keys of every object: no "/", no "size", no duplicate.
 void checkEverywhere(const Document &document, Findings &findings);
 
-/// Whether the member has a key in the file; one that was made up for a missing key has none.
-bool isKey(const Node::Child &member);
-
 /// Returns true when the section does not read the key, and says so unless it may be ignored.
 bool checkName(const Document &document, const Node &object, const Node::Child &member,
                Section section, Findings &findings);

@@ -95,8 +95,7 @@ void Meaning::checkMembers(const Node &object, Section section)
 
 void Meaning::checkMember(const Node &object, const Node::Child &member, Section section)
 {
-    if (!KeyRules::isKey(member)
-        || KeyRules::checkName(m_document, object, member, section, m_findings))
+    if (KeyRules::checkName(m_document, object, member, section, m_findings))
         return;
     const Property *property = Properties::find(section, member.key);
     const Node &value = m_document.at(member);
@@ -225,7 +224,7 @@ void Meaning::checkElements(const Node &applications)
             continue;
         if (element.type == Node::Object)
             checkApplication(element);
-        else if (element.type != Node::Missing)
+        else
             checkNoApplication(element);
     }
 }
@@ -294,7 +293,7 @@ void Meaning::checkDomains(const Node &domains)
                 && !takesPlaceOf(element, "Domain", Section::Domain, "no-domain", what))
                 m_findings.add("no-domain", element.begin, 1, what,
                                text("for instance { \"Domain\": \"tv.example\" }, or remove it"));
-        } else if (element.type != Node::Missing) {
+        } else {
             checkPlainDomain(element);
         }
     }

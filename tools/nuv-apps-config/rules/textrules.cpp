@@ -144,7 +144,7 @@ QString sentence(const Property &property, const Node &value, const Judgement &j
         return quotedName(property) + text(" begins or ends with a blank");
     if (qstrcmp(judgement.rule, "missing-here") == 0)
         return QString(QLatin1String("there is no %1 on this machine")).arg(shown(given));
-    if (isThere || given.isEmpty())
+    if (isThere)
         return quotedName(property) + text(" cannot be used: ") + judgement.objection.reason;
     return QString(QLatin1String(isAbsolute ? "there is no %1 on the device"
                                             : "there is no %1 next to the configuration file"))

@@ -52,8 +52,7 @@ LineWord wordAt(const QByteArray &bytes, int begin, int end)
 
 bool isPlainValue(const LineWord &word)
 {
-    return word.type == LineWord::Text
-        || (word.type == LineWord::Bare && (word.isNumber() || SecretNames::isKnown(word.text)));
+    return word.type == LineWord::Text || (word.type == LineWord::Bare && word.isNumber());
 }
 
 } // namespace
@@ -81,7 +80,7 @@ std::vector<LineWord> LineWord::wordsOf(const QByteArray &bytes, int begin, int 
 
 bool LineWord::isMember(const std::vector<LineWord> &words, size_t index)
 {
-    if (index + 2 >= words.size() || words[index].type != Text || !words[index + 1].isMark(':')
+    if (words[index].type != Text || !words[index + 1].isMark(':')
         || !SecretNames::isKnown(words[index].text) || !isPlainValue(words[index + 2]))
         return false;
     if (index + 3 == words.size())

@@ -24,8 +24,8 @@ struct LineWord {
     bool isNumber() const;
     bool isMark(char mark) const { return type == Mark && text.at(0) == QLatin1Char(mark); }
 
-    /// Whether the word is the key of a member whose value is the word after the next, and nothing about
-    /// the three is wrong.
+    /// Whether the word is the key of a member whose value is the word after the next, a string or a
+    /// number, and nothing about the three is wrong.
     static bool isMember(const std::vector<LineWord> &words, size_t index);
 
     /// Of a line, without its line feed.

@@ -130,8 +130,7 @@ void Secrets::keepOwnWords(const QString &text, std::vector<bool> &masked) const
     for (int begin = 0; begin < text.size();) {
         const int blank = text.indexOf(QLatin1Char(' '), begin);
         const int end = blank < 0 ? text.size() : blank + 1;
-        const bool isOutside =
-            isAllKnown || firstQuote < 0 || end <= firstQuote || begin > lastQuote;
+        const bool isOutside = isAllKnown || end <= firstQuote || begin > lastQuote;
         if (isOutside && isPlainWord(text.mid(begin, end - begin).trimmed()))
             std::fill(masked.begin() + begin, masked.begin() + end, false);
         if (begin > 1 && !masked[size_t(begin)] && !masked[size_t(begin) - 2])

@@ -17,15 +17,10 @@ QByteArray hexadecimal(const QByteArray &digits)
 // The bytes of a quota: a megabyte is 1024 kilobytes.
 QByteArray withUnit(const QByteArray &digits, char unit)
 {
-    bool isNumber = false;
-    double bytes = digits.toDouble(&isNumber);
-    for (const char each : { 'k', 'm', 'g' }) {
-        bytes *= 1024;
-        if (each == unit)
-            break;
-    }
+    const int power = 1 + QByteArray("kmg").indexOf(unit);
+    const double bytes = std::ldexp(digits.toDouble(), 10 * power);
     const bool isWhole = bytes < 9e15 && std::floor(bytes) >= bytes;
-    return isNumber && isWhole ? QByteArray::number(qlonglong(bytes)) : QByteArray();
+    return isWhole ? QByteArray::number(qlonglong(bytes)) : QByteArray();
 }
 
 QByteArray ofPercent(const QByteArray &digits)

@@ -44,7 +44,7 @@ const Node::Child *childAt(const Document &document, const Node &node, int offse
 QString Path::at(const Document &document, int offset)
 {
     QString path;
-    if (document.isEmpty() || offset < 0)
+    if (document.isEmpty())
         return path;
     const Node *node = &document.rootNode();
     while (const Node::Child *child = childAt(document, *node, offset)) {
