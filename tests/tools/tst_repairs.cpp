@@ -443,6 +443,7 @@ void tst_Repairs::isLeft_data()
     row("a number after a key", "\"Scale2\": 2");
     row("letters in front of a key", "\"xScale\": 2, \"_UseWebGL\": true, \"noFrameless\": true");
     row("letters after a key", "\"UseWebGLx\": true, \"Frameless_\": true");
+    row("a key between two others", "\"UseDiskCooche\": true");
     row("a short key with a slip", "\"Uri\": \"http://x/\"");
     row("bytes that are no UTF-8",
         "\"UserAgent\": \"\xc3\xb6\", \"HttpReferrer\": \"http://\xe4/\"");

@@ -322,6 +322,11 @@ void tst_WrongBytes::saysTheCauseAndTheRemedy_data()
         "bad-number: 0xffffffffffffffffff is not a number; write digits alone");
     row("\"OfflineStorageDefaultQuotaSize\": 1_048_576",
         "bad-number: 1_048_576 is not a number; write 1048576");
+    const QByteArray nines(400, '9');
+    QTest::newRow("more percent than a number can have")
+        << "\"Scale\": " + nines + '%'
+        << "bad-number: " + nines + "% is not a number; write digits alone"
+            + "lost-digits: more digits than an integer can have; the library reads inf";
     row("\"UseWebGL\": tru", "wrong-keyword: this word is not known; write true");
     row("\"UseWebGL\": flase", "wrong-keyword: this word is not known; write false");
     row("\"UserAgent\", \"Box\"", "missing-colon: a colon belongs here, not ,");

@@ -131,12 +131,9 @@ Changes Judge::comma(const Finding &finding) const
 // entry.
 Changes Judge::lastComma(const Finding &finding) const
 {
-    int next = finding.offset + 1;
-    while (next < m_bytes.size() && std::strchr(" \t\r\n", m_bytes.at(next)))
-        ++next;
-    const QByteArray mark = m_bytes.mid(next, 2);
-    const bool isOpen = (mark == "/*" && m_bytes.indexOf("*/", next) < 0)
-        || (mark == "<!" && m_bytes.indexOf("-->", next) < 0);
+    const QByteArray rest = m_bytes.mid(finding.offset + 1).trimmed();
+    const bool isOpen = (rest.startsWith("/*") && !rest.contains("*/"))
+        || (rest.startsWith("<!") && !rest.contains("-->"));
     return isOpen ? Changes() : asProposed(finding);
 }
 
@@ -158,7 +155,7 @@ Changes Judge::quoteTwice(const Finding &finding) const
 {
     const int at = finding.edit.offset;
     const bool isTwice = m_bytes.mid(at, 2) == "\"\"" || m_bytes.mid(qMax(0, at - 1), 2) == "\"\"";
-    return isTwice && finding.edit.removed == 1 ? asProposed(finding) : Changes();
+    return isTwice ? asProposed(finding) : Changes();
 }
 
 // Where it is between blanks or signs. Next to a quote it may be the first letter of the string.

@@ -634,5 +634,6 @@ int MendedText::original(int offset) const
 Edit MendedText::original(const Edit &edit) const
 {
     const int begin = original(edit.offset);
-    return Edit { begin, original(edit.offset + edit.removed) - begin, edit.inserted };
+    const int end = originalEnd(edit.offset, edit.offset + edit.removed);
+    return Edit { begin, end - begin, edit.inserted };
 }
