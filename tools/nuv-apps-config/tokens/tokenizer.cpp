@@ -379,7 +379,7 @@ void Tokenizer::endTextAtLine(Token *token)
     if (before == ' ' && at(colon + 2) != '\0' && std::strchr("\"0123456789tfn{[", at(colon + 2)))
         end = colon; // it was the key that lacks its quote
     m_findings.add("unterminated-string", begin, end - begin, text("the closing quote is missing"),
-                   text("the text would go on to the next quote in the file"));
+                   text("the string would go on to the next quote in the file"));
     token->code = T_STRING;
     token->end = end;
     token->value = QString::fromLatin1(m_source.bytes().mid(begin + 1, end - begin - 1));
