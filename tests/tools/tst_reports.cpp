@@ -18,7 +18,7 @@ class tst_Reports : public QObject
 private slots:
     void initTestCase();
     void aRepairInJsonIsTheEdit();
-    void aFixInSarifIsTheEdit();
+    void sarifSaysTheHintAndTheEdit();
     void thePathLeadsToTheValue_data();
     void thePathLeadsToTheValue();
     void aSecretIsInNoRepair();
@@ -126,7 +126,7 @@ void tst_Reports::aRepairInJsonIsTheEdit()
     QVERIFY(repaired > 50);
 }
 
-void tst_Reports::aFixInSarifIsTheEdit()
+void tst_Reports::sarifSaysTheHintAndTheEdit()
 {
     const QJsonValue run = reported(makeSarifReport).value(QLatin1String("runs")).toArray().at(0);
     const QJsonArray results = member(run, "results").toArray();
@@ -134,7 +134,12 @@ void tst_Reports::aFixInSarifIsTheEdit()
     for (const auto &file : m_files) {
         const QByteArray &bytes = file->source.bytes();
         for (const Finding &finding : file->findings.all()) {
-            const QJsonArray fixes = member(results.at(at++), "fixes").toArray();
+            const QJsonValue result = results.at(at++);
+            const QString hint = finding.hint.isEmpty()
+                ? QString()
+                : QLatin1String(". Hint: ") + finding.hint;
+            QCOMPARE(member(member(result, "message"), "text").toString(), finding.text + hint);
+            const QJsonArray fixes = member(result, "fixes").toArray();
             if (fixes.isEmpty())
                 continue;
             QCOMPARE(member(member(fixes.at(0), "description"), "text").toString(), finding.hint);
