@@ -218,6 +218,14 @@ void row(const char *key, const QByteArray &value, const QByteArray &expected = 
     QTest::newRow(QByteArray(key) + ' ' + value) << QByteArray(key) << value << expected;
 }
 
+bool hasSyntaxError(const Analysis &analysis)
+{
+    const std::vector<Finding> &all = analysis.findings.all();
+    return std::any_of(all.begin(), all.end(), [](const Finding &finding) {
+        return Rules::isSyntaxError(finding.rule);
+    });
+}
+
 } // namespace
 
 void tst_Remedies::initTestCase()
@@ -688,6 +696,7 @@ void tst_Remedies::tryProposals(const QByteArray &bytes, int *tried) const
         QVERIFY2(countOf(*after, finding) < countOf(*before, finding), what);
         const bool mayUncover = Rules::isSyntaxError(finding.rule);
         QVERIFY2(mayUncover || after->findings.all().size() <= before->findings.all().size(), what);
+        QVERIFY2(hasSyntaxError(*before) || !hasSyntaxError(*after), what);
     }
 }
 

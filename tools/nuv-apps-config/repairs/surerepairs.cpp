@@ -246,10 +246,9 @@ Changes Judge::number(const Finding &finding) const
 {
     const Property *const property = propertyAt(finding);
     const QByteArray written = given(finding);
-    const bool isQuoted = finding.edit.inserted.startsWith('"');
     const bool isPercentage = written.endsWith('%');
     const bool isFraction = property && property->kind == Kind::Number;
-    if (finding.edit.isNothing() || isQuoted || !property || !isNumberKind(*property)
+    if (finding.edit.isNothing() || !property || !isNumberKind(*property)
         || (isPercentage && !isFraction))
         return Changes();
     const bool isHexadecimal = matches(written, "^0[xX]");
