@@ -172,10 +172,6 @@ Changes Judge::strayB(const Finding &finding) const
 Changes Judge::missingQuote(const Finding &finding) const
 {
     const Edit &edit = finding.edit;
-    const int colon = m_bytes.indexOf(':', finding.offset);
-    if (m_bytes.mid(finding.offset, 1) == "\""
-        && isKeyOfLibrary(m_bytes.mid(finding.offset + 1, colon - finding.offset - 1)))
-        return { Edit { colon, 0, "\"" } };
     if (edit.inserted != "\"" || edit.removed != 0)
         return Changes();
     const bool isOpening = std::strcmp(finding.rule, "missing-opening-quote") == 0;

@@ -81,7 +81,7 @@ std::vector<LineWord> LineWord::wordsOf(const QByteArray &bytes, int begin, int 
 bool LineWord::isMember(const std::vector<LineWord> &words, size_t index)
 {
     if (words[index].type != Text || !words[index + 1].isMark(':')
-        || !SecretNames::isKnown(words[index].text) || !isPlainValue(words[index + 2]))
+        || !isPlainValue(words[index + 2]))
         return false;
     if (index + 3 == words.size())
         return true;
