@@ -221,9 +221,8 @@ void row(const char *key, const QByteArray &value, const QByteArray &expected = 
 bool hasSyntaxError(const Analysis &analysis)
 {
     const std::vector<Finding> &all = analysis.findings.all();
-    return std::any_of(all.begin(), all.end(), [](const Finding &finding) {
-        return Rules::isSyntaxError(finding.rule);
-    });
+    return std::any_of(all.begin(), all.end(),
+                       [](const Finding &finding) { return Rules::isSyntaxError(finding.rule); });
 }
 
 } // namespace

@@ -135,9 +135,8 @@ void tst_Reports::sarifSaysTheHintAndTheEdit()
         const QByteArray &bytes = file->source.bytes();
         for (const Finding &finding : file->findings.all()) {
             const QJsonValue result = results.at(at++);
-            const QString hint = finding.hint.isEmpty()
-                ? QString()
-                : QLatin1String(". Hint: ") + finding.hint;
+            const QString hint =
+                finding.hint.isEmpty() ? QString() : QLatin1String(". Hint: ") + finding.hint;
             QCOMPARE(member(member(result, "message"), "text").toString(), finding.text + hint);
             const QJsonArray fixes = member(result, "fixes").toArray();
             if (fixes.isEmpty())

@@ -478,7 +478,8 @@ void tst_SecretPlaces::linesHideWhatMayBeASecret_data()
     row("a proxy in two strings, all digits", "'HttpProxy': 'tv:80', '80'",
         "'HttpProxy': ***, ***");
     row("a proxy without a colon", "'HttpProxy' 'me:pw'", "'HttpProxy' ***");
-    row("a proxy without quotes at the begin of a line", "HttpProxy me:pw\nx", "HttpProxy ***:***\nx");
+    row("a proxy without quotes at the begin of a line", "HttpProxy me:pw\nx",
+        "HttpProxy ***:***\nx");
     row("a proxy without a colon and a port", "'HttpProxy' 'tv:80'", "'HttpProxy' 'tv:80'");
     row("a proxy without a colon, in a bracket", "'HttpProxy' [{'tv:80' }],",
         "'HttpProxy' [{'tv:80' }],");
