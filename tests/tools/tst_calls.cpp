@@ -495,6 +495,7 @@ void tst_Calls::completesWhatMayComeNext_data()
     row("schema ", "");
     row("list lines.json ", "tv ");
     row("list broken.json ", "");
+    row("list none.json ", "");
     row("show ", ":files ");
     row("show other.json ", "other ");
     row("show AppsConfig.json tv ", "tv menu menu-2 ");

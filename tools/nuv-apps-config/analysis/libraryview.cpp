@@ -18,10 +18,9 @@ class LibraryView::MemoryFile
 public:
     explicit MemoryFile(const QByteArray &bytes)
     {
-        m_isWritten =
-            m_file.open(::memfd_create("configuration", MFD_CLOEXEC),
-                        QIODevice::WriteOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle)
-            && m_file.write(bytes) == bytes.size();
+        m_file.open(::memfd_create("configuration", MFD_CLOEXEC),
+                    QIODevice::WriteOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle);
+        m_isWritten = m_file.write(bytes) == bytes.size(); // not without a descriptor
         makeUnlikeAllOthers();
     }
 

@@ -172,10 +172,8 @@ const Node *LoadedFile::valueAt(const Node *object, const QString &path,
     return isFromHere ? node : nullptr;
 }
 
-QString LoadedFile::placeText(const Node *node) const
+QString LoadedFile::placeText(const Node &node) const
 {
-    if (!node)
-        return QString();
-    const Place place = m_analysis->source.place(node->begin);
+    const Place place = m_analysis->source.place(node.begin);
     return QString(QLatin1String("%1:%2")).arg(place.line).arg(place.column);
 }

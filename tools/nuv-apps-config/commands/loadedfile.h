@@ -57,7 +57,7 @@ public:
     const Node *valueAt(const Node *object, const QString &path, const QVariant &value) const;
     const Node *global() const;
 
-    QString placeText(const Node *node) const;
+    QString placeText(const Node &node) const;
 
 private:
     LoadedFile() {}

@@ -146,7 +146,7 @@ void ShownText::config(const AppConfig &config, const Node *object)
         QStringList origin(ValueText::typeOf(entry.value));
         const Node *node = m_file.valueAt(object, entry.path, entry.value);
         if (node)
-            origin.append(m_file.placeText(node));
+            origin.append(m_file.placeText(*node));
         line(QString(QLatin1String("    %1 = %2  (%3)"))
                  .arg(entry.property.leftJustified(width), ValueText::shown(entry.shown),
                       origin.join(text(", "))));
@@ -157,7 +157,7 @@ void ShownText::application(const QString &tag)
 {
     const Node *object = m_file.application(tag);
     const QString place =
-        object ? text(" (") + m_file.placeText(object) + QLatin1Char(')') : QString();
+        object ? text(" (") + m_file.placeText(*object) + QLatin1Char(')') : QString();
     line(QString(QLatin1String("\nApplication \"%1\"%2")).arg(Output::printable(tag), place));
     config(m_file.state().applications.value(tag), object);
 }
