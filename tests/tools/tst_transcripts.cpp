@@ -4,6 +4,7 @@
 #include "tests/support/testmain.h"
 #include "tests/tools/childcall.h"
 #include "tools/nuv-apps-config/commands/program.h"
+#include "tools/nuv-apps-config/findings/rules.h"
 
 #include <memory>
 
@@ -20,6 +21,7 @@ private slots:
     void initTestCase();
     void theProgramSaysWhatIsWritten_data();
     void theProgramSaysWhatIsWritten();
+    void everyRuleHasATranscript();
 };
 
 namespace {
@@ -173,6 +175,15 @@ void tst_Transcripts::theProgramSaysWhatIsWritten()
     for (int i = 0; i < qMin(now.size(), written.size()); ++i)
         QCOMPARE(QString::fromUtf8(now.at(i)), QString::fromUtf8(written.at(i)));
     QCOMPARE(now.size(), written.size());
+}
+
+void tst_Transcripts::everyRuleHasATranscript()
+{
+    QByteArrayList titles;
+    for (const QByteArray &transcript : transcripts(QLatin1String("rules.txt")))
+        titles += transcript.left(transcript.indexOf('\n'));
+    for (const Rule &rule : Rules::all())
+        QVERIFY2(Rules::sample(rule).isEmpty() || titles.contains(QByteArray("# ") + rule.id), rule.id);
 }
 
 NUV_TEST_MAIN(tst_Transcripts)
