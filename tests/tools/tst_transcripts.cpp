@@ -183,7 +183,8 @@ void tst_Transcripts::everyRuleHasATranscript()
     for (const QByteArray &transcript : transcripts(QLatin1String("rules.txt")))
         titles += transcript.left(transcript.indexOf('\n'));
     for (const Rule &rule : Rules::all())
-        QVERIFY2(Rules::sample(rule).isEmpty() || titles.contains(QByteArray("# ") + rule.id), rule.id);
+        QVERIFY2(Rules::sample(rule).isEmpty() || titles.contains(QByteArray("# ") + rule.id),
+                 rule.id);
 }
 
 NUV_TEST_MAIN(tst_Transcripts)
