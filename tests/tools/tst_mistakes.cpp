@@ -248,7 +248,7 @@ void tst_Mistakes::ofMoreThanAThousandMistakesTheFirstAreKept()
 {
     QByteArray members = "\"Tag\": \"tv\", \"Url\": \"about:blank\"";
     for (int i = 0; i < 1100; ++i)
-        members += ",\n\"Scal" + QByteArray::number(i) + "\": 2";
+        members += ",\n\"UserAgent" + QByteArray::number(i, 36) + "\": 2";
     const auto analysis =
         analyseHere("{ \"Global\": { \"Version\": 1 }, \"Applications\": [ {" + members + " } ] }");
     QCOMPARE(int(analysis->findings.all().size()), 1000);

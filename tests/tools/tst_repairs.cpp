@@ -359,10 +359,10 @@ void tst_Repairs::isWritten_data()
         "\"Scale\": 2, \"_comment\": \"two\",\n\t\"UseWebGL\": true");
     row("a keyword before a remark", "\"UseWebGL\": True # on\n",
         "\"UseWebGL\": true, \"_comment\": \"on\"\n");
-    row("a comma after the last entry, before a remark", "\"Scale\": 2, /* two */",
-        "\"Scale\": 2, \"_comment\": \"two\"");
-    row("a comma after the last entry, before a remark as in HTML", "\"Scale\": 2, <!-- two -->",
-        "\"Scale\": 2, \"_comment\": \"two\"");
+    row("a comma after the last entry, before a remark", "\"Scale\": 2,\n/* two */",
+        "\"Scale\": 2,\n\"_comment\": \"two\"");
+    row("a comma after the last entry, before a remark as in HTML", "\"Scale\": 2,\n<!-- two -->",
+        "\"Scale\": 2,\n\"_comment\": \"two\"");
     row("other quotes",
         "'Scale': 2, `UserAgent`: \xe2\x80\x9e"
         "a\xe2\x80\x9c",
@@ -483,6 +483,7 @@ void tst_Repairs::isLeft_data()
         << "{ \"Global\": { \"Version\": 1 },\n" + QByteArray("// a\n\n").repeated(1100) + "}";
     const QByteArray global = "{ \"Global\": { \"Version\": 1 } ";
     QTest::newRow("a comment at the end that nobody ended") << global + "}\n/* a\n";
+    QTest::newRow("a comment of HTML at the end that nobody ended") << global + "}\n<!-- a\n";
     QTest::newRow("a comment whose ends share a sign") << global + "}\n/*/\n";
     QTest::newRow("a comment of HTML whose ends share signs") << global + "}\n<!-->\n";
     QTest::newRow("comments in a list of numbers")

@@ -232,8 +232,11 @@ void tst_WrongBytes::saysWhatTheFileIs_data()
         "1:1 other-format: this is JSON with escaped quotes\n");
     row("UTF-16", QByteArray("\xff\xfe{\0}\0", 6),
         "1:1 not-text: this is a binary file, or one in UTF-16\n");
-    row("UTF-16 of the other order", QByteArray("\xfe\xff\0{\0}", 6),
-        "1:1 not-text: this is a binary file, or one in UTF-16\n");
+    const char utf16[] = "1:1 not-text: this is a binary file, or one in UTF-16\n";
+    row("UTF-16 with other letters than Latin ones",
+        "\xff\xfe" + QByteArray("\x2d\x4e").repeated(100), utf16);
+    row("UTF-16 of the other order with such", "\xfe\xff" + QByteArray("\x4e\x2d").repeated(100),
+        utf16);
     row("nothing but zeros", QByteArray(300, '\0'),
         "1:1 not-text: this is a binary file, or one in UTF-16\n");
     row("zeros at the end", clean + QByteArray(300, '\0'),

@@ -2,7 +2,6 @@
 #include "tools/nuv-apps-config/repairs/surerepairs.h"
 
 #include "tools/nuv-apps-config/repairs/commentkeys.h"
-#include "tools/nuv-apps-config/tokens/literals.h"
 #include "tools/nuv-apps-config/findings/rules.h"
 #include "tools/nuv-apps-config/text/utf8.h"
 #include "tools/nuv-apps-config/repairs/valueplaces.h"
@@ -251,10 +250,7 @@ Changes Judge::number(const Finding &finding) const
     const bool isAmbiguous = matches(written, "[kKmMgG][bB]?$")
         || matches(written, ",[0-9]{3}(?![0-9])")
         || (written.contains('_') && !matches(written, "^[0-9]{1,3}(_[0-9]{3})+$"));
-    const QByteArray &number = finding.edit.inserted;
-    const bool isNumber =
-        Literals::isPlainNumber(number.constData(), number.constData() + number.size());
-    return isNumber && (isHexadecimal || !isAmbiguous) ? asProposed(finding) : Changes();
+    return isHexadecimal || !isAmbiguous ? asProposed(finding) : Changes();
 }
 
 // Of a file that is not UTF-8 as a whole nobody knows which letters its bytes are.
