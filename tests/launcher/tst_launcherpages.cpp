@@ -321,7 +321,7 @@ void tst_LauncherPages::aFloodOfQuestionsEndsForItsUser()
     QCOMPARE(curtain.seen.size(), 10);
     QCOMPARE(printed.count(text("tv  asks without end; what follows is answered with no\n")), 1);
 
-    QTest::qWait(400); // whoever lets the user breathe is no flood
+    QTest::qWait(QuestionFlood::Pause); // whoever lets the user breathe is no flood
     window.answer("alert('later')");
     QCOMPARE(curtain.seen.size(), 11);
 }

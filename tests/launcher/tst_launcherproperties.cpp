@@ -299,27 +299,26 @@ public:
         m_window.setStyleSheet(text("background: #00f"));
         m_window.setGeometry(QRect(QPoint(0, 0), ToolkitDifferences::screen().size()));
         m_window.show();
-        settle(0xffffffffu);
+        await(isBlue);
     }
 
-    /// The colour of a place once the window in front of it is there, and stays as it is: the windows are
-    /// put together by another program.
-    QRgb inFront() const { return settle(0xff0000ffu); }
-
-    /// The last colour but `other`, as soon as it has not changed for a while.
-    static QRgb settle(QRgb other)
-    {
-        QRgb before = other;
-        for (int i = 0, same = 0; i < 300 && same < 10; ++i) {
-            const QRgb now = ToolkitDifferences::screen().pixel(20, 20);
-            same = now == before && now != other ? same + 1 : 0;
-            before = now;
-            QTest::qWait(20);
-        }
-        return before;
-    }
+    /// The colour of a place once the green page in front of it is there: the windows are put together by
+    /// another program.
+    QRgb inFront() const { return await(isGreenish); }
 
 private:
+    static bool isBlue(QRgb color) { return color == 0xff0000ffu; }
+
+    // Neither the background alone nor a window that is still empty.
+    static bool isGreenish(QRgb color) { return qRed(color) < 4 && qGreen(color) > 0; }
+
+    static QRgb await(bool (*isIt)(QRgb))
+    {
+        for (int i = 0; i < 1000 && !isIt(ToolkitDifferences::screen().pixel(20, 20)); ++i)
+            QTest::qWait(20);
+        return ToolkitDifferences::screen().pixel(20, 20);
+    }
+
     QWidget m_window;
 };
 

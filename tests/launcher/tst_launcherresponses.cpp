@@ -23,6 +23,15 @@ QByteArray head(const QByteArray &lines)
     return "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n" + lines + "\r\n";
 }
 
+/// Waits until the launcher has complained so, and ends it.
+Run stopAfter(QProcess *process, const QString &complaint)
+{
+    process->setReadChannel(QProcess::StandardError);
+    Stage::awaitOutput(process, complaint.toLatin1().constData());
+    process->terminate();
+    return Stage::finish(process);
+}
+
 /// A page that goes to the next one once it is loaded.
 QByteArray pageThatGoesTo(const QString &address)
 {
@@ -173,12 +182,15 @@ void tst_LauncherResponses::aRefusalIsTold()
     stage.configure(tv(server.address()) + ", "
                     + Stage::application("later", server.address("/first")));
 
-    const Run run = stage.launch("--once --wait 1000 tv later");
+    const QString refused = text(" the server refuses the page ") + server.address() + text(": ")
+        + text(status.constData());
+    QProcess process;
+    stage.start(&process, "tv later");
+
+    const Run run = stopAfter(&process, text("nuv-launcher: later:") + refused + text("\n"));
 
     QStringList lines = run.err.split(QLatin1Char('\n'));
     lines.sort();
-    const QString refused = text(" the server refuses the page ") + server.address() + text(": ")
-        + text(status.constData());
     QCOMPARE(lines.join(text("|")),
              text("|nuv-launcher: later:") + refused + text("|nuv-launcher: tv:") + refused);
 }
@@ -280,11 +292,12 @@ void tst_LauncherResponses::aLaterPageThatDoesNotLoadIsTold()
     Stage stage;
     stage.configure(tv(server.address()));
 
-    const Run run = stage.launch("--once --wait 1000 tv");
+    const QString complaint = text("nuv-launcher: tv: the page ") + server.address("/next")
+        + text(" does not load: Connection closed\n");
+    QProcess process;
+    stage.start(&process, "tv");
 
-    QCOMPARE(run.err,
-             text("nuv-launcher: tv: the page ") + server.address("/next")
-                 + text(" does not load: Connection closed\n"));
+    QCOMPARE(stopAfter(&process, complaint).err, complaint);
 }
 
 void tst_LauncherResponses::aFailedRequestIsNotLoaded()

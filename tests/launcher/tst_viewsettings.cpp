@@ -211,35 +211,58 @@ QString focusAfterAnArrowKey(ApplicationView &view)
     return answer(view, "document.activeElement.id");
 }
 
+/// Waits until a place of the window has a colour: layers and tiles are made some time after the page.
+bool awaitPixel(ApplicationView &view, const QPoint &place, QRgb color)
+{
+    for (int i = 0; i < 2000 && pictureOf(view).pixel(place) != color; ++i)
+        QTest::qWait(10);
+    return pictureOf(view).pixel(place) == color;
+}
+
 QString borderOfALayer(ApplicationView &view)
 {
     load(view, file("layer.html"));
-    QTest::qWait(100); // layers are put together later
+    if (!awaitPixel(view, QPoint(100, 60), green))
+        return text("no layer");
     const QImage picture = pictureOf(view);
-    const QRgb edge = picture.pixel(100, 50);
-    return yesOrNo(edge != picture.pixel(100, 60));
+    return yesOrNo(picture.pixel(100, 50) != green);
 }
 
-/// A part that is turned away is flat unless layers are put together in space.
+/// A part that is turned away is flat unless layers are put together in space. Its middle is where it is.
 QString formOfATurnedPart(ApplicationView &view)
 {
     load(view, file("turned.html"));
-    QTest::qWait(100); // layers are put together later
+    if (!awaitPixel(view, QPoint(100, 100), green))
+        return text("no part");
     return text(pictureOf(view).pixel(140, 100) == green ? "flat" : "deep");
 }
 
-/// Whether a page that is painted in tiles keeps them as they are while they are frozen.
+/// Whether a page that is painted in tiles keeps them as they are while they are frozen. Its change would be
+/// seen by the time that the later one of another page is.
 QString frozenTiles(ApplicationView &view)
 {
+    ApplicationView other(text("other"));
+    AppConfig tiled;
+    tiled.setUseGraphicsView(true);
+    tiled.setUseTiledBackingStore(true);
+    {
+        Output out(stdout);
+        other.apply(tiled);
+    }
+    other.resize(400, 300);
+    other.show();
     load(view, file("green.html"));
-    QGraphicsWebView *item = view.surface().item();
-    for (int i = 0; i < 100 && pictureOf(view).pixel(20, 20) != green; ++i)
-        QTest::qWait(20); // tiles are made later
-    item->setTiledBackingStoreFrozen(true);
+    load(other, file("green.html"));
+    if (!awaitPixel(view, QPoint(20, 20), green) || !awaitPixel(other, QPoint(20, 20), green))
+        return text("no page");
+
+    view.surface().item()->setTiledBackingStoreFrozen(true);
     answer(view, "document.body.style.background = '#00f'");
-    QTest::qWait(50);
+    answer(other, "document.body.style.background = '#00f'");
+    if (!awaitPixel(other, QPoint(20, 20), 0xff0000ffu))
+        return text("no change");
     const QRgb pixel = pictureOf(view).pixel(20, 20);
-    item->setTiledBackingStoreFrozen(false);
+    view.surface().item()->setTiledBackingStoreFrozen(false);
     return yesOrNo(pixel == green);
 }
 

@@ -1,17 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "application/questionflood.h"
 
-namespace {
-
-const int pause = 300; // milliseconds, within which only a script asks again
-
-} // namespace
-
 QuestionFlood::QuestionFlood() : m_number(0) {}
 
 int QuestionFlood::next()
 {
-    const bool continues = m_sinceAnswer.isValid() && m_sinceAnswer.elapsed() < pause;
+    const bool continues = m_sinceAnswer.isValid() && m_sinceAnswer.elapsed() < Pause;
     m_number = continues ? qMin(m_number + 1, Most + 2) : 1;
     return m_number;
 }

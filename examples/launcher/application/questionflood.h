@@ -12,6 +12,9 @@ public:
     /// So many in a row are no flood yet.
     enum { Most = 10 };
 
+    /// Milliseconds after an answer, within which only a script asks again.
+    enum { Pause = 300 };
+
     QuestionFlood();
 
     /// A question comes. Returns its number in the row that it continues or begins.
