@@ -31,10 +31,7 @@ public:
         m_view.show();
     }
 
-    void show(const char *html)
-    {
-        m_view.page()->mainFrame()->setHtml(text(html));
-    }
+    void show(const char *html) { m_view.page()->mainFrame()->setHtml(text(html)); }
 
     QString answer(const char *script) const
     {

@@ -202,9 +202,9 @@ void tst_LauncherDoors::aPageFromTheWebShowsNoFile()
     const House house("");
     HttpServer server;
     const QByteArray file = "file://" + QFile::encodeName(house.stage().path("picture.png"));
-    server.serve("/",
-                 pageWith("show('picture', '" + file + "'); frame('frame', '" + file
-                          + "'); end('/end')"));
+    server.serve(
+        "/",
+        pageWith("show('picture', '" + file + "'); frame('frame', '" + file + "'); end('/end')"));
     house.stage().write("house/AppsConfig.json",
                         "{ \"Global\": { \"Version\": 1 }, \"Applications\": ["
                             + Stage::application("tv", server.address()) + "] }");
