@@ -9,6 +9,7 @@
 #include "tests/support/guitestmain.h"
 #include "tests/support/toolkitdifferences.h"
 
+#include <QColor>
 #include <QImage>
 #include <QWebFrame>
 
@@ -57,6 +58,31 @@ public:
 
 private:
     ApplicationView m_view;
+};
+
+/// A window of one colour.
+class ColoredWindow
+{
+public:
+    ColoredWindow(const char *color, const QRect &geometry)
+    {
+        m_widget.setStyleSheet(text("background: ") + text(color));
+        m_widget.setGeometry(geometry);
+        m_widget.show();
+    }
+
+    /// Whether the screen comes to have a colour at a place of this window: one that has just gone may be
+    /// seen a while longer.
+    bool awaitOnScreen(const QPoint &place, QRgb color) const
+    {
+        const QPoint onScreen = m_widget.mapToGlobal(place);
+        for (int i = 0; i < 3000 && ToolkitDifferences::screen().pixel(onScreen) != color; ++i)
+            QTest::qWait(20);
+        return ToolkitDifferences::screen().pixel(onScreen) == color;
+    }
+
+private:
+    QWidget m_widget;
 };
 
 /// But for what is rounded where colours are mixed.
@@ -222,20 +248,23 @@ void tst_LauncherDisplay::aMaximizedWindowFillsTheScreen()
         view.apply(config);
     }
     view.show();
-    view.page()->mainFrame()->setHtml(text("<body style='background: #0f0'>"));
+    static int number = 0; // a window that has just gone may be seen a while longer
+    const QColor color(0, 255, ++number);
+    view.page()->mainFrame()->setHtml(
+        QString(text("<body style='background: %1'>")).arg(color.name()));
 
-    const QSize size = ToolkitDifferences::screen().size();
-    const QPoint corner = view.mapToGlobal(QPoint(5, 5));
-    for (int i = 0; i < 3000 && ToolkitDifferences::screen().pixel(corner) != green; ++i)
+    QImage screen = ToolkitDifferences::screen();
+    const QPoint end(screen.width() - 2, screen.height() - 2);
+    for (int i = 0; i < 3000; ++i) {
+        const QPoint corner = view.mapToGlobal(QPoint(5, 5));
+        if (screen.pixel(corner) == color.rgb() && (!fills || screen.pixel(end) == color.rgb()))
+            break;
         QTest::qWait(20);
-    for (int i = 0; i < 3000 && fills
-         && ToolkitDifferences::screen().pixel(size.width() - 2, size.height() - 2) != green;
-         ++i)
-        QTest::qWait(20);
-    const QImage screen = ToolkitDifferences::screen();
-    QCOMPARE(screen.pixel(corner), green);
-    QCOMPARE(screen.pixel(size.width() - 2, size.height() - 2) == green, fills);
-    QCOMPARE(screen.pixel(1, 1) == green && screen.pixel(size.width() - 2, 1) == green, fills);
+        screen = ToolkitDifferences::screen();
+    }
+    QCOMPARE(screen.pixel(view.mapToGlobal(QPoint(5, 5))), color.rgb());
+    QCOMPARE(screen.pixel(end) == color.rgb(), fills);
+    QCOMPARE(screen.pixel(1, 1) == color.rgb() && screen.pixel(end.x(), 1) == color.rgb(), fills);
 }
 
 // A window manager reads the wish from the window.
@@ -312,21 +341,22 @@ void tst_LauncherDisplay::whatLiesBehindAWindowShinesThrough()
     AppConfig config;
     config.setWindowOpacity(opacity);
     config.setUseTransparentBackground(transparent);
-    QWidget behind;
-    behind.setStyleSheet(text("background: #00f"));
-    behind.setGeometry(0, 0, 400, 300);
-    behind.show();
+    ColoredWindow behind("#00f", QRect(0, 0, 400, 300));
+    QVERIFY(behind.awaitOnScreen(QPoint(50, 50), blue));
+    QVERIFY(behind.awaitOnScreen(QPoint(200, 150), blue));
 
     Window window(config);
     window.show("<!DOCTYPE html><body style='margin: 0'>"
                 "<div style='width: 100px; height: 100px; background: #0f0'></div>");
+    // What is shown later is seen later: a window that is not to be seen would be by then.
+    ColoredWindow last("#f00", QRect(350, 250, 30, 30));
+    QVERIFY(last.awaitOnScreen(QPoint(15, 15), 0xffff0000u));
 
-    // The windows are put together by another program.
     for (int i = 0; i < 3000
          && !(areAlike(window.onScreen(50, 50), inSquare)
               && areAlike(window.onScreen(200, 150), besideSquare));
          ++i)
-        QTest::qWait(20);
+        QTest::qWait(20); // the windows are put together by another program
     const QString seen = QString::number(window.onScreen(50, 50), 16) + QLatin1Char(' ')
         + QString::number(window.onScreen(200, 150), 16);
     QVERIFY2(areAlike(window.onScreen(50, 50), inSquare), qPrintable(seen));
