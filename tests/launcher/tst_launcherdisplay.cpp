@@ -60,29 +60,32 @@ private:
     ApplicationView m_view;
 };
 
-/// A window of one colour.
+/// A window of one colour, which no window before it had: one that has just gone may be seen a while longer.
 class ColoredWindow
 {
 public:
-    ColoredWindow(const char *color, const QRect &geometry)
+    ColoredWindow(const QColor &color, const QRect &geometry) : m_color(color)
     {
-        m_widget.setStyleSheet(text("background: ") + text(color));
+        m_widget.setStyleSheet(text("background: ") + color.name());
         m_widget.setGeometry(geometry);
         m_widget.show();
     }
 
-    /// Whether the screen comes to have a colour at a place of this window: one that has just gone may be
-    /// seen a while longer.
-    bool awaitOnScreen(const QPoint &place, QRgb color) const
+    /// Waits until the screen shows the window at this place of it. Returns false when it never does.
+    bool isSeenAt(const QPoint &place) const
     {
         const QPoint onScreen = m_widget.mapToGlobal(place);
-        for (int i = 0; i < 3000 && ToolkitDifferences::screen().pixel(onScreen) != color; ++i)
+        for (int i = 0; i < 3000; ++i) {
+            if (ToolkitDifferences::screen().pixel(onScreen) == m_color.rgb())
+                return true;
             QTest::qWait(20);
-        return ToolkitDifferences::screen().pixel(onScreen) == color;
+        }
+        return false;
     }
 
 private:
     QWidget m_widget;
+    const QColor m_color;
 };
 
 /// But for what is rounded where colours are mixed.
@@ -341,16 +344,17 @@ void tst_LauncherDisplay::whatLiesBehindAWindowShinesThrough()
     AppConfig config;
     config.setWindowOpacity(opacity);
     config.setUseTransparentBackground(transparent);
-    ColoredWindow behind("#00f", QRect(0, 0, 400, 300));
-    QVERIFY(behind.awaitOnScreen(QPoint(50, 50), blue));
-    QVERIFY(behind.awaitOnScreen(QPoint(200, 150), blue));
+    static int number = 0; // each a blue of its own
+    const ColoredWindow behind(QColor(++number % 3, 0, 255), QRect(0, 0, 400, 300));
+    QVERIFY(behind.isSeenAt(QPoint(50, 50)));
+    QVERIFY(behind.isSeenAt(QPoint(200, 150)));
 
     Window window(config);
     window.show("<!DOCTYPE html><body style='margin: 0'>"
                 "<div style='width: 100px; height: 100px; background: #0f0'></div>");
     // What is shown later is seen later: a window that is not to be seen would be by then.
-    ColoredWindow last("#f00", QRect(350, 250, 30, 30));
-    QVERIFY(last.awaitOnScreen(QPoint(15, 15), 0xffff0000u));
+    const ColoredWindow last(QColor(255, number, 0), QRect(350, 250, 30, 30));
+    QVERIFY(last.isSeenAt(QPoint(15, 15)));
 
     for (int i = 0; i < 3000
          && !(areAlike(window.onScreen(50, 50), inSquare)
