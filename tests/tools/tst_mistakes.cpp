@@ -237,11 +237,13 @@ void tst_Mistakes::aCertificateThatNobodyMayReadIsFound()
 {
     const QString locked = m_folder.write(QLatin1String("locked.pem"), "x");
     QVERIFY(QFile::setPermissions(locked, QFile::Permissions()));
-    QVERIFY(QFile::setPermissions(m_folder.path(),
-                                  QFile::permissions(m_folder.path()) | QFile::ExeOther));
+    QVERIFY(QFile::setPermissions(
+        m_folder.path(), QFile::permissions(m_folder.path()) | QFile::ExeGroup | QFile::ExeOther));
     const AsNobody rights;
-    QCOMPARE(describe(*analyseHere(withCertificate("\"Path\": \"locked.pem\""))),
-             QByteArray("3:9 certificate-unreadable\n"));
+    const auto analysis = analyseHere(withCertificate("\"Path\": \"locked.pem\""));
+    QCOMPARE(describe(*analysis), QByteArray("3:9 certificate-unreadable\n"));
+    QCOMPARE(analysis->findings.all().front().text,
+             locked + QLatin1String(" cannot be read: Permission denied"));
 }
 
 void tst_Mistakes::ofMoreThanAThousandMistakesTheFirstAreKept()
