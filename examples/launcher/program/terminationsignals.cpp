@@ -62,7 +62,6 @@ TerminationSignals::~TerminationSignals()
 void TerminationSignals::read()
 {
     char byte;
-    const ssize_t size = ::read(m_readEnd, &byte, 1);
-    static_cast<void>(size); // one is there
-    emit received();
+    if (::read(m_readEnd, &byte, 1) == 1)
+        emit received();
 }
