@@ -52,6 +52,7 @@ int runCommand(const Invocation &invocation, Output &output)
         std::find_if(std::begin(runners), std::end(runners), [&](const Runner &row) {
             return qstrcmp(row.command, invocation.command->name) == 0;
         });
+    Q_ASSERT_X(runner != std::end(runners), "Program::run", invocation.command->name);
     return runner->run(invocation, output);
 }
 

@@ -126,9 +126,11 @@ const Rule *Rules::lookUp(const QString &id)
 
 const Rule &Rules::find(const char *id)
 {
-    return *std::find_if(table.begin(), table.end(), [id](const Rule &rule) {
+    const auto it = std::find_if(table.begin(), table.end(), [id](const Rule &rule) {
         return rule.id == id || std::strcmp(rule.id, id) == 0;
     });
+    Q_ASSERT_X(it != table.end(), "Rules::find", id);
+    return *it;
 }
 
 QByteArray Rules::sample(const Rule &rule)
