@@ -125,6 +125,13 @@ public:
     NetworkAccessManager *create(QObject *parent) override { return new PlainNetwork(parent); }
 };
 
+/// The contract of the library allows it.
+class EmptyNetworkFactory : public NetworkAccessManagerFactory
+{
+public:
+    NetworkAccessManager *create(QObject *) override { return nullptr; }
+};
+
 /// Leaves the launcher without a layer, as one that was built without its directory.
 class PassingLayer : public LauncherLayer
 {
@@ -202,6 +209,7 @@ private Q_SLOTS:
     void withoutNetworkAccessNothingIsOpened();
     void theToolkitsOwnNetworkAccessWillDo_data();
     void theToolkitsOwnNetworkAccessWillDo();
+    void withoutAFactoryPagesFindNoExtension_data();
     void withoutAFactoryPagesFindNoExtension();
     void whatTheUserBreaksOffHasNoReason();
     void aLauncherNeedsNoLayer();
@@ -514,17 +522,20 @@ void tst_LauncherWindows::theLaterOfTwoNamesDecides()
 
 void tst_LauncherWindows::withoutNetworkAccessNothingIsOpened_data()
 {
-    QTest::addColumn<bool>("hasModule");
+    QTest::addColumn<int>("number");
 
-    QTest::newRow("no module of the platform") << false;
-    QTest::newRow("a module that has none to offer") << true;
+    QTest::newRow("no module of the platform") << 0;
+    QTest::newRow("a module that has none to offer") << 1;
+    QTest::newRow("a platform that makes no module") << 2;
 }
 
 void tst_LauncherWindows::withoutNetworkAccessNothingIsOpened()
 {
-    QFETCH(bool, hasModule);
-    NotingNetworkFactory networks;
-    registerNetworkAccessManagerFactory(hasModule ? &networks : nullptr);
+    QFETCH(int, number);
+    NotingNetworkFactory offersNone;
+    EmptyNetworkFactory makesNone;
+    NetworkAccessManagerFactory *const factories[] = { nullptr, &offersNone, &makesNone };
+    registerNetworkAccessManagerFactory(factories[number]);
     AppConfig config;
     config.setUrl(m_folder.filePath(text("one.html")));
     config.setUseDiskCache(true);
@@ -570,14 +581,27 @@ void tst_LauncherWindows::theToolkitsOwnNetworkAccessWillDo()
     QVERIFY2(out.text().contains(output + text("\n")), qPrintable(out.text()));
 }
 
+void tst_LauncherWindows::withoutAFactoryPagesFindNoExtension_data()
+{
+    QTest::addColumn<bool>("hasFactory");
+    QTest::addColumn<QString>("found");
+
+    QTest::newRow("with one") << true << text("one, object");
+    QTest::newRow("without") << false << text("one, undefined");
+}
+
 void tst_LauncherWindows::withoutAFactoryPagesFindNoExtension()
 {
-    registerZarexExtFactory(nullptr);
-    Window window;
-    window.load(QUrl::fromLocalFile(m_folder.filePath(text("one.html"))));
+    QFETCH(bool, hasFactory);
+    AppConfig config;
+    config.setUrl(m_folder.filePath(text("one.html")));
+    Window window(config);
+    registerZarexExtFactory(hasFactory ? &m_extensions : nullptr);
+    const QString failure = failureOf(window.view());
     registerZarexExtFactory(&m_extensions);
 
-    QCOMPARE(window.answer("document.title + ', ' + typeof zarexExt"), text("one, undefined"));
+    QCOMPARE(failure, QString());
+    QTEST(window.answer("document.title + ', ' + typeof zarexExt"), "found");
 }
 
 // The server takes the connection, and never answers.
