@@ -242,8 +242,12 @@ void tst_Reports::whatIsNoTextIsInNoRepair()
 void tst_Reports::sarifSaysWhereTheProgramIsExplained()
 {
     const QJsonValue run = reported(makeSarifReport).value(QLatin1String("runs")).toArray().at(0);
-    QCOMPARE(member(member(member(run, "tool"), "driver"), "informationUri").toString(),
+    const QJsonValue driver = member(member(run, "tool"), "driver");
+    QCOMPARE(member(driver, "informationUri").toString(),
              QString(QLatin1String("man:nuv-apps-config(1)")));
+    QCOMPARE(
+        member(driver, "rules").toArray().at(0).toObject().keys().join(QLatin1Char(' ')),
+        QString(QLatin1String("defaultConfiguration fullDescription help id shortDescription")));
 }
 
 NUV_TEST_MAIN(tst_Reports)
