@@ -239,7 +239,7 @@ Edit Comments::removal(const Comment &remark) const
     }
     const bool isAfterBlank = begin == 0 || isBlank(m_bytes.at(begin - 1));
     if (areBlanks(m_bytes.mid(end, lineEnd - end))) {
-        while (m_bytes.at(begin - 1) == ' ' || m_bytes.at(begin - 1) == '\t')
+        while (begin > 0 && (m_bytes.at(begin - 1) == ' ' || m_bytes.at(begin - 1) == '\t'))
             --begin;
     } else if (isAfterBlank && m_bytes.at(end) == ' ') {
         ++end;

@@ -79,9 +79,11 @@ int PieceTable::original(int offset) const
 {
     int end = 0; // of what was kept last, in the first text
     auto piece = m_pieces.begin();
-    for (; offset >= piece->size(); ++piece) {
+    for (; piece != m_pieces.end() && offset >= piece->size(); ++piece) {
         offset -= piece->size();
         end = piece->isKept ? piece->begin + piece->length : end;
     }
+    if (piece == m_pieces.end())
+        return m_first.size();
     return piece->isKept ? piece->begin + offset : end;
 }

@@ -31,7 +31,7 @@ public:
     std::vector<Change> changes() const;
 
     /// Where in the first text the byte is that the text has now at `offset`; for one that was inserted,
-    /// its place.
+    /// its place. At the end of the text it is the end of the first.
     int original(int offset) const;
 
 private:

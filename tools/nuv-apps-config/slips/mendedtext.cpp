@@ -459,7 +459,7 @@ void MendedText::change(const Edit &edit)
 void MendedText::takeNulBytes()
 {
     int begin = m_source.size();
-    while (m_source.bytes().at(begin - 1) == '\0')
+    while (begin > 0 && m_source.bytes().at(begin - 1) == '\0')
         --begin;
     const int count = m_source.size() - begin;
     if (count == 0)
