@@ -65,7 +65,11 @@
 #include <QApplication>
 #include <QWebSettings>
 
+#include <csignal>
+
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 #ifdef Q_OS_LINUX
 #include <sys/prctl.h>
 #endif
@@ -81,6 +85,18 @@ void leaveNoCoreFile()
 #ifdef Q_OS_LINUX
     prctl(PR_SET_DUMPABLE, 0);
 #endif
+}
+
+// A file that is opened later must not have the number of a standard stream that is closed: messages would
+// be written to it. A stream that nobody reads any more is no reason to end.
+void keepStandardStreams()
+{
+    int opened;
+    do {
+        opened = open("/dev/null", O_RDWR); // takes the lowest number
+    } while (opened >= 0 && opened <= STDERR_FILENO);
+    close(opened);
+    std::signal(SIGPIPE, SIG_IGN);
 }
 
 bool isSet(const char *variable)
@@ -141,6 +157,7 @@ int showApplications(const Options &options, ServiceManager *serviceManager)
 int main(int argc, char **argv)
 {
     leaveNoCoreFile();
+    keepStandardStreams();
     UserFolders::forgetRelativePaths();
     runOffscreenWithoutDisplay();
     GuiCompat::Application application(argc, argv);

@@ -11,6 +11,35 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+/// A process whose standard streams are made by a function, in the child before the program is run.
+class ProcessWithStreams : public QProcess
+{
+public:
+    explicit ProcessWithStreams(void (*makeStreams)()) : m_makeStreams(makeStreams) {}
+
+protected:
+    void setupChildProcess() { m_makeStreams(); }
+
+private:
+    void (*m_makeStreams)();
+};
+
+static void closeStreams()
+{
+    for (int number = 0; number <= STDERR_FILENO; ++number)
+        ::close(number);
+}
+
+static void writeToNobody()
+{
+    int ends[2];
+    if (::pipe(ends) != 0)
+        ::_exit(1);
+    ::close(ends[0]);
+    ::dup2(ends[1], STDOUT_FILENO);
+    ::dup2(ends[1], STDERR_FILENO);
+}
+
 class tst_LauncherHardships : public QObject
 {
     Q_OBJECT
@@ -23,6 +52,8 @@ private Q_SLOTS:
     void theProgramEndsInOrderAtASignal();
     void aSecondSignalEndsAScriptThatNeverDoes();
     void withoutAPipeSignalsEndTheProgramAtOnce();
+    void noFileTakesThePlaceOfAStreamThatIsClosed();
+    void messagesThatNobodyReadsStopNothing();
 };
 
 void tst_LauncherHardships::aServerThatMisbehavesStopsNobodyElse_data()
@@ -145,6 +176,39 @@ void tst_LauncherHardships::withoutAPipeSignalsEndTheProgramAtOnce()
         QCOMPARE(::sigaction(SIGTERM, nullptr, &action), 0);
         QVERIFY(action.sa_handler == earlier.sa_handler);
     }
+}
+
+// Only root sees what a process that leaves no core file has open.
+void tst_LauncherHardships::noFileTakesThePlaceOfAStreamThatIsClosed()
+{
+    HttpServer server;
+    server.ignore("/");
+    Stage stage;
+    stage.configure(Stage::application("tv", server.address()));
+    ProcessWithStreams launcher(closeStreams);
+    stage.start(&launcher, "tv");
+
+    while (server.requests().isEmpty() && launcher.state() != QProcess::NotRunning)
+        QTest::qWait(10);
+    const QString folder = text("/proc/%1/fd/").arg(ToolkitDifferences::processId(launcher));
+    for (int number = 0; number <= STDERR_FILENO && ::geteuid() == 0; ++number)
+        QCOMPARE(QFile::symLinkTarget(folder + QString::number(number)), text("/dev/null"));
+    launcher.terminate();
+
+    QCOMPARE(Stage::finish(&launcher).status, 0);
+}
+
+void tst_LauncherHardships::messagesThatNobodyReadsStopNothing()
+{
+    Stage stage;
+    stage.write("page.html",
+                "<body style='background: #0f0'><script>zarexExt.say('here')</script>");
+    stage.configure(Stage::application("tv", text("page.html"), ", \"Scale\": \"wide\""));
+    ProcessWithStreams launcher(writeToNobody);
+    stage.start(&launcher, "--screenshot out.png --size 40x40 tv");
+
+    QCOMPARE(Stage::finish(&launcher).status, 0);
+    QCOMPARE(QImage(stage.path("out.png")).pixel(20, 20), 0xff00ff00u);
 }
 
 NUV_TEST_MAIN(tst_LauncherHardships)

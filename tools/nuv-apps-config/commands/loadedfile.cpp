@@ -64,7 +64,9 @@ bool LoadedFile::hasTag(const QString &tag) const
         return true;
     QString what = QString(QLatin1String("%1 has no application \"%2\"")).arg(name(), tag);
     const QString meant = Spelling::didYouMean(tag, m_tags);
-    if (QFileInfo(tag).isFile())
+    if (!state().isUsable())
+        what += QLatin1String("; ") + unusableText();
+    else if (QFileInfo(tag).isFile())
         what += QString(QLatin1String("; \"%1\" is a file, and the file comes before the tag"))
                     .arg(tag);
     else if (!meant.isEmpty())
@@ -127,6 +129,11 @@ void LoadedFile::complainUnread() const
     const QLatin1String why(m_view->isParsed() ? "it is empty" : "it has a syntax error");
     Output::complain(name() + QLatin1String(": nothing is read of it, because ") + why
                      + QLatin1String("; see check"));
+}
+
+QString LoadedFile::unusableText()
+{
+    return QLatin1String("no application is loaded: the version must be at least 1 and below 2");
 }
 
 double LoadedFile::version() const

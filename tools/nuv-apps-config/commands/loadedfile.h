@@ -37,6 +37,9 @@ public:
     /// Says on the standard error why the library reads nothing of the file.
     void complainUnread() const;
 
+    /// What a version that does not pass leads to.
+    static QString unusableText();
+
     /// The version that the library compares, with as few digits as tell it from others: 1.2, although the
     /// library's own number of that is 1.20000005.
     double version() const;

@@ -93,7 +93,7 @@ QString gateText(const LoadedFile &file)
             : text("the file has a syntax error, so nothing of it is read; see check");
     if (file.state().isUsable())
         return text("applications are loaded");
-    return text("no application is loaded: the version must be at least 1 and below 2");
+    return LoadedFile::unusableText();
 }
 
 QString versionText(const LoadedFile &file)
@@ -309,6 +309,8 @@ int Program::list(const Invocation &invocation, Output &output)
     }
     if (!haveTags(*file, invocation.arguments))
         return Found;
+    if (!file->state().isUsable())
+        Output::complain(file->name() + text(": ") + LoadedFile::unusableText());
     const QStringList names = invocation.arguments.isEmpty()
         ? file->tags()
         : propertiesOf(*file, invocation.arguments.first());
