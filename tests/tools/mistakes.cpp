@@ -666,3 +666,8 @@ const QList<QByteArray> &Mistakes::configurations()
     };
     return files;
 }
+
+const QByteArray &Mistakes::configurationOfRound(int round)
+{
+    return configurations().at(round % configurations().size());
+}

@@ -36,6 +36,9 @@ Planted published(const Kind &kind);
 /// Clean files of about 20 to 2,000 lines, in several layouts.
 const QList<QByteArray> &configurations();
 
+/// The one for a round of a test: after the last comes the first again.
+const QByteArray &configurationOfRound(int round);
+
 } // namespace Mistakes
 
 #endif // MISTAKES_H

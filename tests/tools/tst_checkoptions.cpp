@@ -186,7 +186,7 @@ void tst_CheckOptions::anIgnoredRuleFindsNothingAndNothingElseChanges()
         std::mt19937 engine(uint(Amount::given("NUV_TEST_SEED", 1)));
         for (int i = 0; i < Amount::tried("NUV_TEST_FILES", 5); ++i) {
             Mistakes::Planted file;
-            file.bytes = Mistakes::configurations().at(i);
+            file.bytes = Mistakes::configurationOfRound(i);
             if (!kind.plant(&file, engine))
                 continue;
             const auto before = analyse(QLatin1String("test"), file.bytes, m_folder.path());
@@ -303,7 +303,7 @@ void tst_CheckOptions::aFileThatIgnoresARuleChangesNothingElse()
         std::mt19937 engine(uint(Amount::given("NUV_TEST_SEED", 1)));
         for (int i = 0; i < Amount::tried("NUV_TEST_FILES", 5); ++i) {
             Mistakes::Planted file;
-            file.bytes = Mistakes::configurations().at(i);
+            file.bytes = Mistakes::configurationOfRound(i);
             if (!kind.plant(&file, engine) || !mayBeIgnored(kind.rule) || file.bytes[0] != '{')
                 continue;
             const auto before = analyse(QLatin1String("test"), file.bytes, m_folder.path());
