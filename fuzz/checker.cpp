@@ -49,8 +49,8 @@ void checkFinding(const SourceText &source, const Finding &finding)
 void checkSecrets(const Analysis &analysis)
 {
     int end = 0;
-    for (const SecretRange &range : analysis.secrets->ranges().all()) {
-        Fuzz::require(range.begin >= end && range.end >= range.begin, "secrets come in order");
+    for (const Range &range : analysis.secrets->ranges().all()) {
+        Fuzz::require(range.begin >= end && range.end > range.begin, "secrets come in order");
         end = range.end;
     }
     Fuzz::require(end <= analysis.source.size(), "secrets are inside the file");

@@ -46,11 +46,11 @@ QByteArray quoted(const char *text)
 }
 
 // The file with three stars for each range.
-QByteArray hidden(const QByteArray &bytes, const SecretRanges &ranges)
+QByteArray hidden(const QByteArray &bytes, const Secrets &secrets)
 {
     QByteArray result;
     int at = 0;
-    for (const SecretRange &range : ranges.all()) {
+    for (const Range &range : secrets.ranges().all()) {
         result += bytes.mid(at, range.begin - at) + "***";
         at = range.end;
     }
@@ -236,16 +236,16 @@ void tst_SecretPlaces::rangesAreInOrderAndAnswerForEachByte()
     SecretFiles files(1);
     for (int i = Amount::tried("NUV_SECRET_RANGES", 100); i > 0; --i) {
         const QByteArray bytes = files.next().bytes;
-        const SecretRanges ranges(bytes, documentOf(bytes), true);
+        const Secrets secrets(bytes, documentOf(bytes), true);
         std::vector<bool> isSecret(size_t(bytes.size()) + 1, false);
         int before = -1;
-        for (const SecretRange &range : ranges.all()) {
+        for (const Range &range : secrets.ranges().all()) {
             QVERIFY(before < range.begin && range.begin < range.end && range.end <= bytes.size());
             std::fill(isSecret.begin() + range.begin, isSecret.begin() + range.end, true);
             before = range.end;
         }
         for (int at = 0; at <= bytes.size(); ++at) {
-            const SecretRange *const range = ranges.at(at);
+            const Range *const range = secrets.ranges().at(at);
             QCOMPARE(range != nullptr, bool(isSecret[size_t(at)]));
             QVERIFY(!range || (range->begin <= at && at < range->end));
             for (const int length : { 0, 1, 2, 9 }) {
@@ -253,7 +253,7 @@ void tst_SecretPlaces::rangesAreInOrderAndAnswerForEachByte()
                 const auto first = isSecret.begin() + at;
                 const bool touches = at < end
                     && std::find(first, isSecret.begin() + end, true) != isSecret.begin() + end;
-                QCOMPARE(ranges.touches(at, length), touches);
+                QCOMPARE(secrets.touch(at, length), touches);
             }
         }
     }
@@ -506,7 +506,7 @@ void tst_SecretPlaces::linesHideWhatMayBeASecret_data()
 void tst_SecretPlaces::linesHideWhatMayBeASecret()
 {
     QFETCH(QByteArray, bytes);
-    QTEST(hidden(bytes, SecretRanges(bytes, Document(), true)), "left");
+    QTEST(hidden(bytes, Secrets(bytes, Document(), true)), "left");
 }
 
 // The secret is near each place where a line of 65,536 bytes, or half of it, ends.
@@ -519,7 +519,7 @@ void tst_SecretPlaces::aLongLineHidesItsSecretWhereverItIsCut()
         for (int shift = -40; shift < 10; shift += 11 - step) {
             for (int at : { 32768 + shift, 65536 + shift }) {
                 const QByteArray bytes = row.left(at) + member + ", " + row.left(65600 - at);
-                const QByteArray left = hidden(bytes, SecretRanges(bytes, Document(), true));
+                const QByteArray left = hidden(bytes, Secrets(bytes, Document(), true));
                 for (int i = 0; i < 6; ++i)
                     QVERIFY(!left.contains(member.mid(member.size() - 11 + i, 5)));
             }
@@ -614,7 +614,7 @@ void tst_SecretPlaces::membersHideTheirSecrets_data()
 void tst_SecretPlaces::membersHideTheirSecrets()
 {
     QFETCH(QByteArray, bytes);
-    QTEST(hidden(bytes, SecretRanges(bytes, documentOf(bytes), false)), "left");
+    QTEST(hidden(bytes, Secrets(bytes, documentOf(bytes), false)), "left");
 }
 
 // The name of the secret is near each place where a text is cut.
@@ -625,7 +625,7 @@ void tst_SecretPlaces::aLongTextHidesItsSecretWhereverItIsCut()
         for (int at : { 65536 - 64 + shift, 65536 + shift }) {
             const QByteArray text = QByteArray(at, 'x') + "password is zq" + QByteArray(100, 'x');
             const QByteArray bytes = "{ \"Xyz\": \"" + text + "\" }";
-            const QByteArray left = hidden(bytes, SecretRanges(bytes, documentOf(bytes), false));
+            const QByteArray left = hidden(bytes, Secrets(bytes, documentOf(bytes), false));
             QCOMPARE(left, QByteArray("{ \"Xyz\": *** }"));
         }
     }
@@ -642,7 +642,7 @@ void tst_SecretPlaces::aLongTextHidesItsPrivateKeys()
     const QByteArray bytes = "{ \"Url\": \"" + key + "\", \"" + key + "\": [ \"" + key + "\" ] }";
     const QByteArray left =
         "{ \"Url\": \"" + hiddenKey + "\", \"" + hiddenKey + "\": [ \"" + hiddenKey + "\" ] }";
-    QCOMPARE(hidden(bytes, SecretRanges(bytes, documentOf(bytes), false)), left);
+    QCOMPARE(hidden(bytes, Secrets(bytes, documentOf(bytes), false)), left);
 }
 
 void tst_SecretPlaces::sentencesHideWhatTheyRepeat_data()

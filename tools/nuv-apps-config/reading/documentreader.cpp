@@ -603,7 +603,7 @@ void noteMistakes(const SourceText &source, const MendedText &mended, const Find
             continue;
         const int place = mended.original(finding.offset);
         if (isSure || isWithinToken(finding.rule)) {
-            Places &places = isWithinToken(finding.rule) ? document.doubtful : document.loose;
+            Ranges &places = isWithinToken(finding.rule) ? document.doubtful : document.loose;
             places.add(place, place + finding.length);
             continue;
         }

@@ -3,7 +3,7 @@
 
 #include "tools/nuv-apps-config/findings/rules.h"
 #include "tools/nuv-apps-config/repairs/surerepairs.h"
-#include "tools/nuv-apps-config/tree/places.h"
+#include "tools/nuv-apps-config/text/ranges.h"
 
 #include <algorithm>
 #include <cstring>
@@ -84,7 +84,7 @@ bool RepairedFile::Attempt::keepsTheOthers() const
 // Without those in values that nobody judged before.
 int RepairedFile::Attempt::errorsIn(const Findings &findings, const std::vector<Edit> &edits) const
 {
-    Places uncovered;
+    Ranges uncovered;
     for (size_t i = begin; i < end; ++i) {
         if (repairs[i].uncoveredEnd > repairs[i].uncoveredBegin)
             uncovered.add(moved(repairs[i].uncoveredBegin, edits),

@@ -30,12 +30,12 @@ QString character(const char *p, int size)
 }
 
 // A secret is one piece, so that no part of it is shown, and its length neither.
-Pieces piecesOf(const SourceText &source, int begin, int end, const SecretRanges &secrets)
+Pieces piecesOf(const SourceText &source, int begin, int end, const Ranges &secrets)
 {
     const char *const bytes = source.bytes().constData();
     Pieces pieces;
     for (int p = begin; p < end; p = pieces.back().end) {
-        const SecretRange *const secret = secrets.at(p);
+        const Range *const secret = secrets.at(p);
         const int next =
             secret ? qMin(secret->end, end) : p + qMax(1, Utf8::length(bytes + p, end - p));
         const QString text = secret ? Secrets::mask() : character(bytes + p, next - p);

@@ -13,60 +13,20 @@ namespace {
 
 const int Context = 3; ///< lines around a change
 
-struct Range {
-    int begin;
-    int end;
-};
-
-/// Those of the ranges, which are in order and apart, that have bytes of the piece.
-std::vector<Range> touched(const std::vector<Range> &ranges, const Range &piece)
-{
-    auto first = std::upper_bound(ranges.begin(), ranges.end(), piece.begin,
-                                  [](int at, const Range &range) { return at < range.end; });
-    auto last = first;
-    while (last != ranges.end() && last->begin < piece.end)
-        ++last;
-    return std::vector<Range>(first, last);
-}
-
 /// A text of which lines are shown.
 struct Side {
     const QByteArray &bytes;
-    std::vector<Range> secrets;
+    Ranges secrets;
     std::vector<int> lines; ///< where each begins
 
-    explicit Side(const Analysis &analysis) : bytes(analysis.source.bytes())
+    explicit Side(const Analysis &analysis)
+        : bytes(analysis.source.bytes()), secrets(analysis.secrets->ranges())
     {
-        for (const auto &range : analysis.secrets->ranges().all())
-            secrets.push_back(Range { range.begin, range.end });
         for (int begin = 0; begin < bytes.size();) {
             lines.push_back(begin);
             const int end = bytes.indexOf('\n', begin);
             begin = end < 0 ? bytes.size() : end + 1;
         }
-    }
-
-    /// Puts the secrets in order, and makes one of those that touch.
-    void settle()
-    {
-        std::sort(secrets.begin(), secrets.end(),
-                  [](const Range &a, const Range &b) { return a.begin < b.begin; });
-        std::vector<Range> settled;
-        for (const Range &range : secrets) {
-            if (!settled.empty() && range.begin <= settled.back().end)
-                settled.back().end = qMax(settled.back().end, range.end);
-            else if (range.begin < range.end)
-                settled.push_back(range);
-        }
-        secrets.swap(settled);
-    }
-    /// Where the secret at `offset` ends; `offset` where there is none.
-    int endOfSecret(int offset) const
-    {
-        const auto next =
-            std::upper_bound(secrets.begin(), secrets.end(), offset,
-                             [](int at, const Range &range) { return at < range.end; });
-        return next != secrets.end() && next->begin <= offset ? next->end : offset;
     }
 
     int count() const { return int(lines.size()); }
@@ -128,35 +88,31 @@ private:
 // a key of it.
 void Diff::shareSecrets()
 {
-    const std::vector<Range> ofBefore = m_before.secrets;
-    const std::vector<Range> ofAfter = m_after.secrets;
+    const Ranges ofBefore = m_before.secrets;
+    const Ranges ofAfter = m_after.secrets;
     int kept = 0;
     int shift = 0;
     const auto shareKept = [&](int end) {
-        const Range before = { kept, end };
-        const Range after = { kept + shift, end + shift };
-        for (const Range &range : touched(ofBefore, before))
-            m_after.secrets.push_back(Range { qMax(range.begin, before.begin) + shift,
-                                              qMin(range.end, before.end) + shift });
-        for (const Range &range : touched(ofAfter, after))
-            m_before.secrets.push_back(Range { qMax(range.begin, after.begin) - shift,
-                                               qMin(range.end, after.end) - shift });
+        for (const Range &range : ofBefore.overlapping(kept, end))
+            m_after.secrets.add(qMax(range.begin, kept) + shift, qMin(range.end, end) + shift);
+        for (const Range &range : ofAfter.overlapping(kept + shift, end + shift))
+            m_before.secrets.add(qMax(range.begin - shift, kept), qMin(range.end - shift, end));
     };
     for (const PieceTable::Change &change : m_changes) {
         shareKept(change.begin);
-        const Range removed = { change.begin, change.end };
-        const Range inserted = { change.begin + shift,
-                                 change.begin + shift + change.inserted.size() };
-        if (!touched(ofBefore, removed).empty() || repeatsSecret(change.inserted))
-            m_after.secrets.push_back(inserted);
-        if (!touched(ofAfter, inserted).empty())
-            m_before.secrets.push_back(removed);
-        shift += change.inserted.size() - (change.end - change.begin);
+        const int begin = change.begin + shift;
+        const int end = begin + change.inserted.size();
+        if (!ofBefore.overlapping(change.begin, change.end).empty()
+            || repeatsSecret(change.inserted))
+            m_after.secrets.add(begin, end);
+        if (!ofAfter.overlapping(begin, end).empty())
+            m_before.secrets.add(change.begin, change.end);
+        shift = end - change.end;
         kept = change.end;
     }
     shareKept(m_before.bytes.size());
-    m_before.settle();
-    m_after.settle();
+    m_before.secrets.settle();
+    m_after.secrets.settle();
 }
 
 // A comment may hold a secret, and goes elsewhere.
@@ -252,9 +208,9 @@ QByteArray Diff::shown(const Side &side, int begin, int end)
 {
     QByteArray line;
     for (int at = begin; at < end;) {
-        const int secretEnd = side.endOfSecret(at);
-        line += secretEnd > at ? Secrets::mask().toLatin1() : side.bytes.mid(at, 1);
-        at = qMax(at + 1, secretEnd);
+        const Range *const secret = side.secrets.at(at);
+        line += secret ? Secrets::mask().toLatin1() : side.bytes.mid(at, 1);
+        at = secret ? secret->end : at + 1;
     }
     const bool isUtf8 = Utf8::isValid(line.constData(), line.size());
     const bool hasReturn = line.endsWith('\r');

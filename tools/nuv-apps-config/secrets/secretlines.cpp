@@ -285,7 +285,7 @@ void SecretLines::addWords(const std::vector<LineWord> &words)
             && !holdsMore(word) && SecretNames::isRead(words[i - 2].text)
             && !SecretNames::isProxy(words[i - 2].text);
         if (!isSpared)
-            m_ranges.push_back({ word.begin, word.end });
+            m_ranges.add(word.begin, word.end);
     }
 }
 
@@ -303,5 +303,5 @@ void SecretLines::addPassword(const LineWord &word, const QString &key)
     const DecodedText decoded(m_bytes, word.begin + 1, word.end - closing);
     const Passwords::Kind kind = SecretNames::isProxy(key) ? Passwords::Proxy : Passwords::AnyText;
     for (const Passwords::Piece &piece : Passwords::find(decoded.text(), kind))
-        m_ranges.push_back({ decoded.offset(piece.begin), decoded.offset(piece.end) });
+        m_ranges.add(decoded.offset(piece.begin), decoded.offset(piece.end));
 }

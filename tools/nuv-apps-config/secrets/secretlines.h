@@ -3,7 +3,7 @@
 #define SECRETLINES_H
 
 #include "tools/nuv-apps-config/secrets/lineword.h"
-#include "tools/nuv-apps-config/secrets/secretrange.h"
+#include "tools/nuv-apps-config/text/ranges.h"
 
 class DecodedText;
 
@@ -13,10 +13,7 @@ class DecodedText;
 class SecretLines
 {
 public:
-    SecretLines(const QByteArray &bytes, std::vector<SecretRange> &ranges)
-        : m_bytes(bytes), m_ranges(ranges)
-    {
-    }
+    SecretLines(const QByteArray &bytes, Ranges &ranges) : m_bytes(bytes), m_ranges(ranges) {}
 
     void find();
 
@@ -41,7 +38,7 @@ private:
     void addPassword(const LineWord &word, const QString &key);
 
     const QByteArray &m_bytes;
-    std::vector<SecretRange> &m_ranges;
+    Ranges &m_ranges;
     bool m_isInCertificate = false;
     int m_depth = 0; ///< of the braces since the name of the certificate
     int m_strayBraces = 0; ///< that closed something before the first one

@@ -32,7 +32,8 @@ bool holdsMember(const QString &text)
 
 void SecretNodes::add(int begin, int end)
 {
-    m_ranges.push_back({ begin, end });
+    if (begin < end) // a value may be missing
+        m_ranges.add(begin, end);
 }
 
 // A container comes before what is in it.

@@ -3,13 +3,13 @@
 #define SECRETNODES_H
 
 #include "tools/nuv-apps-config/tree/document.h"
-#include "tools/nuv-apps-config/secrets/secretrange.h"
+#include "tools/nuv-apps-config/text/ranges.h"
 
 /// Finds the secrets of a file by its tree.
 class SecretNodes
 {
 public:
-    SecretNodes(const QByteArray &bytes, const Document &document, std::vector<SecretRange> &ranges)
+    SecretNodes(const QByteArray &bytes, const Document &document, Ranges &ranges)
         : m_bytes(bytes),
           m_document(document),
           m_ranges(ranges),
@@ -33,7 +33,7 @@ private:
 
     const QByteArray &m_bytes;
     const Document &m_document;
-    std::vector<SecretRange> &m_ranges;
+    Ranges &m_ranges;
     std::vector<Surroundings> m_surroundings; ///< of what is in each node
 };
 

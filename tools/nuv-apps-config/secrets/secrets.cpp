@@ -3,7 +3,9 @@
 
 #include "examples/launcher/values/passwords.h"
 #include "tools/nuv-apps-config/secrets/decodedtext.h"
+#include "tools/nuv-apps-config/secrets/secretlines.h"
 #include "tools/nuv-apps-config/secrets/secretnames.h"
+#include "tools/nuv-apps-config/secrets/secretnodes.h"
 
 #include <QStringList>
 
@@ -78,7 +80,26 @@ bool isSecretPath(const QString &path)
     return false;
 }
 
+Ranges findSecrets(const QByteArray &bytes, const Document &document, bool hasSyntaxErrors)
+{
+    Ranges ranges;
+    SecretNodes(bytes, document, ranges).find();
+    if (hasSyntaxErrors) {
+        SecretLines(bytes, ranges).find();
+        // The lines of a private key say nothing of what they are.
+        for (const Passwords::Piece &key : Passwords::findPrivateKeys(QString::fromLatin1(bytes)))
+            ranges.add(key.begin, key.end);
+    }
+    ranges.settle();
+    return ranges;
+}
+
 } // namespace
+
+bool Secrets::touch(int offset, int length) const
+{
+    return !m_ranges.overlapping(offset, offset + qMax(1, length)).empty();
+}
 
 QString Secrets::mask()
 {
@@ -86,9 +107,9 @@ QString Secrets::mask()
 }
 
 Secrets::Secrets(const QByteArray &bytes, const Document &document, bool hasSyntaxErrors)
-    : m_ranges(bytes, document, hasSyntaxErrors)
+    : m_ranges(findSecrets(bytes, document, hasSyntaxErrors))
 {
-    for (const SecretRange &range : m_ranges.all()) {
+    for (const Range &range : m_ranges.all()) {
         const bool isQuoted = range.end - range.begin > 1 && bytes.at(range.begin) == '"';
         const int begin = isQuoted ? range.begin + 1 : range.begin;
         const int end = isQuoted && bytes.at(range.end - 1) == '"' ? range.end - 1 : range.end;
@@ -157,7 +178,7 @@ void Secrets::judgeQuoted(const QString &text, bool isAboutSecret, std::vector<b
 QString Secrets::sentence(const QString &text, int offset, int length) const
 {
     std::vector<bool> masked = repeated(text);
-    judgeQuoted(text, m_ranges.touches(offset, length), masked);
+    judgeQuoted(text, touch(offset, length), masked);
     keepOwnWords(text, masked);
     return Passwords::maskedText(replaced(text, masked));
 }

@@ -2,11 +2,13 @@
 #ifndef SECRETS_H
 #define SECRETS_H
 
-#include "tools/nuv-apps-config/secrets/secretranges.h"
+#include "tools/nuv-apps-config/text/ranges.h"
 
 #include <QSet>
 #include <QString>
 #include <QVariant>
+
+struct Document;
 
 /// Keeps pass phrases, and the passwords inside addresses, of one file out of every output. All that is
 /// made of the file's bytes passes through here on its way out.
@@ -15,7 +17,13 @@ class Secrets
 public:
     Secrets(const QByteArray &bytes, const Document &document, bool hasSyntaxErrors);
 
-    const SecretRanges &ranges() const { return m_ranges; }
+    /// Where the secrets are in the file, in order and apart from each other; none is empty. In a file that
+    /// could be read the tree says what is secret. In one with syntax errors nothing is where it should be:
+    /// there every word near the name of a secret is taken for one.
+    const Ranges &ranges() const { return m_ranges; }
+
+    /// Whether one byte of the piece is secret.
+    bool touch(int offset, int length) const;
 
     /// A sentence of the program about the piece of the file at `offset`. What the user wrote is in
     /// double quotes in it, or is more than words in lower case. It is masked where it repeats five
@@ -42,7 +50,7 @@ private:
     void keepOwnWords(const QString &text, std::vector<bool> &masked) const;
     void judgeQuoted(const QString &text, bool isAboutSecret, std::vector<bool> &masked) const;
 
-    SecretRanges m_ranges;
+    Ranges m_ranges;
     QSet<QString> m_pieces; ///< every five characters of the secrets, in lower case
 };
 

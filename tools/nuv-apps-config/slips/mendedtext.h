@@ -3,7 +3,7 @@
 #define MENDEDTEXT_H
 
 #include "tools/nuv-apps-config/findings/finding.h"
-#include "tools/nuv-apps-config/tree/places.h"
+#include "tools/nuv-apps-config/text/ranges.h"
 #include "tools/nuv-apps-config/slips/slip.h"
 #include "tools/nuv-apps-config/text/sourcetext.h"
 
@@ -41,16 +41,16 @@ public:
     const Findings &findings() const { return m_findings; }
 
     /// Where in the file a key or a value was changed: what it says is not to be relied on.
-    const Places &doubtful() const { return m_doubtful; }
+    const Ranges &doubtful() const { return m_doubtful; }
 
     /// Where something may be missing for a mistake: not for a comma or a colon.
-    const Places &mended() const { return m_mended; }
+    const Ranges &mended() const { return m_mended; }
 
     /// Where a comma was taken away that waited for an entry.
-    const Places &loose() const { return m_loose; }
+    const Ranges &loose() const { return m_loose; }
 
     /// Where brackets were put in, taken away or replaced.
-    const Places &moved() const { return m_moved; }
+    const Ranges &moved() const { return m_moved; }
 
 private:
     void takeNulBytes();
@@ -69,10 +69,10 @@ private:
     SourceText m_text;
     std::vector<Edit> m_edits; ///< in the order of being made, each in the text as it was then
     Findings m_findings;
-    Places m_doubtful;
-    Places m_moved;
-    Places m_mended;
-    Places m_loose;
+    Ranges m_doubtful;
+    Ranges m_moved;
+    Ranges m_mended;
+    Ranges m_loose;
     qint64 m_budget;
 };
 

@@ -2,7 +2,7 @@
 #ifndef DOCUMENT_H
 #define DOCUMENT_H
 
-#include "tools/nuv-apps-config/tree/places.h"
+#include "tools/nuv-apps-config/text/ranges.h"
 
 #include <QString>
 #include <QVariant>
@@ -35,11 +35,11 @@ struct Document {
     std::vector<Node> nodes;
     int root = -1; ///< none
     int depth = 0;
-    Places mended; ///< where a mistake in the syntax was
-    Places loose; ///< where a comma waits for an entry that may be the one that is missing
-    Places doubtful; ///< where it concerned what a key or a value says
-    Places moved; ///< where it concerned a bracket, so that entries may belong elsewhere
-    Places odd; ///< what the library accepts, and JSON does not
+    Ranges mended; ///< where a mistake in the syntax was
+    Ranges loose; ///< where a comma waits for an entry that may be the one that is missing
+    Ranges doubtful; ///< where it concerned what a key or a value says
+    Ranges moved; ///< where it concerned a bracket, so that entries may belong elsewhere
+    Ranges odd; ///< what the library accepts, and JSON does not
 
     /// Whether something may be missing in the node only because of a mistake in the syntax.
     bool isMended(const Node &node) const
