@@ -187,6 +187,8 @@ void tst_LauncherResponses::aRefusalIsTold()
     QProcess process;
     stage.start(&process, "tv later");
 
+    process.setReadChannel(QProcess::StandardError);
+    QVERIFY(Stage::awaitOutput(&process, (text("tv:") + refused).toLatin1().constData()));
     const Run run = stopAfter(&process, text("nuv-launcher: later:") + refused + text("\n"));
 
     QStringList lines = run.err.split(QLatin1Char('\n'));
