@@ -391,6 +391,12 @@ bool isVisible(const char *title)
     return !Play::ask("xdotool", arguments.constData()).isEmpty();
 }
 
+void awaitVisible(const char *title, bool isExpected)
+{
+    for (int i = 0; i < 600 && isVisible(title) != isExpected; ++i)
+        QTest::qWait(20);
+}
+
 // The page closes its window; another application asks for it again once that is no longer there.
 QString lifeAfterClosing(const QByteArray &application, HttpServer &server)
 {
@@ -401,8 +407,9 @@ QString lifeAfterClosing(const QByteArray &application, HttpServer &server)
                 "if (r.status != 200) return;"
                 "clearInterval(asked); zarexExt.open('tv') }, 100)</script>");
     Play play(application + ", " + Stage::application("other", other.address()), "tv other");
-    for (int i = 0; i < 600 && isVisible("tv"); ++i)
-        QTest::qWait(20);
+    awaitVisible("tv", true);
+    server.serve("/close", "yes");
+    awaitVisible("tv", false);
     other.serve("/closed", "yes");
     for (int i = 0; i < 600; ++i) {
         if (server.requests("/").size() > 1)
@@ -418,8 +425,11 @@ QString lifeAfterClosing(const QByteArray &application, HttpServer &server)
 
 namespace {
 
-const char closingPage[] = "<script>onload = function() { zarexExt.say('ready');"
-                           "setTimeout(function() { close() }, 300) }</script>";
+const char closingPage[] = "<script>onload = function() { zarexExt.say('ready') };"
+                           "var asked = setInterval(function() {"
+                           "var r = new XMLHttpRequest; r.open('GET', '/close', false); r.send();"
+                           "if (r.status != 200) return;"
+                           "clearInterval(asked); close() }, 100)</script>";
 const char readyPage[] = "<body style='background: #0f0'><script>zarexExt.say('ready')</script>";
 
 const std::vector<Row> &rows()
