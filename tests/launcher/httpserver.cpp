@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/launcher/httpserver.h"
 
+#include <QElapsedTimer>
+#include <QTest>
+
 namespace {
 
 const char ignoredTarget[] = "ignoredTarget"; // a property of the sockets that wait for an answer
@@ -64,6 +67,15 @@ QList<HttpRequest> HttpServer::requests(const char *target) const
             result.append(m_requests.at(i));
     }
     return result;
+}
+
+bool HttpServer::awaitRequests(const char *target, int count) const
+{
+    QElapsedTimer time;
+    time.start();
+    while (requests(target).size() < count && time.elapsed() < 60000)
+        QTest::qWait(10);
+    return requests(target).size() >= count;
 }
 
 QStringList HttpServer::clients(const char *target) const

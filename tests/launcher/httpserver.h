@@ -50,6 +50,9 @@ public:
     QList<HttpRequest> requests() const { return m_requests; }
     QList<HttpRequest> requests(const char *target) const;
 
+    /// Works until it was asked for a target so often; false when that takes more than a minute.
+    bool awaitRequests(const char *target, int count = 1) const;
+
     /// Who sent the requests for a target.
     QStringList clients(const char *target) const;
 

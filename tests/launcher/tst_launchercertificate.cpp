@@ -357,9 +357,7 @@ void tst_LauncherCertificate::onlyTheConfiguredServersSeeTheCertificate()
     QProcess launcher;
     stage.start(&launcher, "tv");
 
-    while (launcher.state() != QProcess::NotRunning
-           && (other.requests("/picture").isEmpty() || other.requests("/frame").isEmpty()))
-        QTest::qWait(10);
+    QVERIFY(other.awaitRequests("/picture") && other.awaitRequests("/frame"));
     launcher.terminate();
 
     QCOMPARE(Stage::finish(&launcher).err, QString());

@@ -188,8 +188,7 @@ void tst_LauncherHardships::noFileTakesThePlaceOfAStreamThatIsClosed()
     ProcessWithStreams launcher(closeStreams);
     stage.start(&launcher, "tv");
 
-    while (server.requests().isEmpty() && launcher.state() != QProcess::NotRunning)
-        QTest::qWait(10);
+    QVERIFY(server.awaitRequests("/"));
     const QString folder = text("/proc/%1/fd/").arg(ToolkitDifferences::processId(launcher));
     for (int number = 0; number <= STDERR_FILENO && ::geteuid() == 0; ++number)
         QCOMPARE(QFile::symLinkTarget(folder + QString::number(number)), text("/dev/null"));

@@ -391,6 +391,15 @@ bool isVisible(const char *title)
     return !Play::ask("xdotool", arguments.constData()).isEmpty();
 }
 
+/// A page that asks the server for a target again and again, and does something once it is there.
+QByteArray pageThatWaitsFor(const char *target, const char *action)
+{
+    return QByteArray("<script>var asked = setInterval(function() {"
+                      "var r = new XMLHttpRequest; r.open('GET', '")
+        + target + "', false); r.send(); if (r.status != 200) return; clearInterval(asked); "
+        + action + " }, 100)</script>";
+}
+
 void awaitVisible(const char *title, bool isExpected)
 {
     for (int i = 0; i < 600 && isVisible(title) != isExpected; ++i)
@@ -401,11 +410,7 @@ void awaitVisible(const char *title, bool isExpected)
 QString lifeAfterClosing(const QByteArray &application, HttpServer &server)
 {
     HttpServer other;
-    other.serve("/",
-                "<script>var asked = setInterval(function() {"
-                "var r = new XMLHttpRequest; r.open('GET', '/closed', false); r.send();"
-                "if (r.status != 200) return;"
-                "clearInterval(asked); zarexExt.open('tv') }, 100)</script>");
+    other.serve("/", pageThatWaitsFor("/closed", "zarexExt.open('tv')"));
     Play play(application + ", " + Stage::application("other", other.address()), "tv other");
     awaitVisible("tv", true);
     server.serve("/close", "yes");
@@ -425,11 +430,8 @@ QString lifeAfterClosing(const QByteArray &application, HttpServer &server)
 
 namespace {
 
-const char closingPage[] = "<script>onload = function() { zarexExt.say('ready') };"
-                           "var asked = setInterval(function() {"
-                           "var r = new XMLHttpRequest; r.open('GET', '/close', false); r.send();"
-                           "if (r.status != 200) return;"
-                           "clearInterval(asked); close() }, 100)</script>";
+const QByteArray closingPage = "<script>onload = function() { zarexExt.say('ready') }</script>"
+    + pageThatWaitsFor("/close", "close()");
 const char readyPage[] = "<body style='background: #0f0'><script>zarexExt.say('ready')</script>";
 
 const std::vector<Row> &rows()
@@ -496,7 +498,7 @@ const std::vector<Row> &rows()
           "/", "/manifest" },
         { "UseOfflineWebApplicationCache", Twice, "", "\"UseOfflineWebApplicationCache\": true",
           manifestPage, askedForTheManifest, nullptr, "/", "/manifest" },
-        { "CacheWebView", Alone, "", "\"CacheWebView\": true", closingPage, nullptr,
+        { "CacheWebView", Alone, "", "\"CacheWebView\": true", closingPage.constData(), nullptr,
           lifeAfterClosing, "begins anew", "goes on" },
         { "LocalContentCanAccessRemoteUrls", InPictures, "\"Url\": \"FILE\"",
           "\"LocalContentCanAccessRemoteUrls\": true", fetchingPage, says, nullptr, "refused",

@@ -25,17 +25,7 @@ Run stop(QProcess *process)
     return Stage::finish(process);
 }
 
-/// Lets the server work until it was asked so often; false when it takes too long.
-bool awaitRequests(const HttpServer &server, const char *target, int count)
-{
-    QElapsedTimer time;
-    time.start();
-    while (server.requests(target).size() < count && time.elapsed() < 60000)
-        QTest::qWait(10);
-    return server.requests(target).size() >= count;
-}
-
-/// The same until a client does not wait any longer.
+/// Lets the server work until a client does not wait any longer; false when it takes too long.
 bool awaitDeparture(const HttpServer &server, const char *target)
 {
     QElapsedTimer time;
@@ -193,7 +183,7 @@ void tst_LauncherRetries::aServerThatIsSilentIsAskedAgain()
     QProcess process;
     stage.start(&process, "--timeout 500 tv");
 
-    QVERIFY(awaitRequests(server, "/", 2));
+    QVERIFY(server.awaitRequests("/", 2));
     server.ignore(QByteArray());
     QVERIFY(Stage::awaitOutput(&process, "tv  says: hello\n"));
     QVERIFY(Stage::awaitOutput(&process, "tv  has loaded, at attempt "));
@@ -279,7 +269,7 @@ void tst_LauncherRetries::aPageThatShowsSomethingIsLeftAlone()
     QProcess process;
     stage.start(&process, "--timeout 2000 tv other");
 
-    QVERIFY(awaitRequests(server, "/never", 3));
+    QVERIFY(server.awaitRequests("/never", 3));
     const Run run = stop(&process);
 
     QCOMPARE(linesAfter("nuv-launcher: tv: ", run.err), QStringList());
@@ -374,7 +364,7 @@ void tst_LauncherRetries::theFirstPageIsAskedForWithItsReferrerEachTime()
     QProcess process;
     stage.start(&process, "tv");
 
-    QVERIFY(awaitRequests(server, "/", 2));
+    QVERIFY(server.awaitRequests("/", 2));
     stop(&process);
 
     const QList<HttpRequest> requests = server.requests("/");
@@ -391,7 +381,7 @@ void tst_LauncherRetries::aFailureThatStaysIsToldOnce()
     QProcess process;
     stage.start(&process, "tv");
 
-    QVERIFY(awaitRequests(server, "/", 3));
+    QVERIFY(server.awaitRequests("/", 3));
     const Run run = stop(&process);
 
     QCOMPARE(run.err.count(QLatin1Char('\n')), 1);

@@ -64,7 +64,8 @@ void tst_LauncherScripts::scriptsThatNeverEndAreTold()
     }
 }
 
-// As while a script runs for long and then ends: no event is handled. A watch with more patience says when it is long enough.
+// As while a script runs for long and then ends: no event is handled. A watch with more patience says
+// when it is long enough.
 void tst_LauncherScripts::aStandstillIsToldOnce()
 {
     const QString message =

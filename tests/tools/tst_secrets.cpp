@@ -354,7 +354,7 @@ void tst_Secrets::oneMistakeDoesNotShowASecret()
 {
     QFETCH(QByteArray, member);
     QFETCH(QByteArray, secret);
-    static int number = 0;
+    static int number = 0; // of the file on several lines, for which the further calls take turns
     for (const char between : { ' ', '\n' }) {
         const QByteArray bytes =
             QByteArray("{ \"Global\": { \"Version\": 1 }, \"Applications\": [ { "

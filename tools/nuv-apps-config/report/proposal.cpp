@@ -6,7 +6,7 @@ namespace {
 // Whether it has part in a secret, or brings bytes that are no text.
 bool mustStay(const Analysis &analysis, const Edit &edit, const QString &inserted)
 {
-    return analysis.secrets->touch(edit.offset, edit.removed)
+    return analysis.secrets->areIn(edit.offset, edit.removed)
         || analysis.secrets->text(inserted) != inserted || inserted.toUtf8() != edit.inserted;
 }
 

@@ -96,7 +96,7 @@ Ranges findSecrets(const QByteArray &bytes, const Document &document, bool hasSy
 
 } // namespace
 
-bool Secrets::touch(int offset, int length) const
+bool Secrets::areIn(int offset, int length) const
 {
     return !m_ranges.overlapping(offset, offset + qMax(1, length)).empty();
 }
@@ -178,7 +178,7 @@ void Secrets::judgeQuoted(const QString &text, bool isAboutSecret, std::vector<b
 QString Secrets::sentence(const QString &text, int offset, int length) const
 {
     std::vector<bool> masked = repeated(text);
-    judgeQuoted(text, touch(offset, length), masked);
+    judgeQuoted(text, areIn(offset, length), masked);
     keepOwnWords(text, masked);
     return Passwords::maskedText(replaced(text, masked));
 }

@@ -23,7 +23,7 @@ public:
     const Ranges &ranges() const { return m_ranges; }
 
     /// Whether one byte of the piece is secret.
-    bool touch(int offset, int length) const;
+    bool areIn(int offset, int length) const;
 
     /// A sentence of the program about the piece of the file at `offset`. What the user wrote is in
     /// double quotes in it, or is more than words in lower case. It is masked where it repeats five
